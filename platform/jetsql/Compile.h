@@ -1,0 +1,107 @@
+// platform/jetsql/Compile.h
+// From a statement of the engine's dialect to SQLite text with typed columns and ordered parameters.
+
+#ifndef JETSQL_COMPILE_H
+#define JETSQL_COMPILE_H
+
+#include "platform/jetsql/Catalog.h"
+#include "platform/jetsql/Error.h"
+#include "platform/jetsql/Value.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringView>
+
+#include <memory>
+#include <vector>
+
+struct sqlite3;
+
+namespace jetsql {
+
+/// What a statement does; the numbers are the engine's own.
+enum class QueryType { Select = 0, Crosstab = 16, Delete = 32, Update = 48, Append = 64, MakeTable = 80, Ddl = 96, Union = 128, Compound = 160 };
+
+/// True where the statement gives rows (and changes nothing).
+constexpr bool ReturnsRows(QueryType Type)
+{
+    return Type == QueryType::Select || Type == QueryType::Crosstab || Type == QueryType::Union;
+}
+
+/// One column of a result.
+struct ResultColumn
+{
+    QString Name;
+    FieldType Type = FieldType::Null;   ///< Null only where nothing is known (a bare parameter, a bare Null)
+    int Size = 0;                       ///< characters of a Text field; 0 otherwise
+    QString SourceTable;                ///< both empty for an expression
+    QString SourceField;
+};
+
+/// A parameter in order: declared ones first, then unknown names as they appear.
+struct ParameterInfo
+{
+    QString Name;
+    FieldType Type = FieldType::Null;   ///< Null: takes any value
+};
+
+/// Where the k-th parameter of the SQLite statement (?1, ?2, …) takes its value from.
+struct Binding
+{
+    enum Kind { Literal, Parameter };
+    Kind Source = Literal;
+    int Index = 0;                      ///< into Shape::Literals, or into Statement::Parameters
+    FieldType As = FieldType::Null;     ///< type to convert to before binding; Null: bind the value as it is
+};
+
+/// A compiled statement. Immutable; shared by everybody who runs a statement of the same shape.
+///
+/// Rows of a query are Columns, then HiddenKeys extra columns, then the rowid where EditableTable is not empty.
+/// The hidden keys are there with Top only: the ORDER BY keys, folded so that equal keys are equal SQLite values. Who
+/// reads the rows goes on past Top rows as long as all hidden keys equal those of row number Top.
+struct Statement
+{
+    QueryType Type = QueryType::Select;
+    QByteArray Sql;                         ///< UTF-8, for sqlite3_prepare
+    std::vector<ResultColumn> Columns;      ///< empty for a statement that changes something
+    std::vector<Binding> Bindings;          ///< k-th entry: parameter ?k+1
+    std::vector<ParameterInfo> Parameters;
+    int Top = -1;                           ///< -1: all rows
+    bool TopPercent = false;                ///< Top is a percentage: ceil(Top * rows / 100) rows
+    int HiddenKeys = 0;
+    QString EditableTable;                  ///< the one table whose rows these are; empty: rows cannot be edited
+    QString TargetTable;                    ///< the table that an Append, Update or Delete changes
+    std::vector<QString> Sources;           ///< every table read or written, each once
+    int LiteralCount = 0;
+};
+
+/// What makes two statements the same but for their constants.
+struct Shape
+{
+    QString Key;                    ///< the statement with a typed placeholder for each literal, blanks evened out
+    std::vector<Value> Literals;
+    std::vector<int> Offsets;       ///< for each token of Key its place in the statement, UTF-16 units; for error messages
+};
+
+/// One pass over the text. A chain of text constants joined by & (also with Chr(n) for a constant n) is one literal;
+/// the counts of TOP and the positions of ORDER BY stay in the key. Throws Error (3075) for a broken literal.
+Shape TakeShape(QStringView Sql);
+
+/// Compiles a statement, or a table's or saved query's name in place of one. Throws Error with the place where it is wrong.
+std::shared_ptr<const Statement> Compile(const Shape& Taken, const Catalog& Names);
+
+/// What the statement does, without a look at the database. Throws Error 3129 where that cannot be told.
+QueryType TypeOf(QStringView Sql);
+
+/// Gives a connection the collation JETTEXT and all functions that compiled statements use.
+/// To be called once for each connection before anything else; errors of the functions come back as SQLite errors whose
+/// message is read by FunctionError.
+void RegisterFunctions(sqlite3* Connection);
+
+/// Where a statement failed inside one of our functions, the engine error it stands for (11, 13, 5, 94, …);
+/// Number is 0 where Message is not one of ours. Message is what sqlite3_errmsg says.
+Error FunctionError(QStringView Message);
+
+}
+
+#endif
