@@ -1,0 +1,145 @@
+// viewer/CViewer.h
+// The message viewer without its window: two lists, the view modes, the shown message, read state, marks, history.
+
+#ifndef VIEWER_CVIEWER_H
+#define VIEWER_CVIEWER_H
+
+#include "board/CBBSProperty.h"
+#include "viewer/CBoardCounts.h"
+#include "viewer/CHistory.h"
+#include "viewer/CMarks.h"
+#include "viewer/CMessageList.h"
+#include "viewer/CMessageModel.h"
+#include "viewer/CViewModes.h"
+#include "viewer/viewer_host.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class Application;
+class CBBS;
+class CListLoader;
+class CReadState;
+
+/// List 0 is the board list, list 1 the result list; rows count from 0. Database refusals are answered here (a Japanese
+/// box where the user has to know); none is thrown. Whatever the user changes is committed apart from a running receive.
+class CViewer : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum ListIndex { BoardList = 0, ResultList = 1 };
+    /// What MoveNext and MovePrev go by.
+    enum class MoveMode { Message = 0, Unread = 1, History = 2 };
+    using ViewEntry = CViewModes::ViewEntry;
+
+    /// All three must outlive the viewer. Does nothing yet: the window calls BuildMarkMenu and SelectBoard.
+    CViewer(Application& App, CBBS& Board, ViewerHost& Host, QObject* Parent = nullptr);
+    ~CViewer() override;
+
+    CMessageList& List(int Index) { return *m_lists[Index]; }
+    const CMessageList& List(int Index) const { return *m_lists[Index]; }
+    CMessageModel& Model(int Index) { return *m_models[Index]; }
+    int CurrentList() const { return m_currentList; }
+    /// Whether the list in front shows rows that are no messages.
+    bool IsRawTable() const { return m_lists[m_currentList]->IsRaw(); }
+    qint32 CurrentBoard() const { return m_currentBoard; }
+    CBBSProperty& BoardProperty() { return m_property; }
+
+    /// Makes BBS_ID the board on view (and the setting) and shows its newest messages.
+    void SelectBoard(qint32 BBS_ID);
+    /// Runs view mode 0 to 4: newest, newer page, older page, unread, all.
+    void ShowViewMode(int Index);
+    const ViewEntry& Entry(int Index) const { return m_modes.Entry(Index); }
+    void ChangeBBSViewMenu();
+
+    /// Runs Sql and fills List with its rows or reports what it did. False when the engine refused it: nothing has changed.
+    bool LoadList(const QString& Sql, int List);
+    /// Adds one message; false when the list has it already.
+    bool AddMessageItem(int List, const CMessage& Msg);
+    /// Takes back messages whose batch could not be committed.
+    void WithdrawMessages(const std::vector<CMessage>& Messages);
+    /// After a receive or an import: the lists stay as they are, newer messages of the board on view are added, counts,
+    /// menu and unread position are brought up to date.
+    void RefreshAfterRun();
+    void ClearList(int List);
+    void ShowList(int List);
+    void ShowThread(int List);
+    /// Takes the sort mark off the header and, unless Raw, the indentation off the subjects.
+    void ResetListView(int List, bool Raw);
+
+    void ColumnClicked(int List, int Column);
+    /// Row became the focus by the user's own click or key; CMessageList::SetSelection has been told before.
+    void ItemClicked(int List, int Row);
+    void ShowMessage(int List, int Row, bool KeepSelection);
+
+    /// Sets one message's read state in both lists and the database; an empty Key means the focused message of the list in
+    /// front. A refused statement is reported and changes nothing.
+    void SetRead(const QString& Key, bool Read, bool UpdateBoardCount);
+    void SetReadSelected(int List, bool Read);
+    bool IsRead(int List, int Row) const;
+    void StartReadTimer();
+    void StopReadTimer();
+    void ReadTimerFired();
+    void ShowCounts(int List);
+    /// Change 0 counts the board's unread messages anew.
+    void UpdateBoardUnreadCaption(qint32 BBS_ID, int Change);
+    /// Counts the unread messages of every board asked for so far anew.
+    void RecountBoards();
+    int BoardUnreadCount(qint32 BBS_ID) const;
+    void ShowNoReadPoint();
+
+    /// PageFirst: the text pane is paged to its end (top) before the next (previous) message is shown.
+    void MoveNext(int List, MoveMode Mode, bool PageFirst);
+    void MovePrev(int List, MoveMode Mode, bool PageFirst);
+    void MoveInReplyTo(int List);
+    /// Position counts from 1.
+    void PushHistory(int Position);
+
+    void BuildMarkMenu();
+    const std::map<qint32, Mark>& Marks() const { return m_marks.All(); }
+    void SetMark(const QString& Key, qint32 Number);
+    void MarkSelected(qint32 Number);
+    /// The mark that the selected messages share, 0 when they do not.
+    qint32 GetSelectedMark() const;
+
+private:
+    friend class CListLoader;
+
+    CMessageItem MakeItem(CMessage Msg) const;
+    void NoteLoaded(qint32 ID);
+    void FillMessages(int List, std::vector<CMessageItem> Items);
+    void FillRaw(const QStringList& Headers, std::vector<QString> Cells);
+    void FinishLoad(int List);
+    void AfterAction();
+    void AddNewer();
+    void ShowMailAndHomePage(const CMessage& Msg);
+    std::optional<CMessageId> IdOfKey(const QString& Key) const;
+    bool LeaveShown(MoveMode Mode);
+    void MoveTo(int List, int Row);
+    int NextRow(int List, MoveMode Mode);
+    int PrevRow(int List, MoveMode Mode);
+    bool RunUpdate(const QString& Sql, int* Affected);
+    void SetMark(CMessageId Id, qint32 Number);
+
+    Application& m_app;
+    CBBS& m_bbs;
+    ViewerHost& m_host;
+    CBBSProperty m_property;
+    std::unique_ptr<CMessageList> m_lists[2];
+    std::unique_ptr<CMessageModel> m_models[2];
+    CViewModes m_modes;
+    CMarks m_marks;
+    CHistory m_history;
+    mutable CBoardCounts m_counts;
+    std::unique_ptr<CListLoader> m_loader;
+    std::unique_ptr<CReadState> m_readState;
+    int m_currentList = BoardList;
+    qint32 m_currentBoard = 0;
+    bool m_isLoading = false; // a load never starts the read timer
+    bool m_isHistoryMove = false;
+};
+
+#endif // VIEWER_CVIEWER_H
