@@ -1,0 +1,33 @@
+// platform/desktop/Geometry.h
+// Window places: twips of the settings file, pixels of the toolkit, and screens that are really there.
+
+#ifndef DESKTOP_GEOMETRY_H
+#define DESKTOP_GEOMETRY_H
+
+#include <QList>
+#include <QRect>
+#include <QtGlobal>
+
+namespace mdlGeometry
+{
+/// Twips in one pixel at 100 % scale; the toolkit's pixels are those of 100 % at any scale.
+inline constexpr int TwipsPerPixel = 15;
+
+/// Rounded to the nearest pixel, so that what was saved comes back as it was.
+int ToPixels(qint64 Twips);
+int ToTwips(int Pixels);
+QRect ToPixels(const QRect& Twips);
+QRect ToTwips(const QRect& Pixels);
+
+/// Wanted moved, and made smaller where it must be, so that it can be seen and gripped on one of Screens (their
+/// available areas, in pixels). It is left alone while a good piece of its upper edge lies on a screen: windows that
+/// hang over an edge on purpose stay there. Without screens it is returned as it is.
+QRect OnScreen(const QRect& Wanted, const QList<QRect>& Screens);
+/// The same with the screens of this session.
+QRect OnScreen(const QRect& Wanted);
+
+/// A rectangle of this size in the middle of the available area of the primary screen.
+QRect Centred(const QSize& Size);
+}
+
+#endif
