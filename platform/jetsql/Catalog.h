@@ -32,7 +32,7 @@ struct TableInfo
     std::vector<std::vector<int>> UniqueKeys;   ///< field numbers of each unique index
 };
 
-/// The names of one open database. Look-ups disregard letter case, width and kana.
+/// The names of one open database. Look-ups disregard letter case.
 class Catalog
 {
 public:

@@ -34,6 +34,9 @@ constexpr bool IsText(FieldType Type) { return Type == FieldType::Text || Type =
 /// Any type that calculates, Boolean included; Date is not one.
 constexpr bool IsNumber(FieldType Type) { return Type >= FieldType::Boolean && Type <= FieldType::Double; }
 
+/// Boolean or a whole number: what the file stores as INTEGER.
+constexpr bool IsWhole(FieldType Type) { return Type >= FieldType::Boolean && Type <= FieldType::Long; }
+
 /// One value with its type. Regular: copied, compared, assigned; text is shared.
 class Value
 {
@@ -61,23 +64,33 @@ public:
     qint32 ToLong() const;
     /// Null is 0, a date its serial number. Error 13 for text that is no number.
     double ToDouble() const;
+    /// A text that reads as a date is one, a number is days. Error 13 for other text.
+    double ToDate() const;
     /// Null is empty, a Boolean "True" / "False", a date as "2002/01/15 9:05:00", numbers plain.
     QString ToText() const;
 
+    /// The value as a field of type Wanted takes it; Null stays Null, and Wanted Null leaves the value as it is.
+    /// Whole numbers are rounded half to even. Error 3421 where text does not convert, 6 where a number does not fit.
+    Value ToType(FieldType Wanted) const;
+
     /// Text without making a copy where the value is text; empty for everything else.
     const QString& TextRef() const;
-    /// The number behind Byte, Integer, Long and Boolean (-1/0); 0 for everything else.
-    qint32 IntegerPart() const;
+    /// What the file stores for Boolean (-1 or 0), Byte, Integer and Long; 0 for everything else.
+    qint32 WholePart() const;
+    /// What the file stores for Currency, Single, Double and Date; the whole number for whole types, 0 for the rest.
+    double RealPart() const;
 
     /// Same type and same value; text by code units.
     bool operator==(const Value& Other) const = default;
 
 private:
-    Value(FieldType Type, std::variant<std::monostate, qint32, double, QString> Data)
-        : m_type(Type), m_data(std::move(Data)) {}
+    using Data = std::variant<std::monostate, qint32, double, QString>;
+    Value(FieldType Type, Data Content) : m_type(Type), m_data(std::move(Content)) {}
+
+    Value Converted(FieldType Wanted) const;
 
     FieldType m_type = FieldType::Null;
-    std::variant<std::monostate, qint32, double, QString> m_data;
+    Data m_data;
 };
 
 }

@@ -1,0 +1,150 @@
+// platform/jetsql/Value.cpp
+// One value of the engine and the types that fields, columns and parameters can have.
+
+#include "platform/jetsql/Value.h"
+
+#include "platform/jetsql/Error.h"
+#include "platform/text/DateTime.h"
+#include "platform/text/Format.h"
+#include "platform/text/Number.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace jetsql {
+
+namespace {
+
+qint32 RoundToWhole(double Number, double Lowest, double Highest)
+{
+    const double rounded = std::nearbyint(Number);   // the rounding mode of a program at rest: half to even
+    if (!(rounded >= Lowest && rounded <= Highest))
+        throw MakeError(6);
+    return static_cast<qint32>(rounded);
+}
+
+double CheckedDate(double Serial)
+{
+    if (!(Serial >= double(text::MinDay) && Serial < double(text::MaxDay + 1)))
+        throw MakeError(6);
+    return Serial;
+}
+
+QString SingleText(double Number)
+{
+    return text::NumberToText(QString::number(Number, 'g', 7).toDouble());
+}
+
+}
+
+Value Value::FromBoolean(bool Data) { return {FieldType::Boolean, Data ? -1 : 0}; }
+Value Value::FromByte(int Data) { return {FieldType::Byte, RoundToWhole(Data, 0, 255)}; }
+Value Value::FromInteger(int Data) { return {FieldType::Integer, RoundToWhole(Data, -32768, 32767)}; }
+Value Value::FromLong(qint32 Data) { return {FieldType::Long, Data}; }
+Value Value::FromCurrency(double Data) { return {FieldType::Currency, std::nearbyint(Data * 10000.0) / 10000.0}; }
+Value Value::FromSingle(float Data) { return {FieldType::Single, double(Data)}; }
+Value Value::FromDouble(double Data) { return {FieldType::Double, Data}; }
+Value Value::FromDate(double Data) { return {FieldType::Date, Data}; }
+Value Value::FromText(QString Data) { return {FieldType::Text, std::move(Data)}; }
+Value Value::FromMemo(QString Data) { return {FieldType::Memo, std::move(Data)}; }
+
+bool Value::ToBoolean() const
+{
+    if (!IsText(m_type))
+        return RealPart() != 0.0;
+    if (const auto read = text::TextToBoolean(TextRef()))
+        return *read;
+    throw MakeError(13);
+}
+
+qint32 Value::ToLong() const
+{
+    if (std::holds_alternative<qint32>(m_data))
+        return std::get<qint32>(m_data);
+    return RoundToWhole(ToDouble(), std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
+}
+
+double Value::ToDouble() const
+{
+    if (!IsText(m_type))
+        return RealPart();
+    if (const auto read = text::TextToDouble(TextRef()))
+        return *read;
+    throw MakeError(13);
+}
+
+double Value::ToDate() const
+{
+    if (!IsText(m_type))
+        return CheckedDate(RealPart());
+    if (const auto read = text::TextToDate(TextRef()))
+        return *read;
+    return CheckedDate(ToDouble());
+}
+
+QString Value::ToText() const
+{
+    switch (m_type) {
+    case FieldType::Boolean: return WholePart() ? u"True"_s : u"False"_s;
+    case FieldType::Byte:
+    case FieldType::Integer:
+    case FieldType::Long: return QString::number(WholePart());
+    case FieldType::Single: return SingleText(RealPart());
+    case FieldType::Currency:
+    case FieldType::Double: return text::NumberToText(RealPart());
+    case FieldType::Date: return text::GeneralDate(RealPart());
+    default: return TextRef();
+    }
+}
+
+Value Value::ToType(FieldType Wanted) const
+{
+    if (IsNull() || Wanted == m_type || Wanted == FieldType::Null)
+        return *this;
+    try {
+        return Converted(Wanted);
+    } catch (const Error& refused) {
+        throw refused.Number == 13 ? MakeError(3421) : refused;
+    }
+}
+
+Value Value::Converted(FieldType Wanted) const
+{
+    switch (Wanted) {
+    case FieldType::Boolean: return FromBoolean(ToBoolean());
+    case FieldType::Byte: return FromByte(ToLong());
+    case FieldType::Integer: return FromInteger(ToLong());
+    case FieldType::Long: return FromLong(ToLong());
+    case FieldType::Currency: return FromCurrency(ToDouble());
+    case FieldType::Single: return FromSingle(static_cast<float>(ToDouble()));
+    case FieldType::Double: return FromDouble(ToDouble());
+    case FieldType::Date: return FromDate(ToDate());
+    // A Boolean is a number where SQL turns it into text; its words are for the reader's eye only.
+    case FieldType::Text: return FromText(m_type == FieldType::Boolean ? QString::number(WholePart()) : ToText());
+    case FieldType::Memo: return FromMemo(m_type == FieldType::Boolean ? QString::number(WholePart()) : ToText());
+    default: throw MakeError(3421);
+    }
+}
+
+const QString& Value::TextRef() const
+{
+    static const QString none;
+    const QString* text = std::get_if<QString>(&m_data);
+    return text ? *text : none;
+}
+
+qint32 Value::WholePart() const
+{
+    const qint32* whole = std::get_if<qint32>(&m_data);
+    return whole ? *whole : 0;
+}
+
+double Value::RealPart() const
+{
+    const double* real = std::get_if<double>(&m_data);
+    return real ? *real : WholePart();
+}
+
+}
