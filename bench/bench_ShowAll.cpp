@@ -1,0 +1,100 @@
+// bench/bench_ShowAll.cpp
+// "全て表示" of 100,000 messages against the sqlite3 shell selecting the same rows into a file: at most 2 times.
+
+#include "bench/support/CRatioReporter.h"
+#include "bench/support/Samples.h"
+#include "app/Application.h"
+#include "board/CBBS.h"
+#include "platform/desktop/desktop.h"
+#include "store/Store.h"
+#include "tests/support/CScriptedDesktop.h"
+#include "viewer/CViewer.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qint32 Board = 3;
+constexpr int MessageCount = 100'000;
+
+const QString& Folder()
+{
+    static const QTemporaryDir folder;
+    static const QString path = folder.path() + u'/';
+    static const bool made = mdlSamples::MakeDatabase(path + u"log.mdb"_s, Board, MessageCount);
+    Q_ASSERT(made);
+    return path;
+}
+
+/// A window that shows nothing: what is measured is the list, not the painting of its thirty visible rows.
+class CNoWindow : public ViewerHost
+{
+public:
+    void ShowBody(const std::vector<BodyLine>&) override {}
+    void ShowMail(const QString&) override {}
+    void ShowHomePage(const QString&) override {}
+    void ChangeStatusBarStyle(int) override {}
+    void SetCountText(const QString&) override {}
+    void SetNoReadPointText(const QString&) override {}
+    void ClearStatus() override {}
+    void BeginListUpdate(int) override {}
+    void EndListUpdate(int) override {}
+    void ListShown(int) override {}
+    void EnsureVisible(int, int) override {}
+    void SelectionChanged(int) override {}
+    void HeadersChanged(int) override {}
+    void StartReadTimer(int) override {}
+    void StopReadTimer() override {}
+    void ViewMenuChanged() override {}
+    void BoardCountChanged(qint32, int) override {}
+    void MarksChanged() override {}
+    void DataDefinitionChanged() override {}
+    void Progress(int, int) override {}
+    bool PagePane(bool) override { return false; }
+};
+
+void BM_ShowAll(benchmark::State& State)
+{
+    CScriptedDesktop desktop;
+    Application app(desktop, Folder(), u"tavora"_s);
+    app.SetLogDB(mdlStore::OpenLogDatabase(app.DatabaseFileName(), app));
+    app.Option().BBS_ID = Board;
+    CBBS board(app);
+    board.Initialize(app.LogDB());
+    CNoWindow window;
+    CViewer viewer(app, board, window);
+    viewer.SelectBoard(Board);
+    for (auto _ : State) {
+        State.PauseTiming();
+        desktop.Expect(u"全件表示しますか？"_s, Desktop::Answer::Yes);
+        State.ResumeTiming();
+        viewer.ShowViewMode(4);
+    }
+    if (viewer.List(0).Count() != MessageCount)
+        State.SkipWithError("not all messages were shown");
+}
+BENCHMARK(BM_ShowAll)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(7);
+
+void BM_ShellSelect(benchmark::State& State)
+{
+    for (auto _ : State) {
+        QProcess shell;
+        shell.setStandardOutputFile(Folder() + u"rows.txt"_s);
+        shell.start(u"sqlite3"_s, {Folder() + u"log.mdb"_s,
+                                   u"SELECT * FROM Message WHERE BBS_ID = %1 ORDER BY ID DESC"_s.arg(Board)});
+        if (!shell.waitForFinished(-1) || shell.exitCode() != 0)
+            State.SkipWithError("the sqlite3 shell failed");
+    }
+}
+BENCHMARK(BM_ShellSelect)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(7);
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    return RunWithRatios(argc, argv, {{"BM_ShowAll", {"BM_ShellSelect"}, 2.0}});
+}
