@@ -42,6 +42,7 @@ public:
     Q_ENUM(State)
 
     static constexpr int TimedOut = 12002;
+    static constexpr int BadUrl = 12005;
     static constexpr int NameNotResolved = 12007;
     static constexpr int Cancelled = 12017;
     static constexpr int CannotConnect = 12029;
@@ -62,8 +63,8 @@ public:
     /// The same in milliseconds, for who cannot wait a second.
     void SetTimeoutMs(int Milliseconds);
 
-    /// Starts a request. False, with ResponseCode and ResponseInfo set and no signal to come, when one is under way
-    /// or Url is no http or https address with a host.
+    /// Starts a request; Url goes out as it is written. False, with no signal to come: one is under way already, which
+    /// goes on untouched, or Url is no http or https address with a host (BadUrl).
     bool Execute(const QUrl& Url, const QByteArray& Method = "GET");
 
     /// Ends a running request: State::Error with Cancelled follows before this returns. Nothing when none runs.
@@ -90,8 +91,8 @@ Q_SIGNALS:
     void StateChanged(CTransfer::State NewState);
 
 private:
-    class CPrivate;
-    std::unique_ptr<CPrivate> m_d;
+    class CRun;
+    std::unique_ptr<CRun> m_run;
 };
 
 #endif
