@@ -100,8 +100,7 @@ Q_SIGNALS:
 private:
     struct CReceivePlan;
 
-    bool Receive(const CReceivePlan& Plan);
-    bool ReceivePage(const CReceivePlan& Plan);
+    void Receive(const CReceivePlan& Plan);
     bool StorePage(const CReceivePlan& Plan);
     void MoveNoReadPoint(qint32 BBS_ID);
     void Fail(const QString& Message);
