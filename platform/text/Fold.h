@@ -25,7 +25,8 @@ struct CFoldedText
 /// The one normal form of everything that reads the same: small letters, half-width ASCII, full-width katakana.
 ///
 /// A half-width kana and the voicing mark after it become the one composed letter (ｶﾞ is ガ). Kept apart are か and が,
-/// つ and っ, ー and a hyphen, accents, ① and 1, trailing blanks and their absence.
+/// つ and っ, ー and a hyphen, accents, ① and 1, trailing blanks and their absence. The look-alikes 〜 − ‖ — count as the
+/// ～ － ∥ ― that the boards' code page has, or a search typed outside Windows would never find them.
 /// Text that is in that form already comes back as it is; ASCII never takes more than one pass.
 QString Fold(QStringView Text);
 
