@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace text
@@ -18,8 +19,9 @@ enum class Compare { Binary, Text };
 /// One pattern, read once and matched against many texts.
 ///
 /// "?" is one unit, "*" any run (line ends too), "#" one digit 0-9, "[a-z]" one unit of the list, "[!a-z]" one unit that
-/// is not in it, "[]" nothing at all, "[!]" an exclamation mark. Everything else stands for itself. With Compare::Text
-/// pattern and text are folded first, so a half-width kana with its voicing mark counts as one.
+/// is not in it, "[]" nothing at all, "[!]" an exclamation mark. Everything else stands for itself, "]" outside a list
+/// too. With Compare::Text pattern and text are folded first, so a half-width kana with its voicing mark counts as one,
+/// and a range of kanji goes by their order instead of their codes.
 /// Matching takes at most (length of the text) x (length of the pattern) steps.
 class CLikePattern
 {
@@ -31,46 +33,56 @@ public:
     bool Matches(QStringView Text) const;
 
 private:
-    enum class Kind { Literal, AnyUnit, Digit, List, NotList };
+    enum class Kind { Unit, AnyUnit, Digit, List, NotList };
 
     struct Range
     {
-        char16_t First;
-        char16_t Last;
+        char16_t First = 0;
+        char16_t Last = 0;
+        bool IsByOrder = false; // by CompareText instead of by code
     };
 
-    /// One pattern unit that takes exactly one unit of the text.
+    /// What takes exactly one unit of the text.
     struct Step
     {
-        Kind What = Kind::Literal;
+        Kind What = Kind::Unit;
         char16_t Unit = 0;
-        qsizetype FirstRange = 0; // in m_ranges
-        qsizetype RangeCount = 0;
+        std::vector<Range> Ranges;
     };
 
-    /// The steps between two stars; Text is set when they are all literals.
+    /// The steps between two stars. Text is what they spell when they are all plain units.
     struct Piece
     {
         std::vector<Step> Steps;
         QString Text;
-        bool IsLiteral = true;
+        bool IsPlain = true;
+
+        qsizetype Size() const { return static_cast<qsizetype>(Steps.size()); }
+    };
+
+    /// A pattern unit, folded where that is asked for, and the sign that it is in the pattern as written; only a sign
+    /// typed in ASCII is a wildcard (？ ends many a Japanese sentence).
+    struct Token
+    {
+        char16_t Unit;
+        char16_t Sign;
     };
 
     explicit CLikePattern(Compare Mode);
-    bool Read(QStringView Pattern);
-    bool ReadList(QStringView Pattern, qsizetype& Place);
-    bool AddRanges(QStringView List, Step& To);
-    void Add(const Step& What);
-    void Join();
+    static std::vector<Token> Tokens(QStringView Pattern, Compare Mode);
+    bool Read(const std::vector<Token>& Pattern);
+    bool AddList(std::span<const Token> List);
+    bool AddRange(Step& To, char16_t First, char16_t Last) const;
+    void Add(Step What);
 
-    bool MatchesFolded(QStringView Text) const;
-    bool MatchesStep(const Step& What, char16_t Unit) const;
-    bool MatchesAt(const Piece& What, QStringView Text, qsizetype Place) const;
-    qsizetype Find(const Piece& What, QStringView Text, qsizetype From, qsizetype End) const;
+    bool MatchesUnits(QStringView Text) const;
+    static bool IsInRange(const Range& Among, char16_t Unit);
+    static bool MatchesStep(const Step& What, char16_t Unit);
+    static bool MatchesHere(const Piece& What, QStringView Text);
+    static qsizetype Find(const Piece& What, QStringView Text, qsizetype From);
 
     Compare m_mode;
     std::vector<Piece> m_pieces; // one more than there are stars
-    std::vector<Range> m_ranges;
 };
 
 /// Whether Text matches Pattern; a pattern that cannot be read matches nothing.
