@@ -27,11 +27,15 @@ std::optional<float> TextToSingle(QStringView Text);
 /// "True" and "False" in any case, #TRUE# and #FALSE# in capitals, else a number, of which only 0 is false.
 std::optional<bool> TextToBoolean(QStringView Text);
 
-/// Whether TextToDouble would succeed, numbers beyond the range included.
+/// Whether TextToDouble succeeds.
 bool IsNumeric(QStringView Text);
 
-/// The longest number at the start of Text, blanks, tabs and line ends dropped; 0 when there is none. Knows the decimal
-/// point, the exponent, &H and &O (16-bit signed up to four digits), but no separators. Never fails.
+/// Whether Text is written as a number, be it beyond every range: what fails to convert then is too large, not wrong.
+bool HasNumberForm(QStringView Text);
+
+/// The longest number at the start of Text, blanks, tabs and line feeds dropped; 0 when there is none. Knows the decimal
+/// point, the exponent, &H and &O (16-bit signed while it fits, then 32-bit), but no separators. Never fails; what is
+/// beyond the range is infinite.
 double Val(QStringView Text);
 
 } // namespace text
