@@ -29,7 +29,8 @@ QString FormatText(QStringView Value, QStringView Pattern);
 /// "2002/01/15 9:05:00"; only the date at midnight, only the time on day 0.
 QString GeneralDate(double Serial);
 
-/// The shortest plain form with at most 15 digits: "0.1", "-5", "1.23E-07", "1E+16".
+/// At most 15 digits, plain while 15 places before or behind the point are enough: "0.1", "-5", "1E+16",
+/// "1.23456789012345E-02".
 QString NumberToText(double Value);
 
 /// As NumberToText, for single precision: at most 7 digits.
