@@ -1,0 +1,57 @@
+// mainwin/mdlEnabling.cpp
+// What the window's state allows: the enabled state of every command and the caption, as plain functions.
+
+#include "mainwin/mdlEnabling.h"
+
+using namespace Qt::StringLiterals;
+using mdlCommands::Rule;
+
+namespace mdlEnabling
+{
+
+namespace
+{
+
+bool ModeHolds(const WindowFacts& Facts, int Mode)
+{
+    return Mode >= 0 && Mode < int(Facts.ModeHasMessages.size()) && Facts.ModeHasMessages[std::size_t(Mode)];
+}
+
+bool MessageRuleHolds(Rule When, const WindowFacts& Facts)
+{
+    const bool single = Facts.SelectedCount == 1;
+    const bool several = Facts.SelectedCount > 1;
+    switch (When) {
+    case Rule::Messages: return true;
+    case Rule::Selection: return single || several;
+    case Rule::SomeUnread: return several || (single && !Facts.IsRead);
+    case Rule::SomeRead: return several || (single && Facts.IsRead);
+    case Rule::SingleReply: return single && Facts.IsReply;
+    default: return false;
+    }
+}
+
+} // namespace
+
+bool Holds(Rule When, const WindowFacts& Facts, int Argument)
+{
+    const bool idle = Facts.Busy == BusyState::None;
+    switch (When) {
+    case Rule::Always: return true;
+    case Rule::Never: return false;
+    case Rule::Idle: return idle;
+    case Rule::ViewMode: return idle && ModeHolds(Facts, Argument);
+    case Rule::BoardList: return idle && Facts.List == 0;
+    default: return !Facts.IsRaw && MessageRuleHolds(When, Facts);
+    }
+}
+
+QString Caption(const WindowFacts& Facts, const QString& BoardName, const QString& AppTitle)
+{
+    const QString receiving = Facts.Busy == BusyState::Receive ? u"受信中 - "_s : QString();
+    if (Facts.List != 0)
+        return receiving + u"検索結果 - "_s + AppTitle;
+    return receiving + (BoardName.isEmpty() ? AppTitle : BoardName + u" - "_s + AppTitle);
+}
+
+} // namespace mdlEnabling
