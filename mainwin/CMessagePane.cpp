@@ -1,0 +1,189 @@
+// mainwin/CMessagePane.cpp
+// The pane that shows the text of one message, with quotations and comments in colours of their own.
+
+#include "mainwin/CMessagePane.h"
+
+#include "mainwin/mdlColors.h"
+
+#include <QContextMenuEvent>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QSyntaxHighlighter>
+#include <QTextBlock>
+
+using namespace Qt::StringLiterals;
+using LineKind = ViewerHost::LineKind;
+
+namespace
+{
+
+// Message texts carry drawings made of characters, which need glyphs of one and of two cells.
+QFont FixedPitchFont(const QFont& Base)
+{
+    QFont font = Base;
+    font.setFamilies({u"ＭＳ ゴシック"_s, u"MS Gothic"_s, u"Osaka－等幅"_s, u"IPAGothic"_s, u"Noto Sans Mono CJK JP"_s,
+                      u"monospace"_s});
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    return font;
+}
+
+// The document makes a new block of each of these; a block has to be a line of the message. A bare LF is no line end there.
+QString WithoutBreaks(QString Text)
+{
+    for (QChar& c : Text) {
+        if (c == u'\n' || c == QChar::ParagraphSeparator)
+            c = QChar::LineSeparator;
+        else if (c == u'\r')
+            c = u' ';
+        else if (c == QChar(0xfdd0) || c == QChar(0xfdd1))
+            c = QChar::ReplacementCharacter;
+    }
+    return Text;
+}
+
+// Length of the next piece; it does not end between the halves of one character.
+qsizetype PieceLength(QStringView Rest)
+{
+    if (Rest.size() <= CMessagePane::MaxPiece)
+        return Rest.size();
+    return CMessagePane::MaxPiece - (Rest[CMessagePane::MaxPiece - 1].isHighSurrogate() ? 1 : 0);
+}
+
+} // namespace
+
+// Colours each block by the kind of its line.
+class CMessagePane::CLineColors : public QSyntaxHighlighter
+{
+public:
+    explicit CLineColors(CMessagePane& Pane)
+        : QSyntaxHighlighter(Pane.document())
+        , m_pane(Pane)
+    {
+    }
+
+protected:
+    void highlightBlock(const QString& Text) override
+    {
+        const auto block = std::size_t(currentBlock().blockNumber());
+        const LineKind kind = block < m_pane.m_pieces.size() ? m_pane.m_pieces[block].Kind : LineKind::Plain;
+        if (kind != LineKind::Plain)
+            setFormat(0, int(Text.size()), m_pane.ColorOf(kind));
+    }
+
+private:
+    const CMessagePane& m_pane;
+};
+
+CMessagePane::CMessagePane(QWidget* Parent)
+    : QPlainTextEdit(Parent)
+    , m_colors(new CLineColors(*this))
+{
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setFont(FixedPitchFont(font()));
+    setTabChangesFocus(true);
+    setFrameShape(QFrame::StyledPanel);
+}
+
+CMessagePane::~CMessagePane() = default;
+
+void CMessagePane::ShowLines(const std::vector<ViewerHost::BodyLine>& Lines)
+{
+    setUpdatesEnabled(false);
+    setPlainText(TakePieces(Lines));
+    moveCursor(QTextCursor::Start);
+    setUpdatesEnabled(true);
+}
+
+QString CMessagePane::TakePieces(const std::vector<ViewerHost::BodyLine>& Lines)
+{
+    m_pieces.clear();
+    QString text;
+    for (const auto& line : Lines) {
+        const QString shown = WithoutBreaks(line.Text);
+        qsizetype at = 0;
+        do {
+            const qsizetype length = PieceLength(QStringView(shown).mid(at));
+            text += QStringView(shown).mid(at, length);
+            text += u'\n';
+            at += length;
+            m_pieces.push_back({line.Kind, at < shown.size()});
+        } while (at < shown.size());
+    }
+    return text;
+}
+
+bool CMessagePane::Page(bool Forward)
+{
+    QScrollBar* bar = verticalScrollBar();
+    const int before = bar->value();
+    bar->triggerAction(Forward ? QScrollBar::SliderPageStepAdd : QScrollBar::SliderPageStepSub);
+    return bar->value() != before;
+}
+
+QString CMessagePane::TextBetween(int Start, int End, QStringView LineEnd) const
+{
+    QString text;
+    for (QTextBlock block = document()->findBlock(Start); block.isValid() && block.position() <= End;
+         block = block.next()) {
+        const int from = qMax(Start - block.position(), 0);
+        const int length = qMin(End - block.position(), block.length() - 1) - from;
+        text += QStringView(block.text()).mid(from, qMax(length, 0));
+        const bool isLast = End < block.position() + block.length();
+        const auto number = std::size_t(block.blockNumber());
+        if (!isLast && !(number < m_pieces.size() && m_pieces[number].Continues))
+            text += LineEnd;
+    }
+    text.replace(QChar::LineSeparator, LineEnd.toString());
+    return text;
+}
+
+QString CMessagePane::SelectedText() const
+{
+    const QTextCursor cursor = textCursor();
+    return cursor.hasSelection() ? TextBetween(cursor.selectionStart(), cursor.selectionEnd(), u"\r\n") : QString();
+}
+
+void CMessagePane::ClearSelection()
+{
+    QTextCursor cursor = textCursor();
+    cursor.clearSelection();
+    setTextCursor(cursor);
+}
+
+QColor CMessagePane::ColorOf(LineKind Kind) const
+{
+    const QColor ground = palette().color(QPalette::Base);
+    switch (Kind) {
+    case LineKind::Quote: return mdlColors::Readable(QColor(0, 0, 128), ground, mdlColors::TextContrast);
+    case LineKind::Comment: return mdlColors::Readable(QColor(0, 128, 0), ground, mdlColors::TextContrast);
+    case LineKind::Plain: break;
+    }
+    return palette().color(QPalette::Text);
+}
+
+QMimeData* CMessagePane::createMimeDataFromSelection() const
+{
+    const QTextCursor cursor = textCursor();
+    auto* data = new QMimeData;
+    data->setText(TextBetween(cursor.selectionStart(), cursor.selectionEnd(), u"\n"));
+    return data;
+}
+
+void CMessagePane::contextMenuEvent(QContextMenuEvent* Event)
+{
+    Event->accept();
+    if (!textCursor().hasSelection())
+        return;
+    const bool isByKey = Event->reason() == QContextMenuEvent::Keyboard;
+    Q_EMIT TextMenuRequested(isByKey ? viewport()->mapToGlobal(cursorRect().bottomLeft()) : Event->globalPos());
+}
+
+void CMessagePane::changeEvent(QEvent* Event)
+{
+    QPlainTextEdit::changeEvent(Event);
+    if (Event->type() == QEvent::PaletteChange && m_colors)
+        m_colors->rehighlight();
+}
