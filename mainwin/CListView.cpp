@@ -1,0 +1,187 @@
+// mainwin/CListView.cpp
+// The view of one message list: rows of equal height, selection kept by the list itself, board icons, marks.
+
+#include "mainwin/CListView.h"
+
+#include "mainwin/CListSelection.h"
+#include "mainwin/CMessageDelegate.h"
+#include "platform/desktop/Geometry.h"
+#include "platform/text/Fold.h"
+#include "viewer/CMessageModel.h"
+
+#include <QContextMenuEvent>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QStyleHints>
+
+#include <iterator>
+
+namespace
+{
+
+// Widths of the eleven columns at first, in pixels at 100 %.
+constexpr int ColumnWidths[] = {44, 64, 300, 90, 90, 120, 130, 100, 320, 90, 60};
+constexpr int SubjectColumn = 2;
+
+} // namespace
+
+CListView::CListView(CMessageList& List, CMessageModel& Model, std::function<QIcon(qint32)> BoardIcon, QWidget* Parent)
+    : QTreeView(Parent)
+    , m_list(List)
+{
+    setUniformRowHeights(true);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerItem);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setItemDelegate(new CMessageDelegate(std::move(BoardIcon), this));
+    setModel(&Model);
+    m_selection = new CListSelection(
+        Model, List,
+        [this] {
+            const int first = verticalScrollBar()->value();
+            return CListSelection::Range{first, first + verticalScrollBar()->pageStep() + 1};
+        },
+        this);
+    setSelectionModel(m_selection);
+    connect(m_selection, &CListSelection::Edited, this, &CListView::SelectionEdited);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, m_selection, &CListSelection::Mirror);
+    connect(&Model, &QAbstractItemModel::modelReset, m_selection, &CListSelection::Mirror);
+    connect(&Model, &QAbstractItemModel::layoutChanged, m_selection, &CListSelection::Mirror);
+    connect(&Model, &QAbstractItemModel::rowsRemoved, m_selection, &CListSelection::Mirror);
+    connect(&Model, &QAbstractItemModel::rowsInserted, m_selection, &CListSelection::Mirror);
+    BuildColumns();
+}
+
+CListView::~CListView() = default;
+
+void CListView::BuildColumns()
+{
+    header()->setStretchLastSection(false);
+    header()->setSectionsClickable(true);
+    header()->setSectionsMovable(true);
+    header()->setHighlightSections(false);
+    header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header()->setMinimumSectionSize(16);
+    for (int column = 0; column < header()->count() && column < int(std::size(ColumnWidths)); ++column)
+        header()->resizeSection(column, ColumnWidths[column]);
+}
+
+void CListView::BeginUpdate()
+{
+    if (m_updateDepth++ == 0)
+        setUpdatesEnabled(false);
+}
+
+void CListView::EndUpdate()
+{
+    if (m_updateDepth > 0 && --m_updateDepth == 0)
+        setUpdatesEnabled(true);
+}
+
+void CListView::TakeSelection() { m_selection->Mirror(); }
+
+void CListView::EnsureVisible(int Row)
+{
+    const QModelIndex index = model()->index(Row, qMax(header()->logicalIndexAt(0), 0));
+    if (index.isValid())
+        scrollTo(index);
+}
+
+void CListView::TakeColumns(const CListView& Other)
+{
+    for (int column = 0; column < header()->count() && column < Other.header()->count(); ++column)
+        header()->resizeSection(column, Other.header()->sectionSize(column));
+    for (int place = 0; place < header()->count() && place < Other.header()->count(); ++place)
+        header()->moveSection(header()->visualIndex(Other.header()->logicalIndex(place)), place);
+}
+
+void CListView::ResetColumns()
+{
+    for (int column = 0; column < header()->count(); ++column) {
+        header()->resizeSection(column, mdlGeometry::ToPixels(RawColumnTwips));
+        header()->moveSection(header()->visualIndex(column), column);
+    }
+}
+
+void CListView::updateGeometries()
+{
+    QTreeView::updateGeometries();
+    if (m_selection)
+        m_selection->Mirror(); // a taller view shows more rows
+}
+
+void CListView::mousePressEvent(QMouseEvent* Event)
+{
+    const bool onRow = indexAt(Event->position().toPoint()).isValid();
+    QTreeView::mousePressEvent(Event);
+    m_focusAtPress = m_list.Focus();
+    if (onRow && m_focusAtPress >= 0)
+        Q_EMIT RowClicked(m_focusAtPress);
+}
+
+void CListView::mouseReleaseEvent(QMouseEvent* Event)
+{
+    QTreeView::mouseReleaseEvent(Event);
+    TellIfFocusMoved(m_focusAtPress); // dragging over rows moves the focus along
+}
+
+void CListView::keyPressEvent(QKeyEvent* Event)
+{
+    if (Event->matches(QKeySequence::SelectAll)) {
+        Q_EMIT SelectAllRequested();
+        return;
+    }
+    const int before = m_list.Focus();
+    QTreeView::keyPressEvent(Event);
+    TellIfFocusMoved(before);
+}
+
+void CListView::TellIfFocusMoved(int RowBefore)
+{
+    if (const int row = m_list.Focus(); row >= 0 && row != RowBefore)
+        Q_EMIT RowClicked(row);
+}
+
+QRect CListView::RowRect(int Row) const
+{
+    const QRect cell = visualRect(model()->index(Row, 0));
+    return {0, cell.top(), viewport()->width(), cell.height()};
+}
+
+void CListView::contextMenuEvent(QContextMenuEvent* Event)
+{
+    Event->accept();
+    const int focus = m_list.Focus();
+    const bool isByKey = Event->reason() == QContextMenuEvent::Keyboard;
+    if (focus < 0 || (!isByKey && !indexAt(Event->pos()).isValid()))
+        return;
+    const QPoint below = RowRect(focus).bottomLeft() + QPoint(CMessageDelegate::IconSide, 0);
+    Q_EMIT ListMenuRequested(isByKey ? viewport()->mapToGlobal(below) : Event->globalPos());
+}
+
+void CListView::keyboardSearch(const QString& Typed)
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const bool continues = now - m_typedAt <= QGuiApplication::styleHints()->keyboardInputInterval();
+    m_typed = continues ? m_typed + Typed : Typed;
+    m_typedAt = now;
+    const int count = m_list.Count();
+    const QString wanted = text::Fold(m_typed);
+    const int start = qMax(m_list.Focus(), 0) + (continues ? 0 : 1);
+    for (int step = 0; step < count && !wanted.isEmpty(); ++step) {
+        const int row = (start + step) % count;
+        if (!text::Fold(m_list.Text(row, SubjectColumn).trimmed()).startsWith(wanted))
+            continue;
+        m_selection->setCurrentIndex(model()->index(row, 0),
+                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        scrollTo(model()->index(row, 0));
+        return;
+    }
+}

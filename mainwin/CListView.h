@@ -1,0 +1,73 @@
+// mainwin/CListView.h
+// The view of one message list: rows of equal height, selection kept by the list itself, board icons, marks.
+
+#ifndef MAINWIN_CLISTVIEW_H
+#define MAINWIN_CLISTVIEW_H
+
+#include <QIcon>
+#include <QTreeView>
+
+#include <functional>
+
+class CListSelection;
+class CMessageList;
+class CMessageModel;
+
+/// Shows a CMessageList. The list owns selection and focus; the view's selection model holds the part that is in view.
+class CListView : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    /// Width of a column of a raw table at first, in twips.
+    static constexpr int RawColumnTwips = 1500;
+
+    /// List and Model belong together and must outlive the view. BoardIcon gives the picture of a board.
+    CListView(CMessageList& List, CMessageModel& Model, std::function<QIcon(qint32)> BoardIcon, QWidget* Parent);
+    ~CListView() override;
+
+    /// Holds painting back until the matching End; the calls nest.
+    void BeginUpdate();
+    void EndUpdate();
+
+    /// Shows the selection and the focus that the list has now.
+    void TakeSelection();
+    void EnsureVisible(int Row);
+
+    /// Widths and places of the columns of Other.
+    void TakeColumns(const CListView& Other);
+    /// All columns in their order, each RawColumnTwips wide.
+    void ResetColumns();
+
+    void keyboardSearch(const QString& Typed) override;
+
+Q_SIGNALS:
+    /// The user has made Row the focus, or pressed the button on the row that was it. The list knows already.
+    void RowClicked(int Row);
+    /// The user has changed which rows are selected.
+    void SelectionEdited();
+    void SelectAllRequested();
+    /// The right button, or the menu key, on the focused row; Place is in screen coordinates.
+    void ListMenuRequested(const QPoint& Place);
+
+protected:
+    void mousePressEvent(QMouseEvent* Event) override;
+    void mouseReleaseEvent(QMouseEvent* Event) override;
+    void keyPressEvent(QKeyEvent* Event) override;
+    void contextMenuEvent(QContextMenuEvent* Event) override;
+    void updateGeometries() override;
+
+private:
+    void BuildColumns();
+    void TellIfFocusMoved(int RowBefore);
+    QRect RowRect(int Row) const;
+
+    CMessageList& m_list;
+    CListSelection* m_selection = nullptr; // none while the base class is being set up
+    QString m_typed;          // what has been typed for the search so far
+    qint64 m_typedAt = 0;     // milliseconds, when its last character came
+    int m_updateDepth = 0;
+    int m_focusAtPress = -1;
+};
+
+#endif
