@@ -160,24 +160,21 @@ std::optional<QByteArray> CCookieStore::Value(const QUrl& Url, const QByteArray&
 
 bool CCookieStore::Set(const QUrl& Url, const QByteArray& Name, const QByteArray& Data)
 {
-    const QByteArray data = mdlCookieText::OneLine(Data);
-    const qsizetype end = data.indexOf(';');
+    const auto [value, attributes] = mdlCookieText::Split(mdlCookieText::OneLine(Data), ';');
     CCookie cookie;
     cookie.Name = Name;
-    cookie.Value = data.left(end);
-    return Store(Url, std::move(cookie), end < 0 ? QByteArray() : data.mid(end + 1), Origin::Program);
+    cookie.Value = value;
+    return Store(Url, std::move(cookie), attributes, Origin::Program);
 }
 
 bool CCookieStore::SetFromHeader(const QUrl& Url, const QByteArray& SetCookieLine)
 {
-    const QByteArray line = mdlCookieText::OneLine(SetCookieLine);
-    const qsizetype end = line.indexOf(';');
-    const QByteArray pair = line.left(end);
-    const qsizetype equal = pair.indexOf('=');
+    const auto [pair, attributes] = mdlCookieText::Split(mdlCookieText::OneLine(SetCookieLine), ';');
+    const auto [name, value] = mdlCookieText::Split(pair, '=');
     CCookie cookie;
-    cookie.Name = pair.left(equal).trimmed();
-    cookie.Value = equal < 0 ? QByteArray() : pair.mid(equal + 1).trimmed();
-    return Store(Url, std::move(cookie), end < 0 ? QByteArray() : line.mid(end + 1), Origin::Server);
+    cookie.Name = name.trimmed();
+    cookie.Value = value.trimmed();
+    return Store(Url, std::move(cookie), attributes, Origin::Server);
 }
 
 /// Completes Cookie from Url and Attributes, checks it, puts it in its place and saves when the file has to change.

@@ -104,9 +104,9 @@ Attributes ReadAttributes(const QByteArray& Text)
     Attributes result;
     const QByteArrayList parts = Text.split(';');
     for (const QByteArray& part : parts) {
-        const qsizetype equal = part.indexOf('=');
-        const QByteArray name = part.left(equal).trimmed().toLower();
-        const QByteArray value = equal < 0 ? QByteArray() : part.mid(equal + 1).trimmed();
+        const auto [left, right] = Split(part, '=');
+        const QByteArray name = left.trimmed().toLower();
+        const QByteArray value = right.trimmed();
         if (name == "expires")
             result.Expires = ReadDate(value);
         else if (name == "path")
@@ -140,6 +140,12 @@ QDateTime ReadDate(const QByteArray& Text)
     }
     const QDate date(year, month, day);
     return date.isValid() && time.isValid() && year > 0 ? QDateTime(date, time, Qt::UTC) : QDateTime();
+}
+
+std::pair<QByteArray, QByteArray> Split(const QByteArray& Text, char Mark)
+{
+    const qsizetype at = Text.indexOf(Mark);
+    return at < 0 ? std::pair(Text, QByteArray()) : std::pair(Text.left(at), Text.mid(at + 1));
 }
 
 QByteArray OneLine(QByteArray Text)

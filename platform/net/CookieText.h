@@ -8,6 +8,8 @@
 
 #include <QByteArrayList>
 
+#include <utility>
+
 namespace mdlCookieText
 {
 /// What follows the value: "expires=…; path=…; domain=…; secure; httponly". Names ignore case, unknown ones are
@@ -27,6 +29,9 @@ Attributes ReadAttributes(const QByteArray& Text);
 /// always as GMT: the order of day, month and year is told by their form, punctuation does not matter, two digits
 /// mean 1970 to 2069. Invalid when a piece is missing or no such moment exists.
 QDateTime ReadDate(const QByteArray& Text);
+
+/// What stands before and after the first Mark; without one, all of Text and nothing.
+std::pair<QByteArray, QByteArray> Split(const QByteArray& Text, char Mark);
 
 /// Text without CR, LF and NUL, which would end a header or a line of the file.
 QByteArray OneLine(QByteArray Text);
