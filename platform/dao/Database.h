@@ -55,7 +55,7 @@ public:
     /// Runs an action statement or a saved action query. 3065 for one that gives rows, 3061 with parameters.
     void Execute(const QString& Sql, ExecuteOption Option = ExecuteOption::FailOnError);
     /// Rows stored, changed or removed by the last Execute; skipped rows do not count.
-    int RecordsAffected() const;
+    int RecordsAffected() const { return m_recordsAffected; }
     /// Opens a query's text, or a table's or saved query's name. 3078 unknown table, 3061 parameters, 3219 an action statement.
     /// Type Table wants a table's name (3011).
     std::unique_ptr<Recordset> OpenRecordset(const QString& Source, RecordsetType Type = RecordsetType::Snapshot);
@@ -97,8 +97,10 @@ private:
     friend class QueryDef;
     explicit Database(std::shared_ptr<CSession> Session);
     CSession& Session() const;
+    QString StatementText(const QString& Source) const;
 
     std::shared_ptr<CSession> m_session;
+    int m_recordsAffected = 0;
 };
 
 }

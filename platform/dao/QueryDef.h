@@ -44,14 +44,13 @@ public:
     int RecordsAffected() const { return m_recordsAffected; }
 
 private:
-    const jetsql::Statement& Statement();
-    std::vector<Value> FilledParameters();
+    std::shared_ptr<const jetsql::Statement> Statement();
+    std::vector<Value> FilledParameters(const jetsql::Statement& Statement) const;
 
     Database& m_owner;
     QString m_name;
     QString m_sql;
     jetsql::Shape m_shape;
-    std::shared_ptr<const jetsql::Statement> m_statement;
     std::vector<std::optional<Value>> m_values;
     int m_recordsAffected = 0;
 };

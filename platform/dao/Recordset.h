@@ -95,17 +95,19 @@ protected:
     Recordset(RecordsetType Type, std::vector<ResultColumn> Columns);
 
     const std::vector<ResultColumn>& Columns() const { return m_columns; }
-    const CPosition& Position() const { return m_position; }
-    CPosition& Position() { return m_position; }
+    CPosition& Position() const { return m_position; }
     void SetNoMatch(bool NoMatch) { m_noMatch = NoMatch; }
     void RequireOpen() const;
+    void DropEdit();
 
     /// Throws 3420 when the connection that the rows come from is gone.
     virtual void RequireConnection() const = 0;
-    /// Rows there are; asked before every move.
+    /// Rows there are; asked before every move, after Settle.
     virtual qsizetype RowTotal() const = 0;
-    /// Called before the position is asked for or changed; a kind that finds rows late does so here.
+    /// Called before the position is asked for or changed; a kind that looks for its rows only when it must does so here.
     virtual void Settle() const {}
+    /// Throws 3021 or 3167 without a current row.
+    virtual void RequireRow() const { Position().Row(); }
     /// Called after the position has changed.
     virtual void Moved() {}
     /// Throws what keeps this recordset from being edited, 3251 unless overridden.
@@ -126,12 +128,14 @@ private:
     enum class EditMode { None, Edit, Add };
 
     void MoveTo(CPosition::Step Step);
-    void CheckField(int Field) const;
+    void BeginEdit(EditMode Mode);
     const Value* Pending(int Field) const;
+    /// Checks that Field can be read; the pending value, or nullptr where the stored one counts.
+    const Value* ForReading(int Field) const;
 
     RecordsetType m_type;
     std::vector<ResultColumn> m_columns;
-    CPosition m_position;
+    mutable CPosition m_position;   // a table is only positioned when somebody asks where it stands
     EditMode m_editMode = EditMode::None;
     EditBuffer m_edit;
     bool m_noMatch = false;
