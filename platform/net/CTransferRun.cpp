@@ -16,8 +16,6 @@ namespace
 {
 /// A redirect's own page is nobody's to read; this much of it is let through so that the connection can be kept.
 constexpr qint64 MaxRedirectBody = 64 * 1024;
-/// What the library may hold unread while the program is busy.
-constexpr qint64 ReadBufferBytes = 4 * 1024 * 1024;
 
 bool IsWebAddress(const QUrl& Url)
 {
@@ -184,7 +182,6 @@ void CTransfer::CRun::Send()
     m_redirect.clear();
     m_received = 0;
     m_reply = m_manager.sendCustomRequest(MakeRequest(), m_method);
-    m_reply->setReadBufferSize(ReadBufferBytes);
     Watch();
 }
 
@@ -298,7 +295,8 @@ void CTransfer::CRun::OnFinished()
         Complete();
 }
 
-/// The library takes a body that ends early for whole when the server closes in an orderly way.
+/// The library takes a body that ends early for whole when the server closes in an orderly way. Of a body in chunks it
+/// does not tell at all whether the last one came; the reader of the page has to do without.
 bool CTransfer::CRun::IsCutShort() const
 {
     const auto promised = mdlHttpReply::PromisedLength(*m_reply);
