@@ -1,0 +1,205 @@
+// store/Schema.cpp
+// Building the four tables.
+
+#include "store/Schema.h"
+
+#include "store/SeedRows.h"
+
+namespace mdlSchema {
+
+using namespace Qt::StringLiterals;
+using dao::FieldType;
+
+namespace {
+
+constexpr int TextSize = 255;
+constexpr int VersionSize = 8;
+
+dao::FieldDef Field(const QString& Name, FieldType Type)
+{
+    dao::FieldDef field;
+    field.Name = Name;
+    field.Type = Type;
+    return field;
+}
+
+enum class ZeroLength { Refused, Allowed };
+
+dao::FieldDef TextField(const QString& Name, ZeroLength Empty, int Size = TextSize)
+{
+    dao::FieldDef field = Field(Name, FieldType::Text);
+    field.Size = Size;
+    field.AllowZeroLength = Empty == ZeroLength::Allowed;
+    return field;
+}
+
+dao::IndexDef PrimaryIndex(const QStringList& Fields)
+{
+    return {u"PK"_s, Fields, true, true, false};
+}
+
+/// Serves counting and paging by board; nobody sees it.
+dao::IndexDef HiddenIndex(const QString& Name, const QStringList& Fields)
+{
+    return {Name, Fields, false, false, true};
+}
+
+dao::TableDef BBSTable()
+{
+    dao::TableDef table;
+    table.Name = u"BBS"_s;
+    table.Fields = {
+        Field(u"BBS_ID"_s, FieldType::Long),
+        TextField(u"BBS_Name"_s, ZeroLength::Refused),
+        TextField(u"ShortName"_s, ZeroLength::Refused),
+        TextField(u"URL"_s, ZeroLength::Refused),
+        TextField(u"HowtouseURL"_s, ZeroLength::Refused),
+        Field(u"MaxCount"_s, FieldType::Long),
+        Field(u"Hitokoto"_s, FieldType::Long),
+        Field(u"VisitLoad"_s, FieldType::Boolean),
+        Field(u"ListOrder"_s, FieldType::Long),
+        TextField(u"DefaultLogFile"_s, ZeroLength::Allowed),
+        TextField(u"Identifier"_s, ZeroLength::Allowed),
+    };
+    table.Indexes = {PrimaryIndex({u"BBS_ID"_s})};
+    return table;
+}
+
+dao::TableDef MessageTable()
+{
+    dao::TableDef table;
+    table.Name = u"Message"_s;
+    table.Fields = {
+        Field(u"BBS_ID"_s, FieldType::Long),
+        Field(u"ID"_s, FieldType::Long),
+        Field(u"Read"_s, FieldType::Boolean),
+        TextField(u"Subject"_s, ZeroLength::Allowed),
+        TextField(u"Homepage"_s, ZeroLength::Allowed),
+        TextField(u"Mail"_s, ZeroLength::Allowed),
+        TextField(u"PostName"_s, ZeroLength::Allowed),
+        Field(u"PostDate"_s, FieldType::Date),
+        Field(u"InReplyTo"_s, FieldType::Long),
+        Field(u"Body"_s, FieldType::Memo),
+        Field(u"RootThread"_s, FieldType::Long),
+        Field(u"Mark"_s, FieldType::Long),
+    };
+    table.Indexes = {
+        PrimaryIndex({u"ID"_s, u"BBS_ID"_s}),
+        {u"IDX1"_s, {u"RootThread"_s}, false, false, false},
+        HiddenIndex(u"BoardMessage"_s, {u"BBS_ID"_s, u"ID"_s}),
+        HiddenIndex(u"BoardRead"_s, {u"BBS_ID"_s, u"Read"_s}),
+    };
+    return table;
+}
+
+dao::TableDef MarkTable()
+{
+    dao::TableDef table;
+    table.Name = u"Mark"_s;
+    table.Fields = {
+        Field(u"ID"_s, FieldType::Long),
+        TextField(u"Name"_s, ZeroLength::Allowed),
+        Field(u"ForeColor"_s, FieldType::Long),
+        Field(u"BackColor"_s, FieldType::Long),
+    };
+    table.Indexes = {PrimaryIndex({u"ID"_s})};
+    return table;
+}
+
+dao::TableDef VersionTable()
+{
+    dao::TableDef table;
+    table.Name = u"Version"_s;
+    table.Fields = {
+        TextField(u"Table"_s, ZeroLength::Allowed),
+        TextField(u"Version"_s, ZeroLength::Allowed, VersionSize),
+    };
+    return table;
+}
+
+bool CreateTable(dao::Database& Db, const dao::TableDef& Table, const QStringList& SeedStatements)
+{
+    try {
+        Db.AppendTable(Table);
+        for (const QString& statement : SeedStatements)
+            Db.Execute(statement);
+        return true;
+    } catch (const dao::Error&) {
+        return false;
+    }
+}
+
+void DropVersionTable(dao::Database& Db)
+{
+    constexpr int NoSuchTable = 3265;
+    try {
+        Db.DeleteTable(u"Version"_s);
+    } catch (const dao::Error& error) {
+        if (error.Number != NoSuchTable)
+            throw;
+    }
+}
+
+void AddVersion(dao::Recordset& Versions, const QString& Table, const QString& Version)
+{
+    Versions.AddNew();
+    Versions.Set(u"Table", dao::Value::FromText(Table));
+    Versions.Set(u"Version", dao::Value::FromText(Version));
+    Versions.Update();
+}
+
+}
+
+QString BBSTableVersion()
+{
+    return u"Ver.0.42"_s;
+}
+
+QString MessageTableVersion()
+{
+    return u"Ver.0.13"_s;
+}
+
+QString MarkTableVersion()
+{
+    return u"Ver.0.40"_s;
+}
+
+QString FileVersion()
+{
+    return BBSTableVersion();
+}
+
+bool CreateBBSTable(dao::Database& Db)
+{
+    return CreateTable(Db, BBSTable(), mdlSeedRows::BBSStatements());
+}
+
+bool CreateMessageTable(dao::Database& Db)
+{
+    return CreateTable(Db, MessageTable(), {});
+}
+
+bool CreateMarkTable(dao::Database& Db)
+{
+    return CreateTable(Db, MarkTable(), mdlSeedRows::MarkStatements());
+}
+
+bool WriteVersionTable(dao::Database& Db, const QString& Version)
+{
+    const auto versionOr = [&Version](const QString& Current) { return Version.isEmpty() ? Current : Version; };
+    try {
+        DropVersionTable(Db);
+        Db.AppendTable(VersionTable());
+        const auto versions = Db.OpenRecordset(u"Version"_s, dao::RecordsetType::Table);
+        AddVersion(*versions, u"BBS"_s, versionOr(BBSTableVersion()));
+        AddVersion(*versions, u"Message"_s, versionOr(MessageTableVersion()));
+        AddVersion(*versions, u"Mark"_s, versionOr(MarkTableVersion()));
+        versions->Close();
+        return true;
+    } catch (const dao::Error&) {
+        return false;
+    }
+}
+
+}
