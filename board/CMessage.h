@@ -12,13 +12,13 @@ struct CMessage
 {
     qint32 BBS_ID = 0;
     qint32 ID = 0;         ///< number within the board, from 1
-    QString Subject;
-    QString HomePage;
-    QString Mail;
-    QString PostName;
+    QString Subject = {};
+    QString HomePage = {};
+    QString Mail = {};
+    QString PostName = {};
     double PostDate = 0;   ///< days since 1899-12-30, local time of the board; stored to the minute
     qint32 InReplyTo = 0;  ///< number of the message answered; 0 answers none
-    QString Body;          ///< lines end in CR LF
+    QString Body = {};          ///< lines end in CR LF
     qint32 RootThread = 0; ///< number of the thread's first message; 0 until the threads have been linked
     qint32 Mark = 0;       ///< number of a mark; 0 is none
     bool Read = false;

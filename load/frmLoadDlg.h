@@ -37,7 +37,7 @@ public:
     void ShowDialog(const QString& HeadCaption, QWidget* Owner);
 
     /// Sets information line Line (from 1; 0: the last one there is); missing lines before it become empty ones. A Message
-    /// that is not empty also goes to the log when AddLog is set. Does nothing while the dialog is not open.
+    /// that is not empty also goes to the log when AddLog is set.
     void UpdateInfo(const QString& Message, qint16 Line, bool AddLog);
 
     /// Prepares for the next board: its tab with its page, fresh information lines. IsMore tells whether another follows.
@@ -66,14 +66,22 @@ protected:
     void closeEvent(QCloseEvent* Event) override;
 
 private:
+    /// What a board's tab shows and where its page is kept.
+    struct BoardTab
+    {
+        CBoardPageView* View = nullptr; // owned by the tabs
+        QString Name;
+        QString URL;
+        QString CacheFile;
+    };
+
     void BuildControls();
     void RemoveBoardTabs();
-    void PlaceWindow(QWidget* Owner);
+    void PlaceWindow(const QWidget* Owner);
     void SavePlace();
-    CBoardPageView& PageOf(const CBBSProperty& Property);
-    void ShowPage(CBoardPageView& View, const CBBSProperty& Property);
+    CBoardPageView* AddBoardTab(const CBBSProperty& Property);
     void OnPageCompleted(qint32 BBS_ID);
-    bool AskToContinue();
+    bool MayClose();
     void AppendLog(const QString& Text);
 
     Application& m_app;
@@ -82,7 +90,7 @@ private:
     QTabWidget* m_tabStrip = nullptr;
     QPlainTextEdit* m_txtLog = nullptr;
     QPushButton* m_cmdOK = nullptr;
-    std::map<qint32, CBoardPageView*> m_pages; // by board; owned by the tabs
+    std::map<qint32, BoardTab> m_tabs; // by board
     QString m_infomation;
     bool m_isNextBBS = false;
     bool m_isLoad = false;

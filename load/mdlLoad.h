@@ -10,7 +10,6 @@
 
 class Application;
 class CBBS;
-class CBBSProperty;
 class ReceiveHost;
 class frmLoadDlg;
 
@@ -43,13 +42,12 @@ public:
 
 private:
     void Execute(LoadCommand Command);
-    void NotImplemented();
     void VisitReceive(const QString& Condition);
     std::vector<qint32> BoardsWhere(const QString& Condition) const;
-    bool ReceiveBoard(qint32 BBS_ID, bool NoReadLoad, bool IsMore);
-    void ShowSummary(const CBBSProperty& Property, bool IsDone, bool IsErrorLogged);
+    void ReceiveInTurn(const std::vector<qint32>& Boards, bool NoReadLoad);
+    void ReceiveBoard(qint32 BBS_ID, bool NoReadLoad, bool IsMore);
+    void ShowSummary(const QString& BoardName, bool IsDone, bool IsErrorLogged);
     void FinishDialog();
-    void Post(bool Reply);
 
     Application& m_app;
     CBBS& m_board;

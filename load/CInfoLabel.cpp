@@ -1,0 +1,43 @@
+// load/CInfoLabel.cpp
+// The information lines of the receive dialog.
+
+#include "load/CInfoLabel.h"
+
+#include <QPainter>
+
+namespace
+{
+/// Width asked for, in characters; the dialog may make it less.
+constexpr int HintColumns = 60;
+constexpr int MinColumns = 20;
+} // namespace
+
+CInfoLabel::CInfoLabel(QWidget* Parent)
+    : QLabel(Parent)
+{
+    setTextFormat(Qt::PlainText); // server texts are shown here
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+QString CInfoLabel::ShownLine(int Line) const
+{
+    return fontMetrics().elidedText(text().section(QLatin1Char('\n'), Line - 1, Line - 1), Qt::ElideRight, width());
+}
+
+QSize CInfoLabel::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * HintColumns, fontMetrics().lineSpacing() * LineCount};
+}
+
+QSize CInfoLabel::minimumSizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * MinColumns, fontMetrics().lineSpacing() * LineCount};
+}
+
+void CInfoLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    for (int line = 1; line <= LineCount; ++line)
+        painter.drawText(0, (line - 1) * fontMetrics().lineSpacing() + fontMetrics().ascent(), ShownLine(line));
+}

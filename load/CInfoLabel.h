@@ -1,0 +1,30 @@
+// load/CInfoLabel.h
+// The information lines of the receive dialog.
+
+#ifndef LOAD_CINFOLABEL_H
+#define LOAD_CINFOLABEL_H
+
+#include <QLabel>
+
+/// Plain lines of text; one that is wider than the label ends in "…", so that a long address never widens the dialog.
+class CInfoLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    /// Room is kept for this many lines.
+    static constexpr int LineCount = 4;
+
+    explicit CInfoLabel(QWidget* Parent = nullptr);
+
+    /// Line, counted from 1, as it is written at this width.
+    QString ShownLine(int Line) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* Event) override;
+};
+
+#endif // LOAD_CINFOLABEL_H
