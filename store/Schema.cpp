@@ -38,7 +38,7 @@ dao::IndexDef PrimaryIndex(const QStringList& Fields)
     return {u"PK"_s, Fields, true, true, false};
 }
 
-/// Serves counting and paging by board; nobody sees it.
+/// Serves counting, paging and linking by board; nobody sees it.
 dao::IndexDef HiddenIndex(const QString& Name, const QStringList& Fields)
 {
     return {Name, Fields, false, false, true};
@@ -88,6 +88,9 @@ dao::TableDef MessageTable()
         {u"IDX1"_s, {u"RootThread"_s}, false, false, false},
         HiddenIndex(u"BoardMessage"_s, {u"BBS_ID"_s, u"ID"_s}),
         HiddenIndex(u"BoardRead"_s, {u"BBS_ID"_s, u"Read"_s}),
+        // Linking the threads of a page takes time for the page, not for the board.
+        HiddenIndex(u"BoardThread"_s, {u"BBS_ID"_s, u"RootThread"_s, u"ID"_s}),
+        HiddenIndex(u"BoardReply"_s, {u"BBS_ID"_s, u"InReplyTo"_s}),
     };
     return table;
 }
