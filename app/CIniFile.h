@@ -11,7 +11,7 @@
 
 #include <vector>
 
-/// An INI file in code page 932 (UTF-16 with a byte order mark is read and kept, a UTF-8 mark too).
+/// An INI file in code page 932; one that begins with a byte order mark is read and kept in UTF-16 or UTF-8.
 ///
 /// One section is the current one; Data, Keys, DeleteData, Clear, InitData and IsExist act on it. Names of sections and
 /// keys are told apart without case. Everything happens in memory until Save.
@@ -21,17 +21,17 @@ public:
     /// How InitData reads a value; any other number gives the text as it stands.
     enum DataType : qint16 { String = 0, Long = 1, Single = 2, Boolean = 3 };
 
-    /// A settings file is a few kilobytes; what is larger is none and is cut here.
+    /// Bytes. A settings file has a few thousand; a larger file is none, it is neither read nor written to.
     static constexpr qint64 MaxFileSize = 4 * 1024 * 1024;
 
-    /// Replaces everything by the sections of FileName, also remembering the name for Save. A missing, empty or
-    /// unreadable file gives an empty store. Always true.
+    /// Replaces everything by the sections of FileName and remembers the name for Save. A missing, empty or unreadable
+    /// file gives an empty store. Where a key stands twice the later one counts, of sections the first. Always true.
     bool Load(const QString& FileName);
 
-    /// Writes Section (made current, and made if there was none) over its lines in the file; other sections, comments
-    /// and their order stay as they are on disk. An empty Section writes every section in order.
-    /// False when the file could not be written or there was nothing to write; the file on disk is then untouched and
-    /// the content in memory stays.
+    /// Writes Section (made current, and made if there was none) over all its lines in the file; the other sections stay
+    /// on disk byte for byte. An empty Section writes every section.
+    /// False when the file could not be written or there is no section; the file is then as it was before, and so is
+    /// the content in memory.
     bool Save(const QString& Section);
 
     const QString& FileName() const { return m_fileName; }
@@ -46,12 +46,12 @@ public:
     /// Names of the sections in the order of the file, those made later behind.
     QStringList Sections() const;
     /// Keys of the current section in the order in which they were last set.
-    const QStringList& Keys() const { return m_keys; }
+    QStringList Keys() const;
 
     /// Value of Key; empty when it is missing. A line without "=" is found by its whole text and is its own value.
     QString Data(const QString& Key) const;
-    /// Sets Key, which moves to the end of the section. Line breaks and NUL become blanks, in the file they would tear
-    /// the line apart.
+    /// Sets Key, which moves to the end of the section. What would tear the line apart in the file is replaced: line
+    /// breaks and NUL by blanks, in a key also "=" and a "[" or ";" at its front by their full-width forms.
     void SetData(const QString& Key, const QString& Value);
     void DeleteData(const QString& Key);
     /// Removes every key of the current section.
@@ -76,26 +76,31 @@ private:
         QString Key;
         QString Value;
         bool HasKey = true; // false: a line without "=", Key and Value are both the line
+        bool IsGone = false;
     };
 
-    struct SectionData
+    /// Entries are only marked as gone, so that an INI file of junk is not gone through again for each of its lines.
+    struct Section
     {
         QString Name;
         std::vector<Entry> Entries;
+        QHash<QString, std::size_t> Places; // case-folded key → index in Entries
+
+        const Entry* Find(const QString& Key) const;
+        void Set(Entry New);
+        void Remove(const QString& Key);
     };
 
-    SectionData* Find(const QString& Section);
-    SectionData* Current() { return Find(m_nowSection); }
-    const Entry* FindEntry(const QString& Key) const;
-    bool SaveSection(const QString& Section);
-    QStringList Lines(const SectionData& Section) const;
+    const Section* Current() const;
+    Section* Current();
+    Section& Add(const QString& Name);
+    bool Write(const QStringList& Names);
 
     QString m_fileName;
     QString m_nowSection;
     bool m_isExist = false;
-    std::vector<SectionData> m_sections;
-    QHash<QString, std::size_t> m_places; // folded name → index in m_sections
-    QStringList m_keys;
+    std::vector<Section> m_sections;
+    QHash<QString, std::size_t> m_places; // case-folded name → index in m_sections
 };
 
 #endif // APP_CINIFILE_H
