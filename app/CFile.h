@@ -43,7 +43,8 @@ public:
 
     /// Bytes; 0 when there is no such file.
     qint64 Size() const;
-    /// Local time as days since 1899-12-30; 0 when the file cannot be read or the time is not known.
+    /// Local time as days since 1899-12-30; 0 when there is no such file. Where the file system keeps no creation time
+    /// it is that of the last change.
     double DateCreated() const;
     double DateLastAccessed() const;
     double DateLastModified() const;
