@@ -96,5 +96,5 @@ BENCHMARK(BM_ShellSelect)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetit
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    return RunWithRatios(argc, argv, {{"BM_ShowAll", {"BM_ShellSelect"}, 2.0}});
+    return RunWithRatios(argc, argv, {{"BM_ShowAll", {{"BM_ShellSelect"}}, 2.0}});
 }

@@ -24,8 +24,8 @@ bool CRatioReporter::PrintRatios(const std::vector<Promise>& Promises) const
     bool kept = true;
     for (const Promise& promise : Promises) {
         double reference = 0;
-        for (const std::string& name : promise.Reference)
-            reference += m_bestSeconds.contains(name) ? m_bestSeconds.at(name) : 0;
+        for (const Share& share : promise.Reference)
+            reference += m_bestSeconds.contains(share.Name) ? share.Times * m_bestSeconds.at(share.Name) : 0;
         if (!m_bestSeconds.contains(promise.Ours) || reference <= 0)
             continue;
         const double ratio = m_bestSeconds.at(promise.Ours) / reference;

@@ -14,11 +14,17 @@
 class CRatioReporter : public benchmark::ConsoleReporter
 {
 public:
-    /// Ours is to cost at most Aim times Reference (the sum of several benchmarks).
+    /// A benchmark that is part of a reference, so many times.
+    struct Share
+    {
+        std::string Name;
+        double Times = 1;
+    };
+    /// Ours is to cost at most Aim times Reference (the sum of its shares).
     struct Promise
     {
         std::string Ours;
-        std::vector<std::string> Reference;
+        std::vector<Share> Reference;
         double Aim;
     };
 
