@@ -67,6 +67,7 @@ private:
     void AppendIndex(const QString& Table, const IndexDef& Index);
     void WriteExtras(const TableDef& Table);
     void RequireOwnTables();
+    void RenameInFile(const QString& OldName, const QString& NewName);
     const TableDef& RequireTable(const QString& Name) const;
 
     CConnection& m_connection;

@@ -125,13 +125,23 @@ void CSchema::DeleteTable(const QString& Name)
     Load();
 }
 
+void CSchema::RenameInFile(const QString& OldName, const QString& NewName)
+{
+    m_connection.Run("ALTER TABLE " + mdlSchemaText::Quoted(OldName) + " RENAME TO " + mdlSchemaText::Quoted(NewName));
+}
+
 void CSchema::RenameTable(const QString& OldName, const QString& NewName)
 {
     const QString table = RequireTable(OldName).Name;
-    if (!text::EqualText(table, NewName))
+    const bool isSameName = text::EqualText(table, NewName);
+    if (!isSameName)
         RequireFreeName(NewName);
     m_connection.Atomically([&] {
-        m_connection.Run("ALTER TABLE " + mdlSchemaText::Quoted(table) + " RENAME TO " + mdlSchemaText::Quoted(NewName));
+        // SQLite takes a name in other letter case for one that is in use.
+        const QString passingName = isSameName ? u"~Renamed"_s : table;
+        if (isSameName)
+            RenameInFile(table, passingName);
+        RenameInFile(passingName, NewName);
         for (const char* own : TablesWithNames) {
             if (m_hasExtras)
                 Run(m_connection, "UPDATE " + mdlSchemaText::Quoted(QString::fromLatin1(own)) + " SET TableName = ?2 WHERE TableName = ?1",

@@ -52,6 +52,18 @@ CSchema& CSession::SchemaToChange()
     return schema;
 }
 
+CSchema& CSession::QueriesToChange()
+{
+    CSchema& schema = Schema();
+    const QList<QString> keys = m_compiled.keys();
+    for (const QString& key : keys) {
+        if ((*m_compiled.object(key))->UsesQueries)
+            m_compiled.remove(key);
+    }
+    m_hasChangedStructure = m_hasChangedStructure || m_connection->Depth() > 0;
+    return schema;
+}
+
 std::shared_ptr<const jetsql::Statement> CSession::Compile(const jetsql::Shape& Shape)
 {
     CSchema& schema = Schema();

@@ -29,6 +29,8 @@ public:
     CSchema& Schema();
     /// For a change of the structure; everything compiled is forgotten, as it may name what is gone.
     CSchema& SchemaToChange();
+    /// For a change of saved queries; what was compiled from their text is forgotten.
+    CSchema& QueriesToChange();
 
     std::shared_ptr<const jetsql::Statement> Compile(const jetsql::Shape& Shape);
 

@@ -154,7 +154,7 @@ std::unique_ptr<QueryDef> Database::CreateQueryDef(const QString& QueryName, con
         Session().Schema().RequireFreeName(QueryName);
     Session().Compile(jetsql::TakeShape(Sql));
     if (!QueryName.isEmpty())
-        Session().SchemaToChange().SaveQuery(QueryName, Sql);
+        Session().QueriesToChange().SaveQuery(QueryName, Sql);
     return std::make_unique<QueryDef>(*this, QueryName, Sql);
 }
 
@@ -171,7 +171,7 @@ std::unique_ptr<QueryDef> Database::FindQueryDef(const QString& QueryName)
 
 void Database::DeleteQueryDef(const QString& QueryName)
 {
-    Session().SchemaToChange().DeleteQuery(QueryName);
+    Session().QueriesToChange().DeleteQuery(QueryName);
 }
 
 void Database::SetBusyTimeout(int Milliseconds)

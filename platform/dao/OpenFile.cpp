@@ -114,6 +114,14 @@ bool IsRefusedAccess(int Code)
     return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_PERM;
 }
 
+Error FailedOpen(int Code, const QString& FileName)
+{
+    if (IsRefusedAccess(Code))
+        return jetsql::MakeError(3051, {FileName});
+    // It does begin like a database, so what makes no sense after that is damage.
+    return mdlSqliteErrors::FromCode((Code & 0xff) == SQLITE_NOTADB ? SQLITE_CORRUPT : Code, FileName);
+}
+
 /// Pages are written at commit; 32 MiB of them spare the re-reading of index pages in a long receive.
 constexpr const char* Settings = "PRAGMA synchronous=FULL;"
                                  "PRAGMA foreign_keys=OFF;"
@@ -140,7 +148,7 @@ std::unique_ptr<CConnection> Open(const QString& FileName)
     if (!handle && IsRefusedAccess(code) && !HasLog(FileName))
         handle = TryOpen(FileName, Access::Immutable, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, code);
     if (!handle)
-        throw IsRefusedAccess(code) ? jetsql::MakeError(3051, {FileName}) : mdlSqliteErrors::FromCode(code, FileName);
+        throw FailedOpen(code, FileName);
     return Finish(std::move(handle), FileName);
 }
 

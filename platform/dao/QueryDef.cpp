@@ -19,7 +19,7 @@ void QueryDef::SetSql(const QString& Sql)
     jetsql::Shape shape = jetsql::TakeShape(Sql);
     m_owner.Session().Compile(shape);
     if (!m_name.isEmpty())
-        m_owner.Session().SchemaToChange().SaveQuery(m_name, Sql);
+        m_owner.Session().QueriesToChange().SaveQuery(m_name, Sql);
     m_sql = Sql;
     m_shape = std::move(shape);
     m_values.clear();
