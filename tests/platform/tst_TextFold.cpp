@@ -1,0 +1,166 @@
+// tests/platform/tst_TextFold.cpp
+// What counts as the same text, in which order texts come, and the way back from a fold to its source.
+
+#include "platform/text/Fold.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_TextFold : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void Fold_data();
+    void Fold();
+    void Different_data();
+    void Different();
+    void EveryUnitIsFoldedOnce();
+    void SharesWhatIsFolded();
+    void Offsets();
+    void Order();
+    void OrderAgreesWithEquality();
+    void ControlCharactersCount();
+    void LongTexts();
+};
+
+void tst_TextFold::Fold_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("folded");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("case") << u"AbC"_s << u"abc"_s;
+    QTest::newRow("wide Latin") << u"ＡＢＣａｂｃ１２３！"_s << u"abcabc123!"_s;
+    QTest::newRow("wide blank") << u"a\u3000b"_s << u"a b"_s;
+    QTest::newRow("hiragana") << u"あいがぱゔゝゞ"_s << u"アイガパヴヽヾ"_s;
+    QTest::newRow("half-width kana") << u"ｱｲｳｰｯ｡｢｣､･"_s << u"アイウーッ。「」、・"_s;
+    QTest::newRow("voiced pairs") << u"ｶﾞｷﾞﾄﾞﾊﾞﾎﾟｳﾞ"_s << u"ガギドバポヴ"_s;
+    QTest::newRow("marks that do not go with the letter") << u"ｱﾞｶﾟﾅﾞ"_s << u"ア゛カ゜ナ゛"_s;
+    QTest::newRow("mark behind a wide letter") << u"カﾞ"_s << u"カ゛"_s;
+    QTest::newRow("mark alone and at the end") << u"ﾞ ｶ"_s << u"゛ カ"_s;
+    QTest::newRow("Greek and Cyrillic capitals") << u"ΑЖ"_s << u"αж"_s;
+    QTest::newRow("accents stay") << u"Éé"_s << u"éé"_s;
+    QTest::newRow("compatibility signs stay") << u"①㈱㍻Ⅰ"_s << u"①㈱㍻ⅰ"_s;
+    QTest::newRow("wave dash and minus of other tables") << u"\u301C\uFF5E~\u2212\uFF0D-"_s << u"~~~---"_s;
+    QTest::newRow("kanji and an emoji") << u"表ソ\U0001F600"_s << u"表ソ\U0001F600"_s;
+}
+
+void tst_TextFold::Fold()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, folded);
+    QCOMPARE(text::Fold(source), folded);
+    QCOMPARE(text::Fold(QStringView(source)), folded);
+    QCOMPARE(text::IsFolded(source), source == folded);
+    QVERIFY(text::EqualText(source, folded));
+    QCOMPARE(text::CompareText(source, folded), 0);
+    QCOMPARE(text::SortKey(source), text::SortKey(folded));
+}
+
+void tst_TextFold::Different_data()
+{
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("right");
+    QTest::newRow("voiced") << u"か"_s << u"が"_s;
+    QTest::newRow("half-voiced") << u"ハ"_s << u"パ"_s;
+    QTest::newRow("small tsu") << u"つ"_s << u"っ"_s;
+    QTest::newRow("small and big ya") << u"ｬ"_s << u"ﾔ"_s;
+    QTest::newRow("long mark and vowel") << u"カー"_s << u"カア"_s;
+    QTest::newRow("long mark and hyphen") << u"ー"_s << u"-"_s;
+    QTest::newRow("circled one") << u"①"_s << u"1"_s;
+    QTest::newRow("accent") << u"a"_s << u"á"_s;
+    QTest::newRow("trailing blank") << u"a"_s << u"a "_s;
+    QTest::newRow("kanji variants") << u"高"_s << u"髙"_s;
+    QTest::newRow("prefix") << u"あい"_s << u"あ"_s;
+    QTest::newRow("against nothing") << QString() << u"あ"_s;
+}
+
+void tst_TextFold::Different()
+{
+    QFETCH(QString, left);
+    QFETCH(QString, right);
+    QVERIFY(!text::EqualText(left, right));
+    const int order = text::CompareText(left, right);
+    QVERIFY(order == 1 || order == -1);
+    QCOMPARE(text::CompareText(right, left), -order);
+    QVERIFY(text::SortKey(left) != text::SortKey(right));
+}
+
+void tst_TextFold::EveryUnitIsFoldedOnce()
+{
+    for (int unit = 0; unit <= 0xFFFF; ++unit) {
+        const QString folded = text::Fold(QString(QChar(unit)));
+        QCOMPARE(folded.size(), 1);
+        QVERIFY2(text::IsFolded(folded), qPrintable(QString::number(unit, 16)));
+    }
+}
+
+void tst_TextFold::SharesWhatIsFolded()
+{
+    const QString text = u"already folded カナ"_s + QString::number(1);
+    QCOMPARE(text::Fold(text).constData(), text.constData());
+}
+
+void tst_TextFold::Offsets()
+{
+    const text::CFoldedText folded = text::FoldWithOffsets(u"Aｶﾞ表ﾊﾟﾊ"_s);
+    QCOMPARE(folded.Text, u"aガ表パハ"_s);
+    QCOMPARE(folded.Offsets, (std::vector<qsizetype>{0, 1, 3, 4, 6, 7}));
+
+    const text::CFoldedText empty = text::FoldWithOffsets(QString());
+    QVERIFY(empty.Text.isEmpty());
+    QCOMPARE(empty.Offsets, std::vector<qsizetype>{0});
+}
+
+void tst_TextFold::Order()
+{
+    const QStringList sorted = {u""_s,   u"!"_s,    u"1"_s,  u"２"_s, u"a"_s,  u"Ｂ"_s, u"c"_s, u"あ"_s,
+                                u"ｲ"_s, u"か"_s,   u"が"_s, u"ｷ"_s, u"ん"_s, u"亜"_s, u"表"_s};
+    for (qsizetype i = 0; i + 1 < sorted.size(); ++i) {
+        QVERIFY2(text::CompareText(sorted[i], sorted[i + 1]) == -1, qPrintable(sorted[i]));
+        QVERIFY2(text::SortKey(sorted[i]) < text::SortKey(sorted[i + 1]), qPrintable(sorted[i]));
+    }
+}
+
+void tst_TextFold::OrderAgreesWithEquality()
+{
+    const QString units = u"aＡあアｱｶﾞカガーｰ-－1①１ \u3000\u0001漢表っツ"_s;
+    QRandomGenerator random(41);
+    const auto word = [&] {
+        QString text;
+        for (int i = random.bounded(6); i > 0; --i)
+            text += units[random.bounded(static_cast<int>(units.size()))];
+        return text;
+    };
+    for (int round = 0; round < 5000; ++round) {
+        const QString left = word();
+        const QString right = word();
+        const int order = text::CompareText(left, right);
+        QCOMPARE(order == 0, text::Fold(left) == text::Fold(right));
+        QCOMPARE(order == 0, text::EqualText(left, right));
+        const QByteArray leftKey = text::SortKey(left);
+        const QByteArray rightKey = text::SortKey(right);
+        QCOMPARE((rightKey < leftKey) - (leftKey < rightKey), order);
+    }
+}
+
+void tst_TextFold::ControlCharactersCount()
+{
+    QVERIFY(!text::EqualText(u"a\u0001"_s, u"a"_s));
+    QCOMPARE(text::CompareText(u"a\u0001"_s, u"a"_s), 1);
+    QVERIFY(text::CompareText(u"a\u0001"_s, u"a\u0002"_s) == -1);
+}
+
+void tst_TextFold::LongTexts()
+{
+    const QString wide = QString(100'000, u'Ａ');
+    const QString narrow = QString(100'000, u'a');
+    QVERIFY(text::EqualText(wide, narrow));
+    QCOMPARE(text::CompareText(wide, narrow), 0);
+    QCOMPARE(text::CompareText(wide + u'b', narrow + u'Ａ'), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_TextFold)
+#include "tst_TextFold.moc"
