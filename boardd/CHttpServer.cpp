@@ -217,10 +217,14 @@ void CHttpServer::Serve(CConnection& Connection)
             return;
         Connection.BeginRequest();
         bool closed = false;
-        const bool answered =
-            process_request(Connection, served == Limits::RequestsPerConnection, closed,
-                            [&](httplib::Request& request) { Prepare(Connection, request); });
-        if (!answered || closed || Connection.IsSpent())
+        bool understood = false;
+        const bool answered = process_request(Connection, served == Limits::RequestsPerConnection, closed,
+                                              [&](httplib::Request& request) {
+                                                  understood = true;
+                                                  Prepare(Connection, request);
+                                              });
+        // After a request that made no sense nobody knows where the next one begins.
+        if (!answered || !understood || closed || Connection.IsSpent())
             return;
     }
 }
