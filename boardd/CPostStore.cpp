@@ -111,6 +111,11 @@ bool CPostStore::OpenFile(const QString& FileName)
         Close();
         return false;
     }
+    // A file that was just made must not vanish with the folder's old listing.
+    if (const int folder = ::open(QFile::encodeName(m_folder).constData(), O_RDONLY | O_CLOEXEC); folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
     return true;
 }
 
