@@ -57,7 +57,6 @@ private:
     qint16 m_max = 10;
     QString m_lastSeen;
     int m_caretBefore = 0;
-    bool m_rewriting = false;
 };
 
 #endif

@@ -25,7 +25,7 @@ public:
     /// The inner label: font, tool tip, alignment. It belongs to this control.
     QLabel* Label() const;
     QString Caption() const;
-    /// An empty caption cannot be reached by Tab.
+    /// An empty caption can be neither clicked nor reached by Tab.
     void SetCaption(const QString& NewCaption);
 
     /// 0: only tells of clicks and of the pointer; 1 (at the start): a web address; 2: a mail address.
@@ -35,7 +35,7 @@ public:
     /// Does what a click does.
     void Activate();
 
-    /// Blue (0,0,255) where its contrast on Background is at least 4.5, else the same hue made lighter until it is.
+    /// Blue (0,0,255) where it can be read on Background, else the same hue made lighter until it can.
     static QColor HoverColor(const QColor& Background);
 
     QSize sizeHint() const override;
@@ -60,11 +60,12 @@ protected:
     void focusInEvent(QFocusEvent* Event) override;
     void focusOutEvent(QFocusEvent* Event) override;
     void paintEvent(QPaintEvent* Event) override;
-    void resizeEvent(QResizeEvent* Event) override;
 
 private:
     bool IsLink() const { return m_mode != Plain; }
     void SetHovered(bool Hovered, const QPointF& Position);
+    QPointF Pointer() const;
+    void UpdateReach();
     void ShowState();
 
     Desktop& m_shell;
@@ -72,7 +73,6 @@ private:
     int m_mode = WebAddress;
     bool m_hovered = false;
     bool m_pressed = false;
-    bool m_keyboardFocus = false;
 };
 
 #endif

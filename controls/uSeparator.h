@@ -32,30 +32,33 @@ public:
     ~uSeparator() override;
 
     /// Takes the two panes (above and below, or left and right) and arranges them. Panes of an earlier call are no
-    /// longer moved. The panes are borrowed, and should have the same parent as this control.
+    /// longer moved. The panes are borrowed, and must have the same parent as this control.
     void Initialize(QWidget* Panel1, QWidget* Panel2);
 
     /// 0: horizontal bar, panes above and below; 1 (at the start): vertical bar, panes left and right.
-    int Aspect() const;
+    int Aspect() const { return m_aspect; }
     void SetAspect(int NewAspect);
+    bool IsHorizontal() const { return m_aspect == Horizontal; }
 
     /// Smallest size in twips that dragging leaves to either pane; 100 at the start.
-    int SideMin() const;
+    int SideMin() const { return m_sideMin; }
     void SetSideMin(int NewSideMin);
 
+    /// The palette's button colour until it is set.
     QColor BackColor() const;
     void SetBackColor(const QColor& NewBackColor);
 
-    /// Twips from the top (left) edge to the bar. Half of the area until it is set.
+    /// Twips from the top (left) edge to the bar; the middle until it is set.
     ///
     /// What does not fit the present size is shown 60 twips inside the far edge, and takes its place again when the
-    /// control has grown: a window restored small must not forget where its bar was.
+    /// control has grown: a window that was small for a while must not forget where its bar was.
     int Offset() const;
     void SetOffset(int NewOffset);
 
-    /// The bar's place in per cent of the room it can move in; 50 when that makes no sense.
+    /// The bar's place in per cent of the room that it can move in; 50 when that makes no sense.
     double Parsent() const;
-    void SetParsent(double NewParsent);
+    void SetParsent(double NewParsent) { MoveBar(NewParsent); }
+    /// Before the control is shown its size is not final: the percentage is kept and taken of the size it then has.
     void MoveBar(double Percent);
 
 Q_SIGNALS:
@@ -66,29 +69,34 @@ protected:
     void resizeEvent(QResizeEvent* Event) override;
     void moveEvent(QMoveEvent* Event) override;
     void showEvent(QShowEvent* Event) override;
+    void paintEvent(QPaintEvent* Event) override;
 
 private:
     friend class uSeparatorBar;
 
-    bool IsHorizontal() const { return m_aspect == Horizontal; }
+    // What the bar asks for; lengths in pixels.
+    void DragTo(int Pixels);
+    void EndDrag();
+    void Step(int Pixels);
+    void ToggleCollapsed();
+
     int InnerLength() const;
+    int Room() const;
     int BarPixels() const;
     int ClampToSides(int Pixels) const;
     int BarPosition() const;
     void PlaceBar(int Pixels);
     void Arrange();
-    void SetPane(QWidget* Pane, const QRect& Area);
-    void DragTo(int Pixels);
-    void EndDrag(int Pixels);
-    void Step(int Pixels);
-    void ToggleCollapsed();
+    QRect Part(int From, int Length) const;
 
-    uSeparatorBar* m_bar;
+    uSeparatorBar* m_bar;   // a child
     QPointer<QWidget> m_panel1;
     QPointer<QWidget> m_panel2;
     int m_aspect = Vertical;
     int m_sideMin = 100;
-    std::optional<int> m_offset;       // twips as last set; none: the middle
+    QColor m_backColor;                // invalid: the palette's
+    std::optional<int> m_offset;       // twips as last set; none: the middle, or m_percent
+    std::optional<double> m_percent;   // set before the size was known
     std::optional<int> m_remembered;   // twips before the collapse
 };
 

@@ -18,32 +18,30 @@ class uSpinButton : public QSpinBox
 public:
     explicit uSpinButton(QWidget* Parent = nullptr);
 
-    qint32 Value() const;
+    qint32 Value() const { return value(); }
     /// A value outside Min..Max is ignored.
     void SetValue(qint32 NewValue);
     /// 50 at the start. A bound that passes the value takes the value along.
-    qint32 Max() const;
-    void SetMax(qint32 NewMax);
-    /// 0 at the start.
-    qint32 Min() const;
-    void SetMin(qint32 NewMin);
+    qint32 Max() const { return maximum(); }
+    void SetMax(qint32 NewMax) { setMaximum(NewMax); }
+    /// 0 at the start. Above 1 not every number could be typed: its first digit alone would be too small.
+    qint32 Min() const { return minimum(); }
+    void SetMin(qint32 NewMin) { setMinimum(NewMin); }
     /// The number can be read and copied, not changed.
-    bool Locked() const;
-    void SetLocked(bool NewLocked);
+    bool Locked() const { return isReadOnly(); }
+    void SetLocked(bool NewLocked) { setReadOnly(NewLocked); }
 
     QValidator::State validate(QString& Input, int& Position) const override;
-    int valueFromText(const QString& Text) const override;
 
 Q_SIGNALS:
-    /// The value is another one, by typing, arrows, wheel or SetValue.
+    /// The value is another one, by typing, arrows, wheel or program.
     void Change();
-    /// A key that makes a character was pressed, before it takes effect; Enter (13), Esc (27) and Backspace (8) too.
+    /// A key that makes a character was pressed, before it takes effect; Backspace (8), Enter (13) and Esc (27) too.
     void KeyPress(int Character);
 
 protected:
-    bool event(QEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
-    void keyReleaseEvent(QKeyEvent* Event) override;
+    void wheelEvent(QWheelEvent* Event) override;
 
 private:
     void OnTextEdited(const QString& Text);

@@ -1,0 +1,85 @@
+// controls/uSpinButton.cpp
+// Entry of a whole number between two bounds, with arrows.
+
+#include "controls/uSpinButton.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+namespace
+{
+/// The ASCII form of a full-width digit or minus sign; anything else as it is.
+QChar Narrow(QChar C)
+{
+    constexpr char16_t FullWidthZero = u'０';
+    if (C >= FullWidthZero && C <= u'９')
+        return QChar(static_cast<char16_t>(u'0' + (C.unicode() - FullWidthZero)));
+    return C == u'－' || C == u'−' ? QChar(u'-') : C;
+}
+
+bool IsModified(const QKeyEvent& Event)
+{
+    return Event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+}
+}
+
+uSpinButton::uSpinButton(QWidget* Parent) : QSpinBox(Parent)
+{
+    setRange(0, 50);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QSpinBox::valueChanged, this, &uSpinButton::Change);
+    connect(lineEdit(), &QLineEdit::textEdited, this, &uSpinButton::OnTextEdited);
+}
+
+void uSpinButton::SetValue(qint32 NewValue)
+{
+    if (NewValue >= minimum() && NewValue <= maximum())
+        setValue(NewValue);
+}
+
+QValidator::State uSpinButton::validate(QString& Input, [[maybe_unused]] int& Position) const
+{
+    if (Input.isEmpty())
+        return QValidator::Intermediate;   // OnTextEdited puts Min there
+    for (QChar& c : Input) {
+        c = Narrow(c);
+        if ((c < u'0' || c > u'9') && c != u'-')
+            return QValidator::Invalid;
+    }
+    bool isNumber = false;
+    const int number = Input.toInt(&isNumber);
+    return isNumber && number >= minimum() && number <= maximum() ? QValidator::Acceptable : QValidator::Invalid;
+}
+
+void uSpinButton::OnTextEdited(const QString& Text)
+{
+    if (Text.isEmpty()) {
+        setValue(minimum());
+        selectAll();
+    } else if (const QString plain = textFromValue(value()); plain != Text) {
+        // "05": the digit was typed behind the 0 that stood there.
+        const qsizetype fromEnd = Text.size() - lineEdit()->cursorPosition();
+        lineEdit()->setText(plain);
+        lineEdit()->setCursorPosition(static_cast<int>(qMax(qsizetype(0), plain.size() - fromEnd)));
+    }
+}
+
+void uSpinButton::keyPressEvent(QKeyEvent* Event)
+{
+    if (!Locked() && !Event->text().isEmpty())
+        Q_EMIT KeyPress(Event->text().front().unicode());
+    const bool steps = Event->key() == Qt::Key_Up || Event->key() == Qt::Key_Down;
+    if (steps && IsModified(*Event))
+        Event->ignore();
+    else
+        QSpinBox::keyPressEvent(Event);
+}
+
+void uSpinButton::wheelEvent(QWheelEvent* Event)
+{
+    if (hasFocus())
+        QSpinBox::wheelEvent(Event);
+    else
+        Event->ignore();   // scrolling past the box must not change it
+}

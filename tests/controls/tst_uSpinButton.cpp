@@ -1,0 +1,228 @@
+// tests/controls/tst_uSpinButton.cpp
+// Numbers typed, pasted and stepped, key by key.
+
+#include "controls/uSpinButton.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Lets a test reach the inner box.
+class CSpin : public uSpinButton
+{
+public:
+    QLineEdit& Edit() { return *lineEdit(); }
+    /// Text with "|" at the caret, the selected part in brackets.
+    QString State()
+    {
+        QString text = Edit().text();
+        if (Edit().hasSelectedText())
+            return text.insert(Edit().selectionEnd(), u']').insert(Edit().selectionStart(), u'[');
+        return text.insert(Edit().cursorPosition(), u'|');
+    }
+};
+}
+
+class tst_uSpinButton : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void Typing_data();
+    void Typing();
+    void Pasting_data();
+    void Pasting();
+    void InputMethod();
+    void Steps();
+    void StepKeysWithModifiersAreNotOurs();
+    void ValuesOutsideAreIgnored();
+    void Locked();
+    void KeyPressComesFirst();
+    void WheelNeedsTheFocus();
+};
+
+void tst_uSpinButton::Typing_data()
+{
+    QTest::addColumn<int>("min");
+    QTest::addColumn<int>("max");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("keys");   // "<" Backspace, "^" Home
+    QTest::addColumn<QString>("wanted");
+    QTest::addColumn<int>("wantedValue");
+
+    QTest::newRow("digit behind") << 0 << 50 << 4 << u"2"_s << u"42|"_s << 42;
+    QTest::newRow("above the bound") << 0 << 50 << 5 << u"1"_s << u"5|"_s << 5;
+    QTest::newRow("above the bound, in front") << 0 << 50 << 5 << u"^9"_s << u"|5"_s << 5;
+    QTest::newRow("far above any number") << 0 << 999999 << 999999 << u"9999999999"_s << u"999999|"_s << 999999;
+    QTest::newRow("behind a zero") << 0 << 50 << 0 << u"7"_s << u"7|"_s << 7;
+    QTest::newRow("in front of a zero") << 0 << 50 << 0 << u"^3"_s << u"3|0"_s << 30;
+    QTest::newRow("letter") << 0 << 50 << 4 << u"a"_s << u"4|"_s << 4;
+    QTest::newRow("blank and signs") << 0 << 50 << 4 << u" +.,"_s << u"4|"_s << 4;
+    QTest::newRow("emptied") << 1 << 50 << 4 << u"<"_s << u"[1]"_s << 1;
+    QTest::newRow("emptied and typed again") << 1 << 50 << 4 << u"<30"_s << u"30|"_s << 30;
+    QTest::newRow("emptied at the least value") << 0 << 50 << 0 << u"<"_s << u"[0]"_s << 0;
+    QTest::newRow("one digit of two") << 0 << 50 << 42 << u"<"_s << u"4|"_s << 4;
+    QTest::newRow("minus behind") << -9 << 50 << 4 << u"-"_s << u"4|"_s << 4;
+    QTest::newRow("minus in front") << -9 << 50 << 4 << u"^-"_s << u"-|4"_s << -4;
+    QTest::newRow("minus below the bound") << -3 << 50 << 4 << u"^-"_s << u"|4"_s << 4;
+    QTest::newRow("minus in front, not allowed") << 0 << 50 << 4 << u"^-"_s << u"|4"_s << 4;
+    QTest::newRow("full width") << 0 << 999999 << 1 << u"２３"_s << u"123|"_s << 123;
+}
+
+void tst_uSpinButton::Typing()
+{
+    QFETCH(int, min);
+    QFETCH(int, max);
+    QFETCH(int, value);
+    QFETCH(QString, keys);
+    QFETCH(QString, wanted);
+    QFETCH(int, wantedValue);
+    CSpin spin;
+    spin.SetMin(min);
+    spin.SetMax(max);
+    spin.SetValue(value);
+    spin.Edit().end(false);
+    for (const QChar key : keys) {
+        if (key == u'<')
+            QTest::keyClick(&spin, Qt::Key_Backspace);
+        else if (key == u'^')
+            QTest::keyClick(&spin, Qt::Key_Home);
+        else
+            QTest::sendKeyEvent(QTest::Click, &spin, Qt::Key_unknown, QString(key), Qt::NoModifier);
+    }
+    QCOMPARE(spin.State(), wanted);
+    QCOMPARE(spin.Value(), wantedValue);
+}
+
+void tst_uSpinButton::Pasting_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("wanted");
+    QTest::newRow("number") << u"12"_s << 12;
+    QTest::newRow("negative") << u"-3"_s << -3;
+    QTest::newRow("negative, full width") << u"－３"_s << -3;
+    QTest::newRow("below") << u"-4"_s << 7;
+    QTest::newRow("above") << u"51"_s << 7;
+    QTest::newRow("lone minus") << u"-"_s << 7;
+    QTest::newRow("minus in the middle") << u"1-2"_s << 7;
+    QTest::newRow("text") << u"十二"_s << 7;
+    QTest::newRow("beyond 32 bits") << u"4294967297"_s << 7;
+}
+
+void tst_uSpinButton::Pasting()
+{
+    QFETCH(QString, text);
+    QFETCH(int, wanted);
+    CSpin spin;
+    spin.SetMin(-3);
+    spin.SetValue(7);
+    spin.selectAll();
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keyClick(&spin, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(spin.Value(), wanted);
+    QCOMPARE(spin.Edit().text(), QString::number(wanted));
+}
+
+void tst_uSpinButton::InputMethod()
+{
+    CSpin spin;
+    spin.SetMax(999999);
+    spin.selectAll();
+    QInputMethodEvent event;
+    event.setCommitString(u"２５０"_s);
+    QCoreApplication::sendEvent(&spin, &event);
+    QCOMPARE(spin.Value(), 250);
+    QCOMPARE(spin.Edit().text(), u"250"_s);
+}
+
+void tst_uSpinButton::Steps()
+{
+    CSpin spin;
+    spin.SetMax(2);
+    QSignalSpy changed(&spin, &uSpinButton::Change);
+    QTest::keyClick(&spin, Qt::Key_Up);
+    QCOMPARE(spin.State(), u"[1]"_s);
+    QTest::keyClick(&spin, Qt::Key_Up);
+    QTest::keyClick(&spin, Qt::Key_Up);   // stays at the bound
+    QCOMPARE(spin.State(), u"[2]"_s);
+    QTest::keyClick(&spin, Qt::Key_Down);
+    QCOMPARE(spin.State(), u"[1]"_s);
+    QCOMPARE(changed.size(), 3);
+}
+
+void tst_uSpinButton::StepKeysWithModifiersAreNotOurs()
+{
+    CSpin spin;
+    spin.SetValue(20);
+    for (const Qt::KeyboardModifier modifier : {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier}) {
+        QTest::keyClick(&spin, Qt::Key_Up, modifier);
+        QTest::keyClick(&spin, Qt::Key_Down, modifier);
+        QCOMPARE(spin.Value(), 20);
+    }
+}
+
+void tst_uSpinButton::ValuesOutsideAreIgnored()
+{
+    uSpinButton spin;
+    QCOMPARE(spin.Min(), 0);
+    QCOMPARE(spin.Max(), 50);
+    spin.SetValue(50);
+    spin.SetValue(51);
+    spin.SetValue(-1);
+    QCOMPARE(spin.Value(), 50);
+}
+
+void tst_uSpinButton::Locked()
+{
+    CSpin spin;
+    spin.SetValue(5);
+    spin.SetLocked(true);
+    QSignalSpy pressed(&spin, &uSpinButton::KeyPress);
+    QTest::keyClick(&spin, Qt::Key_Up);
+    QTest::keyClicks(&spin, u"1"_s);
+    QTest::keyClick(&spin, Qt::Key_Backspace);
+    QCOMPARE(spin.Value(), 5);
+    QCOMPARE(spin.Edit().text(), u"5"_s);
+    QCOMPARE(pressed.size(), 0);
+}
+
+void tst_uSpinButton::KeyPressComesFirst()
+{
+    CSpin spin;
+    QStringList log;
+    connect(&spin, &uSpinButton::KeyPress, &spin,
+            [&](int character) { log << u"%1 at %2"_s.arg(character).arg(spin.Edit().text()); });
+    spin.Edit().end(false);
+    QTest::keyClicks(&spin, u"7x"_s);
+    QTest::keyClick(&spin, Qt::Key_Return);
+    QTest::keyClick(&spin, Qt::Key_Escape);
+    QCOMPARE(log, QStringList({u"55 at 0"_s, u"120 at 7"_s, u"13 at 7"_s, u"27 at 7"_s}));
+}
+
+void tst_uSpinButton::WheelNeedsTheFocus()
+{
+    uSpinButton spin;
+    spin.SetValue(5);
+    const QPointF at(5, 5);
+    QWheelEvent wheel(at, spin.mapToGlobal(at), {}, QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(&spin, &wheel);
+    QCOMPARE(spin.Value(), 5);
+    spin.show();
+    spin.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&spin));
+    spin.setFocus();
+    QCoreApplication::sendEvent(&spin, &wheel);
+    QCOMPARE(spin.Value(), 6);
+}
+
+QTEST_MAIN(tst_uSpinButton)
+#include "tst_uSpinButton.moc"
