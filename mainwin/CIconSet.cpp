@@ -36,6 +36,15 @@ public:
         Painter->restore();
     }
 
+    QPixmap pixmap(const QSize& Size, QIcon::Mode Mode, QIcon::State State) override
+    {
+        QPixmap picture(Size);
+        picture.fill(Qt::transparent); // the base class paints onto whatever is in the memory
+        QPainter painter(&picture);
+        paint(&painter, picture.rect(), Mode, State);
+        return picture;
+    }
+
     QIconEngine* clone() const override { return new CPaintedIcon(m_source); }
 
 private:

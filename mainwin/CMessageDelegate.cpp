@@ -24,11 +24,8 @@ void CMessageDelegate::initStyleOption(QStyleOptionViewItem* Option, const QMode
     Option->textElideMode = Qt::ElideRight;
     Option->font.setBold(Index.data(CMessageModel::BoldRole).toBool());
     Option->fontMetrics = QFontMetrics(Option->font);
-    if (const QVariant color = Index.data(CMessageModel::ColorRole); color.isValid()) {
-        const QColor text = mdlColors::FromStored(color.toUInt(), Option->palette);
-        const QColor ground = Option->palette.color(QPalette::Base);
-        Option->palette.setColor(QPalette::Text, mdlColors::Readable(text, ground, mdlColors::MarkContrast));
-    }
+    if (const QVariant color = Index.data(CMessageModel::ColorRole); color.isValid())
+        Option->palette.setColor(QPalette::Text, mdlColors::MarkColor(color.toUInt(), Option->palette));
     if (const QVariant board = Index.data(CMessageModel::BoardRole); board.isValid()) {
         Option->icon = m_boardIcon(board.toInt());
         Option->decorationSize = {IconSide, IconSide};

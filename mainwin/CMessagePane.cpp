@@ -3,7 +3,7 @@
 
 #include "mainwin/CMessagePane.h"
 
-#include "mainwin/mdlColors.h"
+#include "platform/desktop/Contrast.h"
 
 #include <QContextMenuEvent>
 #include <QMimeData>
@@ -157,8 +157,8 @@ QColor CMessagePane::ColorOf(LineKind Kind) const
 {
     const QColor ground = palette().color(QPalette::Base);
     switch (Kind) {
-    case LineKind::Quote: return mdlColors::Readable(QColor(0, 0, 128), ground, mdlColors::TextContrast);
-    case LineKind::Comment: return mdlColors::Readable(QColor(0, 128, 0), ground, mdlColors::TextContrast);
+    case LineKind::Quote: return mdlContrast::Legible(QColor(0, 0, 128), ground);
+    case LineKind::Comment: return mdlContrast::Legible(QColor(0, 128, 0), ground);
     case LineKind::Plain: break;
     }
     return palette().color(QPalette::Text);

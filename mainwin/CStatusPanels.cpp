@@ -39,8 +39,9 @@ QSize CPanel::minimumSizeHint() const { return {m_columns > 0 ? sizeHint().width
 void CPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawLine(0, 3, 0, height() - 4); // a fine line parts the panels
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlphaF(0.25F);
+    painter.fillRect(0, 3, 1, height() - 6, line); // a fine line parts the panels
     const QRect place = rect().adjusted(Margin, 0, -Margin, 0);
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
@@ -78,7 +79,7 @@ uClickableLabel* CStatusPanels::MakeLink(Desktop& Shell, QStringView Key, const 
     auto* link = new uClickableLabel(Shell, this);
     link->setObjectName(Name);
     link->SetClickableMode(Mode);
-    link->setToolTip(Panel(Key)->toolTip());
+    link->Label()->setToolTip(Panel(Key)->toolTip());
     link->hide();
     return link;
 }

@@ -43,6 +43,9 @@ CToolbar::CToolbar(QWidget* Parent)
             AddButton(button);
     }
     AddBoardMenu();
+    // The style's own arrow is black on any palette.
+    if (auto* more = findChild<QToolButton*>(u"qt_toolbar_ext_button"_s))
+        more->setIcon(CIconSet::Picture(u"More"_s));
 }
 
 QAction* CToolbar::Button(QStringView Key) const { return m_buttons.value(Key); }

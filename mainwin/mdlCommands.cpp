@@ -187,7 +187,7 @@ constexpr std::array TextAndTrayPopups = {
     Bar(1, u"mnuTextBar3"),
     Inert(1, u"mnuTextMSDN", u"MSDNで検索(&M)..."),
     Bar(1, u"mnuTextBar4"),
-    Inert(1, u"mnuTextCopy", u"コピー(&C)"),
+    Item(1, u"mnuTextCopy", u"コピー(&C)", Command::CopyText),
     Inert(1, u"mnuTextCopyHeader", u"ヘッダ付コピー(&H)"),
     Top(u"mnuTray", u"タスクトレイ"),
     Item(1, u"mnuTrayShow", u"表示(&V)", Command::ShowWindow),
@@ -243,7 +243,7 @@ constexpr Panel PanelTable[] = {
     {u"Status", {}, 0},
     {u"NoReadPoint", u"クリックすると未読位置を変更できます。", 18},
     {u"Count", u"未読 / 表示数", 14},
-    {u"Timer", u"タイマーの残り時間", 8},
+    {u"Timer", u"タイマーの残り時間", 4},
 };
 
 constexpr Key KeyTable[] = {

@@ -35,6 +35,7 @@ enum class Command {
     MarkNoRead,
     SelectAll,
     ReverseSelection,
+    CopyText, ///< the selected text of the message pane
     Timer,
     Community,
     About,
@@ -52,7 +53,6 @@ enum class Rule {
     Never,
     Idle,           ///< while no run is under way
     ViewMode,       ///< idle, and the mode (Argument) has messages to bring
-    BoardList,      ///< idle, and the board list is in front
     Messages,       ///< the list in front holds messages
     Selection,      ///< ... and at least one is selected
     SomeUnread,     ///< ... of which one is unread, or several are selected

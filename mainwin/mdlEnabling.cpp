@@ -41,7 +41,6 @@ bool Holds(Rule When, const WindowFacts& Facts, int Argument)
     case Rule::Never: return false;
     case Rule::Idle: return idle;
     case Rule::ViewMode: return idle && ModeHolds(Facts, Argument);
-    case Rule::BoardList: return idle && Facts.List == 0;
     default: return !Facts.IsRaw && MessageRuleHolds(When, Facts);
     }
 }

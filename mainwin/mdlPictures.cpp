@@ -227,6 +227,14 @@ void Option(QPainter& Painter, const Colors& Use)
     }
 }
 
+// What the toolbar has no room for.
+void More(QPainter& Painter, const Colors& Use)
+{
+    Outline(Painter, Use.Line, 2.6);
+    Line(Painter, {{6, 5}, {12, 12}, {6, 19}});
+    Line(Painter, {{13, 5}, {19, 12}, {13, 19}});
+}
+
 // The program's sign: a board of messages on a blue tile. It carries its own ground and needs no palette.
 void Tile(QPainter& Painter)
 {
@@ -266,6 +274,7 @@ constexpr Picture Pictures[] = {
     {u"VisitLoad", VisitLoad}, {u"New", New},        {u"Reply", Reply},       {u"FindText", FindText},
     {u"FindNext", FindNext}, {u"FindPrev", FindPrev}, {u"Thread", Thread},    {u"SQL", Query},
     {u"Timer", Timer},      {u"Option", Option},     {u"Board", Board},       {u"Close", Close},
+    {u"More", More},
     {u"MAINICON", MainIcon}, {u"SMALLICON1", Frame1}, {u"SMALLICON2", Frame2}, {u"SMALLICON3", Frame3},
     {u"SMALLICON4", MainIcon},
 };

@@ -1,0 +1,54 @@
+// mainwin/CKeyFilter.cpp
+// Lets the window see its keys before its controls do.
+
+#include "mainwin/CKeyFilter.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenuBar>
+
+#include <algorithm>
+
+CKeyFilter::CKeyFilter(QWidget& Window, std::function<bool(const mdlCommands::Key&)> Act)
+    : QObject(&Window)
+    , m_window(Window)
+    , m_act(std::move(Act))
+{
+    qApp->installEventFilter(this);
+}
+
+bool CKeyFilter::eventFilter(QObject* Watched, QEvent* Event)
+{
+    switch (Event->type()) {
+    case QEvent::InputMethod:
+        m_composing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
+        return false;
+    case QEvent::FocusOut: m_composing = false; return false;
+    case QEvent::KeyPress: return IsForWindow(Watched) && OnKey(*static_cast<QKeyEvent*>(Event));
+    default: return false;
+    }
+}
+
+bool CKeyFilter::IsForWindow(const QObject* Watched) const
+{
+    const auto* widget = qobject_cast<const QWidget*>(Watched);
+    if (!widget || widget->window() != &m_window || qobject_cast<const QMenuBar*>(widget))
+        return false;
+    return !m_composing && !QApplication::activePopupWidget() && !QApplication::activeModalWidget();
+}
+
+bool CKeyFilter::IsInEntryField() const
+{
+    const QWidget* focus = QApplication::focusWidget();
+    return std::any_of(m_fields.cbegin(), m_fields.cend(), [focus](const QPointer<QWidget>& Field) {
+        return focus && Field && (Field == focus || Field->isAncestorOf(focus));
+    });
+}
+
+bool CKeyFilter::OnKey(const QKeyEvent& Event)
+{
+    const mdlCommands::Key* key = mdlCommands::FindKey(Event.key(), Event.modifiers());
+    if (!key || (!key->Everywhere && IsInEntryField()))
+        return false;
+    return m_act(*key);
+}

@@ -1,0 +1,231 @@
+// mainwin/frmView.h
+// The main window: lists, message text, menus, toolbar, status bar, and what binds them to viewer and drivers.
+
+#ifndef MAINWIN_FRMVIEW_H
+#define MAINWIN_FRMVIEW_H
+
+#include "load/receive_host.h"
+#include "mainwin/mdlEnabling.h"
+#include "mainwin/mdlPosition.h"
+#include "platform/dao/Error.h"
+#include "viewer/viewer_host.h"
+
+#include <QMainWindow>
+
+#include <array>
+#include <memory>
+
+class Application;
+class CBBS;
+class CBoardMenus;
+class CKeyFilter;
+class CListView;
+class CLoadDrivers;
+class CMenuSet;
+class CMessagePane;
+class CMRUCombo;
+class CStatusPanels;
+class CToolbar;
+class CViewer;
+class frmLoadDlg;
+class QTimer;
+class uSeparator;
+
+/// Made after the database has been opened and the settings have been read; Open shows it.
+///
+/// Commands run on the user-interface thread and may turn the event loop (a receive, a box). Closing is never refused: the
+/// window is hidden at once, a run is cancelled, and when the last command has returned the settings are written, the
+/// program's services are shut down and Closed is emitted. The owner must not destroy the window before that.
+class frmView : public QMainWindow, private ViewerHost, private ReceiveHost
+{
+    Q_OBJECT
+
+public:
+    explicit frmView(Application& App);
+    ~frmView() override;
+
+    /// Fills the window from database and settings and shows it. False when no board is shown: the user has been told,
+    /// the services are shut down, and the window stays hidden.
+    bool Open();
+
+    /// Brings the window, and the receive dialog over it, to the front.
+    void ShowMainWindow();
+
+    /// Closes without a question, also when a box is open. For signals and the end of the session.
+    void Quit();
+
+    CViewer& Viewer() { return *m_viewer; }
+    CBBS& Board() { return *m_bbs; }
+
+Q_SIGNALS:
+    /// All is written and shut down.
+    void Closed();
+
+protected:
+    void closeEvent(QCloseEvent* Event) override;
+
+private:
+    using Command = mdlCommands::Command;
+
+    // Building
+    void BuildBars();
+    void BuildPanes();
+    void BuildTimers();
+    void ConnectList(int List);
+    void ConnectBoard();
+    void ConnectMenus();
+    void LoadFindHistory();
+    void PlaceWindow();
+    void ShowPlaced(int WindowState);
+    bool MakeBBSMenu();
+    void ReportNoBoards();
+    QTimer* MakeTimer(const QString& Name, int IntervalMs, bool SingleShot);
+
+    // Commands
+    struct CommandLine;
+    static const CommandLine* FindCommand(Command Handler);
+    void RunCommand(Command Handler, int Argument);
+    bool OnKey(const mdlCommands::Key& Key);
+    /// Runs something that the user, a timer or the system asked for. What the database refuses is told, and closing
+    /// waits until the outermost of these has returned.
+    template <typename Function> void Perform(Function Action);
+    void Leave();
+    void ReportError(const dao::Error& Error);
+    void DoExecute(int Number);
+    void DoTrayExecute(int Number);
+    void DoSelectBoard(int BBS_ID);
+    void DoTraySelectBoard(int BBS_ID);
+    void DoNewPost(int BBS_ID);
+    void DoBoardListButton(int);
+    void DoViewMode(int Index);
+    void DoThread(int);
+    void DoSetNoRead(int);
+    void DoBrowse(int Page);
+    void DoPrevMessage(int);
+    void DoNextMessage(int);
+    void DoPrevUnread(int);
+    void DoNextUnread(int);
+    void DoPrevUnreadByKey(int);
+    void DoHistoryBack(int);
+    void DoHistoryForward(int);
+    void DoInReplyTo(int);
+    void DoMark(int Mark);
+    void DoMarkRead(int);
+    void DoMarkNoRead(int);
+    void DoSelectAll(int);
+    void DoReverseSelection(int);
+    void DoCopyText(int);
+    void DoTimer(int);
+    void DoCommunity(int);
+    void DoAbout(int);
+    void DoShowWindow(int);
+    void DoEscape(int);
+    void DoPopupBoards(int);
+    void DoPopupMarks(int);
+    void StoreNoReadPoint(qint32 Value);
+    void CancelRun();
+
+    // State
+    mdlEnabling::WindowFacts Facts() const;
+    void UpdateEnabled();
+    void ScheduleEnabled();
+    void UpdateCaption();
+    void ChangeToolbarImage();
+    void RefreshMessageMenu();
+    void CheckMark(qint32 Mark);
+    void PopupListMenu(const QPoint& Place);
+    void ChangeIconFrame(bool Reset);
+    void StartBlinkIcon();
+    void EndBlinkIcon();
+
+    // Closing
+    void StartClosing();
+    void CloseBoxes();
+    void FinishClosing();
+    void SaveBoard();
+    void SaveFindHistory();
+    mdlPosition::Position CurrentPosition() const;
+
+    // ViewerHost
+    void ShowBody(const std::vector<BodyLine>& Lines) override;
+    void ShowMail(const QString& Caption) override;
+    void ShowHomePage(const QString& Caption) override;
+    void ChangeStatusBarStyle(int Style) override;
+    void SetCountText(const QString& Text) override;
+    void SetNoReadPointText(const QString& Text) override;
+    void ClearStatus() override;
+    void BeginListUpdate(int List) override;
+    void EndListUpdate(int List) override;
+    void ListShown(int List) override;
+    void EnsureVisible(int List, int Row) override;
+    void SelectionChanged(int List) override;
+    void HeadersChanged(int List) override;
+    void StartReadTimer(int Ms) override;
+    void StopReadTimer() override;
+    void ViewMenuChanged() override;
+    void BoardCountChanged(qint32 BBS_ID, int UnreadCount) override;
+    void MarksChanged() override;
+    void DataDefinitionChanged() override;
+    void Progress(int Done, int Of) override;
+    bool PagePane(bool Forward) override;
+
+    // ReceiveHost
+    void RunStarted(RunKind Kind) override;
+    void SetStatus(const QString& Text) override;
+    void RunEnded() override;
+    bool IsClosing() const override { return m_isClosing; }
+    qint32 CurrentBoard() const override;
+    std::optional<CMessage> SelectedMessage() const override;
+    void CloseWindow() override;
+    QWidget* DialogOwner() override { return this; }
+
+    // Board access
+    void OnAddMessage(const CMessage& Msg);
+    void OnChangeState(const QString& StateMessage, bool IsError, bool AddLog);
+    void OnLogError(qint32 BBS_ID, const QString& LogText, const QString& ErrorMessage);
+
+    CListView& View(int List) const { return *m_lists[std::size_t(List)]; }
+
+    Application& m_app;
+    std::unique_ptr<CBBS> m_bbs;
+    std::unique_ptr<CViewer> m_viewer;
+    std::unique_ptr<frmLoadDlg> m_dialog;
+    std::unique_ptr<CLoadDrivers> m_drivers;
+    CMenuSet* m_menus = nullptr; // widgets and helpers from here on are children of the window
+    CToolbar* m_toolbar = nullptr;
+    CStatusPanels* m_panels = nullptr;
+    CBoardMenus* m_boardMenus = nullptr;
+    CMRUCombo* m_findHistory = nullptr;
+    QWidget* m_client = nullptr; // what lies between toolbar and status bar
+    uSeparator* m_separator = nullptr;
+    std::array<CListView*, 2> m_lists = {};
+    CMessagePane* m_pane = nullptr;
+    QTimer* m_tmrRead = nullptr;
+    QTimer* m_tmrBlinkIcon = nullptr;
+    QTimer* m_tmrCloseBoxes = nullptr;
+    QTimer* m_tmrEnabled = nullptr; // UpdateEnabled is due
+    BusyState m_busy = BusyState::None;
+    mdlPosition::Position m_position; // as it was when the window was closed
+    int m_iconFrame = 0;
+    int m_commandDepth = 0;
+    bool m_isClosing = false;
+    bool m_isClosed = false;
+    bool m_isQuitting = false;      // nobody is there to answer
+    bool m_isErrorLogReported = false; // in this run
+    bool m_isResultRefilled = false; // the result list got other rows; its columns follow
+};
+
+template <typename Function> void frmView::Perform(Function Action)
+{
+    if (m_isClosing)
+        return;
+    ++m_commandDepth;
+    try {
+        Action();
+    } catch (const dao::Error& error) {
+        ReportError(error);
+    }
+    Leave();
+}
+
+#endif

@@ -1,0 +1,294 @@
+// mainwin/frmViewHosts.cpp
+// What the main window does for the viewer, for the drivers and at the events of the board access.
+
+#include "mainwin/frmView.h"
+
+#include "app/Application.h"
+#include "board/CBBS.h"
+#include "controls/uSeparator.h"
+#include "load/frmLoadDlg.h"
+#include "mainwin/CBoardMenus.h"
+#include "mainwin/CIconSet.h"
+#include "mainwin/CListView.h"
+#include "mainwin/CMenuSet.h"
+#include "mainwin/CMessagePane.h"
+#include "mainwin/CStatusPanels.h"
+#include "mainwin/CToolbar.h"
+#include "mainwin/mdlErrorLog.h"
+#include "platform/desktop/desktop.h"
+#include "viewer/CViewer.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using mdlCommands::Rule;
+
+namespace
+{
+
+constexpr int NormalFrame = 4; // SMALLICON4
+
+} // namespace
+
+// State
+
+mdlEnabling::WindowFacts frmView::Facts() const
+{
+    mdlEnabling::WindowFacts facts;
+    facts.Busy = m_busy;
+    facts.List = m_viewer->CurrentList();
+    facts.IsRaw = m_viewer->IsRawTable();
+    for (std::size_t mode = 0; mode < facts.ModeHasMessages.size(); ++mode)
+        facts.ModeHasMessages[mode] = m_viewer->Entry(int(mode)).Enabled;
+    const CMessageList& list = m_viewer->List(facts.List);
+    facts.SelectedCount = qMin(list.SelectedCount(), 2);
+    if (facts.SelectedCount == 1) {
+        const CMessage& selected = list.Item(list.SelectedRanges().front().First).Message;
+        facts.IsRead = selected.Read;
+        facts.IsReply = selected.InReplyTo != 0;
+    }
+    return facts;
+}
+
+void frmView::UpdateEnabled()
+{
+    const mdlEnabling::WindowFacts facts = Facts();
+    m_menus->UpdateEnabled(facts);
+    m_toolbar->UpdateEnabled(facts);
+}
+
+void frmView::ScheduleEnabled() { m_tmrEnabled->start(); }
+
+void frmView::UpdateCaption()
+{
+    setWindowTitle(mdlEnabling::Caption(Facts(), m_viewer->BoardProperty().Name, m_app.AppTitle()));
+}
+
+void frmView::ChangeToolbarImage()
+{
+    const bool isResult = m_viewer->CurrentList() == CViewer::ResultList;
+    m_toolbar->Button(u"BBSList")->setIcon(isResult ? CIconSet::Picture(u"Close"_s)
+                                                    : m_boardMenus->Icon(m_viewer->CurrentBoard()));
+    View(m_viewer->CurrentList()).viewport()->update();
+}
+
+/// What is selected may have changed since the menu was open last, and table Mark as well.
+void frmView::RefreshMessageMenu()
+{
+    m_viewer->BuildMarkMenu();
+    CheckMark(m_viewer->GetSelectedMark());
+    UpdateEnabled();
+}
+
+void frmView::CheckMark(qint32 Mark)
+{
+    for (const QString& array : {u"mnuMsgMarkSub"_s, u"mnuPopupMarkSub"_s}) {
+        if (QAction* entry = m_menus->Action(array + QString::number(Mark)); entry && Mark != 0)
+            entry->setChecked(true);
+    }
+}
+
+void frmView::PopupListMenu(const QPoint& Place)
+{
+    if (m_viewer->IsRawTable())
+        return;
+    Perform([this] { RefreshMessageMenu(); });
+    m_menus->Menu(u"mnuPopup"_s)->popup(Place);
+}
+
+void frmView::ChangeIconFrame(bool Reset)
+{
+    m_iconFrame = Reset ? NormalFrame : qMax(m_iconFrame, 1);
+    QIcon icon = CIconSet::Picture(u"SMALLICON"_s + QString::number(m_iconFrame));
+    if (icon.isNull()) {
+        m_iconFrame = 1;
+        icon = CIconSet::Picture(u"SMALLICON1"_s);
+    }
+    setWindowIcon(icon);
+    ++m_iconFrame;
+}
+
+void frmView::StartBlinkIcon()
+{
+    m_tmrBlinkIcon->start();
+    ChangeIconFrame(false);
+}
+
+void frmView::EndBlinkIcon()
+{
+    m_tmrBlinkIcon->stop();
+    ChangeIconFrame(true);
+}
+
+// ViewerHost
+
+void frmView::ShowBody(const std::vector<BodyLine>& Lines) { m_pane->ShowLines(Lines); }
+
+void frmView::ShowMail(const QString& Caption) { m_panels->ShowMail(Caption); }
+
+void frmView::ShowHomePage(const QString& Caption) { m_panels->ShowHomePage(Caption); }
+
+void frmView::ChangeStatusBarStyle(int Style) { m_panels->SetStyle(Style); }
+
+void frmView::SetCountText(const QString& Text) { m_panels->SetText(u"Count", Text); }
+
+void frmView::SetNoReadPointText(const QString& Text) { m_panels->SetText(u"NoReadPoint", Text); }
+
+void frmView::ClearStatus() { m_panels->SetText(u"Status", {}); }
+
+void frmView::BeginListUpdate(int List) { View(List).BeginUpdate(); }
+
+void frmView::EndListUpdate(int List) { View(List).EndUpdate(); }
+
+void frmView::ListShown(int List)
+{
+    CListView& shown = View(List);
+    CListView& other = View(1 - List);
+    const bool hadFocus = other.hasFocus();
+    m_separator->Initialize(&shown, m_pane);
+    shown.show();
+    if (hadFocus)
+        shown.setFocus();
+    other.hide();
+    shown.TakeSelection();
+    UpdateCaption();
+    ChangeToolbarImage();
+    UpdateEnabled();
+}
+
+void frmView::EnsureVisible(int List, int Row) { View(List).EnsureVisible(Row); }
+
+void frmView::SelectionChanged(int List)
+{
+    View(List).TakeSelection();
+    ScheduleEnabled();
+}
+
+void frmView::HeadersChanged(int List)
+{
+    if (List != CViewer::ResultList || !m_isResultRefilled)
+        return;
+    m_isResultRefilled = false;
+    if (m_viewer->List(List).IsRaw())
+        View(List).ResetColumns();
+    else
+        View(List).TakeColumns(View(CViewer::BoardList));
+}
+
+void frmView::StartReadTimer(int Ms) { m_tmrRead->start(Ms); }
+
+void frmView::StopReadTimer() { m_tmrRead->stop(); }
+
+void frmView::ViewMenuChanged()
+{
+    for (int mode = 0; mode < CViewModes::ModeCount; ++mode) {
+        QAction* entry = m_menus->Action(u"mnuBBSViewSub"_s + QString::number(mode));
+        entry->setText(m_viewer->Entry(mode).Caption);
+    }
+    m_toolbar->Button(u"Back")->setToolTip(m_viewer->Entry(CViewModes::NewerPage).ToolTip);
+    m_toolbar->Button(u"Forword")->setToolTip(m_viewer->Entry(CViewModes::OlderPage).ToolTip);
+    m_toolbar->Button(u"BBSList")->setToolTip(u"掲示板一覧"_s);
+    UpdateEnabled();
+}
+
+void frmView::BoardCountChanged(qint32 BBS_ID, int UnreadCount) { m_boardMenus->SetCount(BBS_ID, UnreadCount); }
+
+void frmView::MarksChanged()
+{
+    std::vector<CMenuSet::Entry> entries;
+    for (const auto& [number, mark] : m_viewer->Marks())
+        entries.push_back({number, mark.Name, Command::Mark, number, false, true, Rule::Selection});
+    m_menus->SetArray(u"mnuMsgMarkSub"_s, entries);
+    m_menus->SetArray(u"mnuPopupMarkSub"_s, entries);
+}
+
+void frmView::DataDefinitionChanged()
+{
+    MakeBBSMenu();
+    ChangeToolbarImage();
+    UpdateCaption();
+}
+
+void frmView::Progress(int Done, int Of)
+{
+    m_panels->SetText(u"Count", QString::number(Done) + u'/' + QString::number(Of));
+    m_panels->repaint();
+}
+
+bool frmView::PagePane(bool Forward) { return m_pane->Page(Forward); }
+
+// ReceiveHost
+
+void frmView::RunStarted(RunKind Kind)
+{
+    m_busy = Kind == RunKind::Receive ? BusyState::Receive : BusyState::Import;
+    m_isErrorLogReported = false;
+    m_panels->CloseNoReadPoint();
+    ChangeStatusBarStyle(1);
+    ClearStatus();
+    UpdateCaption();
+    UpdateEnabled();
+    if (Kind == RunKind::Receive && m_app.Option().BlinkIcon)
+        StartBlinkIcon();
+}
+
+void frmView::SetStatus(const QString& Text) { m_panels->SetText(u"Status", Text); }
+
+void frmView::RunEnded()
+{
+    m_busy = BusyState::None;
+    const QString summary = m_panels->Text(u"Status");
+    m_viewer->RefreshAfterRun();
+    ChangeStatusBarStyle(1); // the first message of an empty list would put its links over the summary
+    SetStatus(summary);
+    EndBlinkIcon();
+    UpdateCaption();
+    UpdateEnabled();
+}
+
+qint32 frmView::CurrentBoard() const { return m_viewer->CurrentBoard(); }
+
+std::optional<CMessage> frmView::SelectedMessage() const
+{
+    const CMessageList& list = m_viewer->List(m_viewer->CurrentList());
+    if (list.IsRaw() || list.SelectedCount() == 0)
+        return std::nullopt;
+    const int focus = list.Focus();
+    const bool isFocusSelected = focus >= 0 && list.IsSelected(focus);
+    return list.Item(isFocusSelected ? focus : list.SelectedRanges().front().First).Message;
+}
+
+void frmView::CloseWindow() { close(); }
+
+// Board access
+
+void frmView::OnAddMessage(const CMessage& Msg)
+{
+    if (Msg.BBS_ID == m_viewer->CurrentBoard() && m_bbs->IsLoad())
+        m_viewer->AddMessageItem(CViewer::BoardList, Msg);
+    if (!Msg.Read)
+        m_viewer->UpdateBoardUnreadCaption(Msg.BBS_ID, 1);
+}
+
+void frmView::OnChangeState(const QString& StateMessage, bool IsError, bool AddLog)
+{
+    if (IsError) {
+        ChangeStatusBarStyle(1);
+        SetStatus(StateMessage);
+    }
+    m_dialog->UpdateInfo(StateMessage, frmLoadDlg::StateLine, AddLog);
+}
+
+void frmView::OnLogError(qint32 BBS_ID, const QString& LogText, const QString& ErrorMessage)
+{
+    const CResult written = mdlErrorLog::Append(m_app, BBS_ID, LogText);
+    if (!written && !m_isErrorLogReported) {
+        m_isErrorLogReported = true; // a full disk would bring a box for every record
+        m_app.Shell.MessageBox(written.Message(), m_app.AppTitle(), Desktop::Icon::Information);
+    } else if (!written) {
+        m_dialog->UpdateInfo(written.Message(), frmLoadDlg::StateLine, true);
+    }
+    m_dialog->UpdateInfo(ErrorMessage, frmLoadDlg::StateLine, true);
+}
