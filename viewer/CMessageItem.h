@@ -31,7 +31,6 @@ struct CMessageItem
     int Indent = 0;                  ///< full-width blanks before the subject (thread view)
     int RawRow = -1;                 ///< row of the raw table, -1 for a message
     quint32 ForeColor = NormalColor; ///< red + 256 x green + 65536 x blue, or 0x80000000 + a system colour
-    bool Selected = false;
 
     bool IsMessage() const { return RawRow < 0; }
     CMessageId Id() const { return {Message.BBS_ID, Message.ID}; }

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 struct Settings;
@@ -68,8 +69,8 @@ public:
     bool Remove(CMessageId Id);
 
     void SetRead(int Row, bool Read);
-    void SetMark(int Row, qint32 Mark, quint32 ForeColor);
-    void SetMark(int Row, qint32 Mark);
+    /// Without a ForeColor the row keeps the one that it has.
+    void SetMark(int Row, qint32 Mark, std::optional<quint32> ForeColor);
 
     /// Column that the rows are kept sorted by, -1 when sorting is off.
     int SortColumn() const { return m_sortColumn; }
@@ -89,13 +90,13 @@ public:
     int Focus() const;
     /// -1 takes the focus away.
     void SetFocus(int Row);
-    bool IsSelected(int Row) const { return Item(Row).Selected; }
+    bool IsSelected(int Row) const { return m_selected[PlaceOf(Row)] != 0; }
     int SelectedCount() const { return m_selectedCount; }
     std::vector<int> SelectedRows() const;
     /// The selected rows as runs, in order: what a view's selection model takes.
     std::vector<RowRange> SelectedRanges() const;
     void Select(int First, int Last, bool On);
-    void ClearSelection() { Select(0, Count() - 1, false); }
+    void ClearSelection();
     void InvertSelection();
     /// Takes over what the user did in the view: exactly these rows and this focus.
     void SetSelection(const std::vector<RowRange>& Ranges, int FocusRow);
@@ -120,14 +121,18 @@ private:
     void Empty();
     void TakeItems(std::vector<CMessageItem> Items);
     int Store(CMessageItem Item);
-    int SortedRowFor(const CMessageItem& Item) const;
-    void Reorder(std::vector<int> NewOrder);
+    void CountItem(const CMessageItem& Item, int Sign);
+    void SetSortState(int Column, Order Direction);
+    void Reorder(const std::vector<int>& OldRows);
+    void TellReordered(const std::vector<int>& OldRows);
     void RemoveRow(int Row);
+    void SelectPlace(std::size_t Place, bool On);
 
     const Settings& m_option;
     QStringList m_headers;
     std::vector<QString> m_cells; // of a raw table, row after row
     std::vector<CMessageItem> m_items;
+    std::vector<char> m_selected; // of each place, 1 where it is selected
     std::vector<int> m_free;  // places in m_items whose message was removed
     std::vector<int> m_order; // the place of each row
     mutable std::vector<int> m_rows; // the row of each place; empty after the order changed
