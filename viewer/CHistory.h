@@ -20,6 +20,8 @@ public:
     int Back(int Count);
 
 private:
+    int Go(int Step, int Count);
+
     std::array<int, Size> m_slots{};
     int m_current = 0;
 };
