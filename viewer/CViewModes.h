@@ -43,7 +43,14 @@ public:
     void Note(qint32 ID);
 
 private:
-    void SetEntry(int Index, const QString& Word, const QString& Access, const QString& KeyText, int Found, int PageSize);
+    struct CaptionParts
+    {
+        QString Word;
+        QChar AccessKey;
+        QString Shortcut;
+    };
+
+    void SetEntry(int Index, const CaptionParts& Parts, int Found, int PageSize);
 
     std::array<ViewEntry, ModeCount> m_entries;
     qint32 m_highestId = 0;

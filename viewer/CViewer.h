@@ -7,9 +7,11 @@
 #include "board/CBBSProperty.h"
 #include "viewer/CBoardCounts.h"
 #include "viewer/CHistory.h"
+#include "viewer/CListLoader.h"
 #include "viewer/CMarks.h"
 #include "viewer/CMessageList.h"
 #include "viewer/CMessageModel.h"
+#include "viewer/CMessageUpdates.h"
 #include "viewer/CViewModes.h"
 #include "viewer/viewer_host.h"
 
@@ -20,8 +22,6 @@
 
 class Application;
 class CBBS;
-class CListLoader;
-class CReadState;
 
 /// List 0 is the board list, list 1 the result list; rows count from 0. Database refusals are answered here (a Japanese
 /// box where the user has to know); none is thrown. Whatever the user changes is committed apart from a running receive.
@@ -106,23 +106,28 @@ public:
     qint32 GetSelectedMark() const;
 
 private:
-    friend class CListLoader;
+    using Report = CMessageUpdates::Report;
 
-    CMessageItem MakeItem(CMessage Msg) const;
-    void NoteLoaded(qint32 ID);
-    void FillMessages(int List, std::vector<CMessageItem> Items);
-    void FillRaw(const QStringList& Headers, std::vector<QString> Cells);
-    void FinishLoad(int List);
+    void ReadBoardProperty();
+    void FillList(int List, std::vector<CMessageItem> Items);
+    void NoteLoaded(const std::vector<CMessageItem>& Items);
+    void ShowLoaded(CListLoader::Result Result, int List);
     void AfterAction();
+    void ShowFirst(int List);
+    void ClearPane();
+    void FocusRow(int List, int Row);
+    void ShowText(const CMessage& Msg);
     void AddNewer();
-    void ShowMailAndHomePage(const CMessage& Msg);
+    void ReloadNewest();
+
     std::optional<CMessageId> IdOfKey(const QString& Key) const;
-    bool LeaveShown(MoveMode Mode);
+    std::optional<CMessageId> FocusedId(int List) const;
+    std::vector<CMessageId> SelectedIds(int List) const;
+    bool ChangeRead(const std::vector<CMessageId>& Ids, bool Read, bool UpdateBoardCount, Report Reporting);
+    void ChangeMark(const std::vector<CMessageId>& Ids, qint32 Number);
+    void Leave(int List, MoveMode Mode);
     void MoveTo(int List, int Row);
-    int NextRow(int List, MoveMode Mode);
-    int PrevRow(int List, MoveMode Mode);
-    bool RunUpdate(const QString& Sql, int* Affected);
-    void SetMark(CMessageId Id, qint32 Number);
+    int RowOfHistory(int Position);
 
     Application& m_app;
     CBBS& m_bbs;
@@ -134,12 +139,14 @@ private:
     CMarks m_marks;
     CHistory m_history;
     mutable CBoardCounts m_counts;
-    std::unique_ptr<CListLoader> m_loader;
-    std::unique_ptr<CReadState> m_readState;
+    CListLoader m_loader;
+    CMessageUpdates m_updates;
+    std::optional<CMessageId> m_shown;        // whose text the pane shows
+    std::optional<CMessageId> m_timerMessage; // whom the read timer will mark
     int m_currentList = BoardList;
     qint32 m_currentBoard = 0;
-    bool m_isLoading = false; // a load never starts the read timer
-    bool m_isHistoryMove = false;
+    bool m_isLoading = false;     // a load never starts the read timer
+    bool m_isHistoryMove = false; // the shown message is in the history already
 };
 
 #endif // VIEWER_CVIEWER_H
