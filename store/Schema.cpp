@@ -5,12 +5,14 @@
 
 #include "store/SeedRows.h"
 
-namespace mdlSchema {
+namespace mdlSchema
+{
 
 using namespace Qt::StringLiterals;
 using dao::FieldType;
 
-namespace {
+namespace
+{
 
 constexpr int TextSize = 255;
 constexpr int VersionSize = 8;
@@ -33,16 +35,10 @@ dao::FieldDef TextField(const QString& Name, ZeroLength Empty, int Size = TextSi
     return field;
 }
 
-dao::IndexDef PrimaryIndex(const QStringList& Fields)
-{
-    return {u"PK"_s, Fields, true, true, false};
-}
+dao::IndexDef PrimaryIndex(const QStringList& Fields) { return {u"PK"_s, Fields, true, true, false}; }
 
 /// Serves counting, paging and linking by board; nobody sees it.
-dao::IndexDef HiddenIndex(const QString& Name, const QStringList& Fields)
-{
-    return {Name, Fields, false, false, true};
-}
+dao::IndexDef HiddenIndex(const QString& Name, const QStringList& Fields) { return {Name, Fields, false, false, true}; }
 
 dao::TableDef BBSTable()
 {
@@ -70,18 +66,12 @@ dao::TableDef MessageTable()
     dao::TableDef table;
     table.Name = u"Message"_s;
     table.Fields = {
-        Field(u"BBS_ID"_s, FieldType::Long),
-        Field(u"ID"_s, FieldType::Long),
-        Field(u"Read"_s, FieldType::Boolean),
-        TextField(u"Subject"_s, ZeroLength::Allowed),
-        TextField(u"Homepage"_s, ZeroLength::Allowed),
-        TextField(u"Mail"_s, ZeroLength::Allowed),
-        TextField(u"PostName"_s, ZeroLength::Allowed),
-        Field(u"PostDate"_s, FieldType::Date),
-        Field(u"InReplyTo"_s, FieldType::Long),
-        Field(u"Body"_s, FieldType::Memo),
-        Field(u"RootThread"_s, FieldType::Long),
-        Field(u"Mark"_s, FieldType::Long),
+        Field(u"BBS_ID"_s, FieldType::Long),           Field(u"ID"_s, FieldType::Long),
+        Field(u"Read"_s, FieldType::Boolean),          TextField(u"Subject"_s, ZeroLength::Allowed),
+        TextField(u"Homepage"_s, ZeroLength::Allowed), TextField(u"Mail"_s, ZeroLength::Allowed),
+        TextField(u"PostName"_s, ZeroLength::Allowed), Field(u"PostDate"_s, FieldType::Date),
+        Field(u"InReplyTo"_s, FieldType::Long),        Field(u"Body"_s, FieldType::Memo),
+        Field(u"RootThread"_s, FieldType::Long),       Field(u"Mark"_s, FieldType::Long),
     };
     table.Indexes = {
         PrimaryIndex({u"ID"_s, u"BBS_ID"_s}),
@@ -151,42 +141,21 @@ void AddVersion(dao::Recordset& Versions, const QString& Table, const QString& V
     Versions.Update();
 }
 
-}
+} // namespace
 
-QString BBSTableVersion()
-{
-    return u"Ver.0.42"_s;
-}
+QString BBSTableVersion() { return u"Ver.0.42"_s; }
 
-QString MessageTableVersion()
-{
-    return u"Ver.0.13"_s;
-}
+QString MessageTableVersion() { return u"Ver.0.13"_s; }
 
-QString MarkTableVersion()
-{
-    return u"Ver.0.40"_s;
-}
+QString MarkTableVersion() { return u"Ver.0.40"_s; }
 
-QString FileVersion()
-{
-    return BBSTableVersion();
-}
+QString FileVersion() { return BBSTableVersion(); }
 
-bool CreateBBSTable(dao::Database& Db)
-{
-    return CreateTable(Db, BBSTable(), mdlSeedRows::BBSStatements());
-}
+bool CreateBBSTable(dao::Database& Db) { return CreateTable(Db, BBSTable(), mdlSeedRows::BBSStatements()); }
 
-bool CreateMessageTable(dao::Database& Db)
-{
-    return CreateTable(Db, MessageTable(), {});
-}
+bool CreateMessageTable(dao::Database& Db) { return CreateTable(Db, MessageTable(), {}); }
 
-bool CreateMarkTable(dao::Database& Db)
-{
-    return CreateTable(Db, MarkTable(), mdlSeedRows::MarkStatements());
-}
+bool CreateMarkTable(dao::Database& Db) { return CreateTable(Db, MarkTable(), mdlSeedRows::MarkStatements()); }
 
 bool WriteVersionTable(dao::Database& Db, const QString& Version)
 {
@@ -205,4 +174,4 @@ bool WriteVersionTable(dao::Database& Db, const QString& Version)
     }
 }
 
-}
+} // namespace mdlSchema

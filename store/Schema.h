@@ -9,7 +9,8 @@
 #include <QString>
 
 /// The layout of the database file: four tables, each with a version of its own.
-namespace mdlSchema {
+namespace mdlSchema
+{
 
 /// Current versions; compared as plain text. The file as a whole has the highest, that of BBS.
 QString BBSTableVersion();
@@ -28,6 +29,6 @@ bool CreateMarkTable(dao::Database& Db);
 /// otherwise all get Version. False at the first refusal of the engine but the missing old table.
 bool WriteVersionTable(dao::Database& Db, const QString& Version);
 
-}
+} // namespace mdlSchema
 
 #endif

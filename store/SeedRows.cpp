@@ -3,11 +3,13 @@
 
 #include "store/SeedRows.h"
 
-namespace mdlSeedRows {
+namespace mdlSeedRows
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 struct Board
 {
@@ -17,10 +19,10 @@ struct Board
     int MaxCount;
     int Hitokoto;
     int ListOrder;
-    bool HasPastLogs;        // their files are named after the board: Identifier + "*"
+    bool HasPastLogs; // their files are named after the board: Identifier + "*"
     QStringView Identifier;
-    QStringView Script;      // empty: the identifier; the two sides of a board share one script
-    QStringView UsagePage;   // empty: the identifier
+    QStringView Script;    // empty: the identifier; the two sides of a board share one script
+    QStringView UsagePage; // empty: the identifier
 };
 
 constexpr Board Boards[] = {
@@ -46,7 +48,7 @@ struct Mark
 {
     int ID;
     QStringView Name;
-    int ForeColor;   // red + 256 * green + 65536 * blue
+    int ForeColor; // red + 256 * green + 65536 * blue
 };
 
 constexpr Mark Marks[] = {
@@ -59,16 +61,10 @@ constexpr Mark Marks[] = {
 /// The system's window background: 0x80000005.
 constexpr int WindowBackground = -2147483643;
 
-QStringView Or(QStringView Text, QStringView Otherwise)
-{
-    return Text.isEmpty() ? Otherwise : Text;
-}
+QStringView Or(QStringView Text, QStringView Otherwise) { return Text.isEmpty() ? Otherwise : Text; }
 
 /// A text value of a statement with the comma in front of it.
-QString TextItem(const QString& Text)
-{
-    return u", '%1'"_s.arg(Text);
-}
+QString TextItem(const QString& Text) { return u", '%1'"_s.arg(Text); }
 
 QString BBSStatement(const Board& Row)
 {
@@ -76,22 +72,19 @@ QString BBSStatement(const Board& Row)
     const QString url = u"http://localhost:8932/cgi-bin/%1.cgi"_s.arg(Or(Row.Script, Row.Identifier));
     const QString usageUrl = u"http://localhost:8932/howto/%1.html"_s.arg(Or(Row.UsagePage, Row.Identifier));
     const QString pattern = Row.HasPastLogs ? identifier + u'*' : QString();
-    return u"INSERT INTO BBS VALUES("_s + u"  "_s + QString::number(Row.BBS_ID)
-        + TextItem(Row.Name.toString()) + TextItem(Row.ShortName.toString())
-        + TextItem(url)
-        + TextItem(usageUrl)
-        + u", %1, %2, True, %3"_s.arg(Row.MaxCount).arg(Row.Hitokoto).arg(Row.ListOrder)
-        + TextItem(pattern) + TextItem(identifier)
-        + u")"_s;
+    return u"INSERT INTO BBS VALUES("_s + u"  "_s + QString::number(Row.BBS_ID) + TextItem(Row.Name.toString()) +
+           TextItem(Row.ShortName.toString()) + TextItem(url) + TextItem(usageUrl) +
+           u", %1, %2, True, %3"_s.arg(Row.MaxCount).arg(Row.Hitokoto).arg(Row.ListOrder) + TextItem(pattern) +
+           TextItem(identifier) + u")"_s;
 }
 
 QString MarkStatement(const Mark& Row)
 {
-    return u"INSERT INTO Mark VALUES("_s + u"  "_s + QString::number(Row.ID) + TextItem(Row.Name.toString()) + u", "_s
-        + QString::number(Row.ForeColor) + u", "_s + QString::number(WindowBackground) + u")"_s;
+    return u"INSERT INTO Mark VALUES("_s + u"  "_s + QString::number(Row.ID) + TextItem(Row.Name.toString()) + u", "_s +
+           QString::number(Row.ForeColor) + u", "_s + QString::number(WindowBackground) + u")"_s;
 }
 
-}
+} // namespace
 
 QStringList BBSStatements()
 {
@@ -109,4 +102,4 @@ QStringList MarkStatements()
     return statements;
 }
 
-}
+} // namespace mdlSeedRows

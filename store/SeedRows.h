@@ -6,7 +6,8 @@
 
 #include <QStringList>
 
-namespace mdlSeedRows {
+namespace mdlSeedRows
+{
 
 /// Sixteen statements, one for each board. The boards' addresses are those of the sample server on this machine.
 QStringList BBSStatements();
@@ -14,6 +15,6 @@ QStringList BBSStatements();
 /// Four statements, one for each mark.
 QStringList MarkStatements();
 
-}
+} // namespace mdlSeedRows
 
 #endif

@@ -15,12 +15,14 @@
 #include <algorithm>
 #include <iterator>
 
-namespace mdlStore {
+namespace mdlStore
+{
 
 using namespace Qt::StringLiterals;
 using dao::Database;
 
-namespace {
+namespace
+{
 
 using DatabasePtr = std::unique_ptr<Database>;
 
@@ -28,10 +30,7 @@ using DatabasePtr = std::unique_ptr<Database>;
 constexpr int FileNotFound = 3024;
 constexpr int UnrecognisedFormat = 3343;
 
-QString UnknownVersion()
-{
-    return u"Ver.0.00"_s;
-}
+QString UnknownVersion() { return u"Ver.0.00"_s; }
 
 void Tell(Application& App, const QString& Text, Desktop::Icon Icon)
 {
@@ -110,8 +109,8 @@ DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName,
     if (Refusal.Number == UnrecognisedFormat) {
         const QString backup = CFile(BackupName(FileName)).Name();
         Tell(App,
-             FileName + u"をデータベースファイルとして認識できませんでした。\nログのバックアップ("_s + backup
-                 + u")を作成し、新しいデータベースファイルを作成します。"_s,
+             FileName + u"をデータベースファイルとして認識できませんでした。\nログのバックアップ("_s + backup +
+                 u")を作成し、新しいデータベースファイルを作成します。"_s,
              Desktop::Icon::Information);
         SetAside(FileName);
         return CreateNewDatabase(FileName);
@@ -159,7 +158,7 @@ DatabasePtr CheckVersion(DatabasePtr Db, Application& App)
     return nullptr;
 }
 
-}
+} // namespace
 
 DatabasePtr CreateNewDatabase(const QString& FileName)
 {
@@ -201,4 +200,4 @@ QString GetTableVersion(Database& Db, const QString& Table)
     }
 }
 
-}
+} // namespace mdlStore

@@ -9,22 +9,32 @@
 
 #include <limits>
 
-namespace dao {
+namespace dao
+{
 
-CColumn::CColumn(FieldType Type) : m_type(Type)
+CColumn::CColumn(FieldType Type)
+    : m_type(Type)
 {
     switch (Type) {
     case FieldType::Boolean:
     case FieldType::Byte:
     case FieldType::Integer:
-    case FieldType::Long: m_data = Longs(); break;
+    case FieldType::Long:
+        m_data = Longs();
+        break;
     case FieldType::Currency:
     case FieldType::Single:
     case FieldType::Double:
-    case FieldType::Date: m_data = Doubles(); break;
+    case FieldType::Date:
+        m_data = Doubles();
+        break;
     case FieldType::Text:
-    case FieldType::Memo: m_data = Texts(); break;
-    default: m_data = Mixed(); break;
+    case FieldType::Memo:
+        m_data = Texts();
+        break;
+    default:
+        m_data = Mixed();
+        break;
     }
 }
 
@@ -51,7 +61,8 @@ bool CColumn::AppendTyped(sqlite3_stmt* Statement, int Column, bool IsUtf16)
             texts->push_back(mdlValues::ReadText(Statement, Column, IsUtf16));
         return stored == SQLITE_TEXT;
     }
-    const bool isNumber = stored == SQLITE_INTEGER || (stored == SQLITE_FLOAT && std::holds_alternative<Doubles>(m_data));
+    const bool isNumber =
+        stored == SQLITE_INTEGER || (stored == SQLITE_FLOAT && std::holds_alternative<Doubles>(m_data));
     if (!isNumber)
         return false;
     if (auto* doubles = std::get_if<Doubles>(&m_data)) {
@@ -102,20 +113,28 @@ void CColumn::Mix()
 Value CColumn::FromLong(qint32 Data) const
 {
     switch (m_type) {
-    case FieldType::Boolean: return Value::FromBoolean(Data != 0);
-    case FieldType::Byte: return Data >= 0 && Data <= 255 ? Value::FromByte(Data) : Value::FromLong(Data);
-    case FieldType::Integer: return Data == qint16(Data) ? Value::FromInteger(Data) : Value::FromLong(Data);
-    default: return Value::FromLong(Data);
+    case FieldType::Boolean:
+        return Value::FromBoolean(Data != 0);
+    case FieldType::Byte:
+        return Data >= 0 && Data <= 255 ? Value::FromByte(Data) : Value::FromLong(Data);
+    case FieldType::Integer:
+        return Data == qint16(Data) ? Value::FromInteger(Data) : Value::FromLong(Data);
+    default:
+        return Value::FromLong(Data);
     }
 }
 
 Value CColumn::FromDouble(double Data) const
 {
     switch (m_type) {
-    case FieldType::Currency: return Value::FromCurrency(Data);
-    case FieldType::Single: return Value::FromSingle(float(Data));
-    case FieldType::Date: return Value::FromDate(Data);
-    default: return Value::FromDouble(Data);
+    case FieldType::Currency:
+        return Value::FromCurrency(Data);
+    case FieldType::Single:
+        return Value::FromSingle(float(Data));
+    case FieldType::Date:
+        return Value::FromDate(Data);
+    default:
+        return Value::FromDouble(Data);
     }
 }
 
@@ -166,4 +185,4 @@ bool CColumn::IsNull(qsizetype Row) const
     return IsNullNumber(Row);
 }
 
-}
+} // namespace dao

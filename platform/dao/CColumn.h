@@ -11,7 +11,8 @@
 
 struct sqlite3_stmt;
 
-namespace dao {
+namespace dao
+{
 
 /// Numbers lie side by side without a type each; texts are QStrings that whoever reads them shares.
 ///
@@ -35,7 +36,7 @@ public:
 private:
     using Longs = std::vector<qint32>;
     using Doubles = std::vector<double>;
-    using Texts = std::vector<QString>;   ///< Null is a QString that isNull
+    using Texts = std::vector<QString>; ///< Null is a QString that isNull
     using Mixed = std::vector<Value>;
 
     bool AppendTyped(sqlite3_stmt* Statement, int Column, bool IsUtf16);
@@ -48,9 +49,9 @@ private:
 
     FieldType m_type;
     std::variant<Longs, Doubles, Texts, Mixed> m_data;
-    std::vector<bool> m_nulls;   ///< numbers only; empty until the first Null
+    std::vector<bool> m_nulls; ///< numbers only; empty until the first Null
 };
 
-}
+} // namespace dao
 
 #endif

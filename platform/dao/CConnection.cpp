@@ -9,23 +9,25 @@
 
 #include <utility>
 
-namespace dao {
+namespace dao
+{
 
-namespace {
+namespace
+{
 
 /// More than the system's own statements have shapes, so that they stay prepared for the whole run.
 constexpr int StatementsKept = 200;
 constexpr int MaxDepth = 5;
 
-QByteArray SavepointName(int Level)
-{
-    return "\"level" + QByteArray::number(Level) + '"';
-}
+QByteArray SavepointName(int Level) { return "\"level" + QByteArray::number(Level) + '"'; }
 
-}
+} // namespace
 
 CConnection::CConnection(sqlite3* Handle, QString FileName, bool IsReadOnly)
-    : m_handle(Handle), m_fileName(std::move(FileName)), m_isReadOnly(IsReadOnly), m_statements(StatementsKept)
+    : m_handle(Handle)
+    , m_fileName(std::move(FileName))
+    , m_isReadOnly(IsReadOnly)
+    , m_statements(StatementsKept)
 {
     constexpr const char* native = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? "UTF-16le" : "UTF-16be";
     sqlite3_exec(
@@ -37,10 +39,7 @@ CConnection::CConnection(sqlite3* Handle, QString FileName, bool IsReadOnly)
         &m_hasUtf16, nullptr);
 }
 
-CConnection::~CConnection()
-{
-    Close();
-}
+CConnection::~CConnection() { Close(); }
 
 void CConnection::RequireOpen() const
 {
@@ -86,10 +85,7 @@ void CConnection::Execute(const char* Sql)
         Fail();
 }
 
-void CConnection::Run(const QByteArray& Sql)
-{
-    Execute(Sql.constData());
-}
+void CConnection::Run(const QByteArray& Sql) { Execute(Sql.constData()); }
 
 qint64 CConnection::RunForNumber(const QByteArray& Sql)
 {
@@ -209,4 +205,4 @@ void CConnection::LeaveLog()
     m_isInLog = false;
 }
 
-}
+} // namespace dao

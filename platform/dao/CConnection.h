@@ -17,7 +17,8 @@
 
 struct sqlite3;
 
-namespace dao {
+namespace dao
+{
 
 /// Owns the handle. All members throw Error, 3420 once it is closed.
 class CConnection
@@ -74,10 +75,10 @@ private:
     bool m_hasUtf16 = false;
     bool m_isInLog = false;
     int m_depth = 0;
-    std::optional<Error> m_broken;   ///< why the running transaction is gone
+    std::optional<Error> m_broken; ///< why the running transaction is gone
     QCache<QByteArray, std::shared_ptr<CSqliteStatement>> m_statements;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -3,11 +3,13 @@
 
 #include "platform/dao/CDynaset.h"
 
-namespace dao {
+namespace dao
+{
 
 CDynaset::CDynaset(std::shared_ptr<CSession> Session, const CSession::Filled& Query)
-    : Recordset(RecordsetType::Dynaset, Query.Statement.Columns),
-      m_writer(std::move(Session), Query.Statement.EditableTable, Query.Statement.Columns), m_row(Columns().size())
+    : Recordset(RecordsetType::Dynaset, Query.Statement.Columns)
+    , m_writer(std::move(Session), Query.Statement.EditableTable, Query.Statement.Columns)
+    , m_row(Columns().size())
 {
     for (int column = 0; column < FieldCount(); ++column) {
         if (Field(column).SourceField.isEmpty())
@@ -33,7 +35,8 @@ void CDynaset::ReadRowIds(const CSession::Filled& Query)
 
     CTopLimit limit = m_writer.Session().Limit(Query, 1);
     const std::vector<Value> values = CSession::BoundValues(Query, true);
-    CRun run(m_writer.Connection(), "WITH q(" + names + ") AS (" + Query.Statement.Sql + ") SELECT " + wanted + " FROM q");
+    CRun run(m_writer.Connection(),
+             "WITH q(" + names + ") AS (" + Query.Statement.Sql + ") SELECT " + wanted + " FROM q");
     CSession::Bind(run, values);
     while (run.Step() && limit.Takes(run)) {
         m_rowIds.push_back(run.Number(0));
@@ -99,4 +102,4 @@ void CDynaset::Release()
     m_row.clear();
 }
 
-}
+} // namespace dao

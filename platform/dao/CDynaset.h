@@ -8,7 +8,8 @@
 #include "platform/dao/CTableWriter.h"
 #include "platform/dao/Recordset.h"
 
-namespace dao {
+namespace dao
+{
 
 /// Keeps the rowids in the query's order and reads a row when it is asked for, so it shows what the row holds now and
 /// costs little memory. Which rows belong to it is decided once, when it is opened: a row that an edit takes out of the
@@ -38,12 +39,12 @@ private:
 
     mutable CTableWriter m_writer;
     std::vector<qint64> m_rowIds;
-    std::vector<int> m_computed;                       ///< numbers of the computed columns
-    std::vector<std::vector<Value>> m_computedValues;  ///< per row of m_rowIds; empty without computed columns
+    std::vector<int> m_computed;                      ///< numbers of the computed columns
+    std::vector<std::vector<Value>> m_computedValues; ///< per row of m_rowIds; empty without computed columns
     mutable std::vector<Value> m_row;
     mutable bool m_isRead = false;
 };
 
-}
+} // namespace dao
 
 #endif

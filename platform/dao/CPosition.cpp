@@ -7,7 +7,8 @@
 
 #include <algorithm>
 
-namespace dao {
+namespace dao
+{
 
 void CPosition::Open(qsizetype Total)
 {
@@ -73,4 +74,4 @@ void CPosition::RowAdded()
     ++m_visited;
 }
 
-}
+} // namespace dao

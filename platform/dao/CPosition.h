@@ -6,7 +6,8 @@
 
 #include <QtGlobal>
 
-namespace dao {
+namespace dao
+{
 
 /// A place in a list of rows, with the engine's rules for leaving it at either end.
 class CPosition
@@ -47,6 +48,6 @@ private:
     qsizetype m_visited = 0;
 };
 
-}
+} // namespace dao
 
 #endif

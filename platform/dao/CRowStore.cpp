@@ -3,7 +3,8 @@
 
 #include "platform/dao/CRowStore.h"
 
-namespace dao {
+namespace dao
+{
 
 CRowStore::CRowStore(CRun& Rows, const std::vector<ResultColumn>& Columns, CTopLimit Limit, bool IsUtf16)
 {
@@ -17,4 +18,4 @@ CRowStore::CRowStore(CRun& Rows, const std::vector<ResultColumn>& Columns, CTopL
     }
 }
 
-}
+} // namespace dao

@@ -10,7 +10,8 @@
 
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// Rows column by column; any cell is reached in constant time.
 class CRowStore
@@ -28,6 +29,6 @@ private:
     qsizetype m_count = 0;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -7,9 +7,12 @@
 
 #include <sqlite3.h>
 
-namespace dao {
+namespace dao
+{
 
-CRun::CRun(CConnection& Connection, const QByteArray& Sql) : m_connection(Connection), m_statement(Connection.Prepare(Sql))
+CRun::CRun(CConnection& Connection, const QByteArray& Sql)
+    : m_connection(Connection)
+    , m_statement(Connection.Prepare(Sql))
 {
     m_statement->InUse = true;
 }
@@ -21,15 +24,9 @@ CRun::~CRun()
     m_statement->InUse = false;
 }
 
-void CRun::Bind(int Index, const Value& Source)
-{
-    mdlValues::Bind(m_statement->Handle(), Index, Source);
-}
+void CRun::Bind(int Index, const Value& Source) { mdlValues::Bind(m_statement->Handle(), Index, Source); }
 
-void CRun::BindNumber(int Index, qint64 Data)
-{
-    sqlite3_bind_int64(m_statement->Handle(), Index, Data);
-}
+void CRun::BindNumber(int Index, qint64 Data) { sqlite3_bind_int64(m_statement->Handle(), Index, Data); }
 
 bool CRun::Step()
 {
@@ -51,9 +48,6 @@ QString CRun::Text(int Index) const
     return mdlValues::ReadText(m_statement->Handle(), Index, m_connection.HasUtf16());
 }
 
-qint64 CRun::Number(int Index) const
-{
-    return sqlite3_column_int64(m_statement->Handle(), Index);
-}
+qint64 CRun::Number(int Index) const { return sqlite3_column_int64(m_statement->Handle(), Index); }
 
-}
+} // namespace dao

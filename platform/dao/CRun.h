@@ -6,7 +6,8 @@
 
 #include "platform/dao/CConnection.h"
 
-namespace dao {
+namespace dao
+{
 
 /// Borrows a prepared statement and gives it back reset, whatever happens.
 class CRun
@@ -26,7 +27,8 @@ public:
     /// Steps to the end.
     void Finish()
     {
-        while (Step()) { }
+        while (Step()) {
+        }
     }
 
     sqlite3_stmt* Handle() const { return m_statement->Handle(); }
@@ -39,6 +41,6 @@ private:
     std::shared_ptr<CSqliteStatement> m_statement;
 };
 
-}
+} // namespace dao
 
 #endif

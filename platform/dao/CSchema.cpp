@@ -7,11 +7,13 @@
 #include "platform/dao/FieldTypes.h"
 #include "platform/text/Fold.h"
 
-namespace dao {
+namespace dao
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool IsOwnTable(const QString& Name)
 {
@@ -19,14 +21,12 @@ bool IsOwnTable(const QString& Name)
 }
 
 /// How an index came into being, as SQLite tells it.
-bool IsPrimary(const QString& Origin)
-{
-    return Origin == u"pk"_s;
-}
+bool IsPrimary(const QString& Origin) { return Origin == u"pk"_s; }
 
-}
+} // namespace
 
-CSchema::CSchema(CConnection& Connection) : m_connection(Connection)
+CSchema::CSchema(CConnection& Connection)
+    : m_connection(Connection)
 {
     Load();
 }
@@ -43,10 +43,7 @@ void CSchema::Load()
         LoadQueries();
 }
 
-bool CSchema::IsOutdated()
-{
-    return m_version != m_connection.RunForNumber("PRAGMA schema_version");
-}
+bool CSchema::IsOutdated() { return m_version != m_connection.RunForNumber("PRAGMA schema_version"); }
 
 bool CSchema::HasFileTable(const QString& Name)
 {
@@ -60,7 +57,8 @@ void CSchema::LoadTables()
 {
     QStringList names;
     {
-        CRun run(m_connection, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid");
+        CRun run(m_connection, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
+                               "ESCAPE '\\' ORDER BY rowid");
         while (run.Step())
             names.append(run.Text(0));
     }
@@ -100,7 +98,8 @@ void CSchema::LoadExtras(TableDef& Table)
     attributes.Bind(1, name);
     if (attributes.Step())
         Table.Attributes |= int(attributes.Number(0));
-    CRun extras(m_connection, "SELECT FieldName, AllowZeroLength, Required, Description FROM \"~Fields\" WHERE TableName = ?1");
+    CRun extras(m_connection,
+                "SELECT FieldName, AllowZeroLength, Required, Description FROM \"~Fields\" WHERE TableName = ?1");
     extras.Bind(1, name);
     while (extras.Step()) {
         const QString fieldName = extras.Text(0);
@@ -117,11 +116,12 @@ void CSchema::LoadExtras(TableDef& Table)
 void CSchema::LoadIndexes(TableDef& Table, jetsql::TableInfo& Info)
 {
     // An index that another program made has no entry of ours and goes by its name in the file.
-    const QByteArray ours = m_hasExtras
-        ? "(SELECT IndexName FROM \"~Indexes\" WHERE TableName = ?1 AND FileName = CASE origin WHEN 'pk' THEN '' ELSE name END), "
-          "(SELECT IsHidden FROM \"~Indexes\" WHERE TableName = ?1 AND FileName = name)"
-        : "NULL, 0";
-    CRun run(m_connection, "SELECT name, origin, \"unique\", partial, " + ours + " FROM pragma_index_list(?1) ORDER BY seq DESC");
+    const QByteArray ours = m_hasExtras ? "(SELECT IndexName FROM \"~Indexes\" WHERE TableName = ?1 AND FileName = "
+                                          "CASE origin WHEN 'pk' THEN '' ELSE name END), "
+                                          "(SELECT IsHidden FROM \"~Indexes\" WHERE TableName = ?1 AND FileName = name)"
+                                        : "NULL, 0";
+    CRun run(m_connection,
+             "SELECT name, origin, \"unique\", partial, " + ours + " FROM pragma_index_list(?1) ORDER BY seq DESC");
     const Value name = Value::FromText(Table.Name);
     run.Bind(1, name);
     while (run.Step()) {
@@ -204,8 +204,9 @@ QStringList CSchema::QueryNames() const
     QStringList names;
     for (const auto& entry : m_queries)
         names.append(entry.second.Name);
-    std::sort(names.begin(), names.end(), [](const QString& Left, const QString& Right) { return text::CompareText(Left, Right) < 0; });
+    std::sort(names.begin(), names.end(),
+              [](const QString& Left, const QString& Right) { return text::CompareText(Left, Right) < 0; });
     return names;
 }
 
-}
+} // namespace dao

@@ -13,17 +13,19 @@
 #include <map>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// The catalogue of one file, read at once, and the changes to it. Changes go to the file first.
 ///
 /// What SQLite has no place for is in tables of our own, left out of statements:
-/// "~Tables" (attributes), "~Fields" (zero length, description), "~Indexes" (an index's name within its table and whether
-/// it is hidden), "~Queries" (saved queries).
+/// "~Tables" (attributes), "~Fields" (zero length, description), "~Indexes" (an index's name within its table and
+/// whether it is hidden), "~Queries" (saved queries).
 class CSchema : public jetsql::Catalog
 {
 public:
-    /// The query that the running of statements goes through; kept per connection, so that reading works on a read-only file.
+    /// The query that the running of statements goes through; kept per connection, so that reading works on a read-only
+    /// file.
     static constexpr QStringView TemporaryQuery = u"__TEMP__";
 
     explicit CSchema(CConnection& Connection);
@@ -72,12 +74,12 @@ private:
 
     CConnection& m_connection;
     std::vector<TableDef> m_tables;
-    std::map<QString, jetsql::TableInfo> m_infos;   ///< by folded name
-    std::map<QString, Query> m_queries;             ///< by folded name
+    std::map<QString, jetsql::TableInfo> m_infos; ///< by folded name
+    std::map<QString, Query> m_queries;           ///< by folded name
     qint64 m_version = 0;
     bool m_hasExtras = false;
 };
 
-}
+} // namespace dao
 
 #endif

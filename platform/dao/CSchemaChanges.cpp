@@ -6,11 +6,13 @@
 #include "platform/dao/SchemaText.h"
 #include "platform/text/Fold.h"
 
-namespace dao {
+namespace dao
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 /// Runs a statement of the layer's own tables with its parameters in order.
 void Run(CConnection& Connection, const QByteArray& Sql, const std::vector<Value>& Parameters)
@@ -24,7 +26,8 @@ void Run(CConnection& Connection, const QByteArray& Sql, const std::vector<Value
 
 constexpr const char* OwnTables[] = {
     "CREATE TABLE IF NOT EXISTS \"~Tables\" (TableName TEXT PRIMARY KEY, Attributes LONG)",
-    "CREATE TABLE IF NOT EXISTS \"~Fields\" (TableName TEXT, FieldName TEXT, AllowZeroLength BOOLEAN, Required BOOLEAN, "
+    "CREATE TABLE IF NOT EXISTS \"~Fields\" (TableName TEXT, FieldName TEXT, AllowZeroLength BOOLEAN, Required "
+    "BOOLEAN, "
     "Description MEMO TEXT, PRIMARY KEY (TableName, FieldName))",
     "CREATE TABLE IF NOT EXISTS \"~Indexes\" (TableName TEXT, IndexName TEXT, FileName TEXT, IsHidden BOOLEAN, "
     "PRIMARY KEY (TableName, IndexName))",
@@ -33,7 +36,7 @@ constexpr const char* OwnTables[] = {
 
 constexpr const char* TablesWithNames[] = {"~Tables", "~Fields", "~Indexes"};
 
-}
+} // namespace
 
 void CSchema::RequireOwnTables()
 {
@@ -80,11 +83,13 @@ void CSchema::AppendTable(const TableDef& Wanted)
 void CSchema::WriteExtras(const TableDef& Table)
 {
     if (Table.Attributes != 0)
-        Run(m_connection, "INSERT INTO \"~Tables\" VALUES (?1, ?2)", {Value::FromText(Table.Name), Value::FromLong(Table.Attributes)});
+        Run(m_connection, "INSERT INTO \"~Tables\" VALUES (?1, ?2)",
+            {Value::FromText(Table.Name), Value::FromLong(Table.Attributes)});
     for (const FieldDef& field : Table.Fields)
         Run(m_connection, "INSERT INTO \"~Fields\" VALUES (?1, ?2, ?3, ?4, ?5)",
             {Value::FromText(Table.Name), Value::FromText(field.Name), Value::FromBoolean(field.AllowZeroLength),
-             Value::FromBoolean(field.Required), field.Description.isEmpty() ? Value() : Value::FromText(field.Description)});
+             Value::FromBoolean(field.Required),
+             field.Description.isEmpty() ? Value() : Value::FromText(field.Description)});
 }
 
 void CSchema::AppendIndex(const QString& Table, const IndexDef& Index)
@@ -94,7 +99,8 @@ void CSchema::AppendIndex(const QString& Table, const IndexDef& Index)
     if (!Index.Primary)
         m_connection.Run(mdlSchemaText::CreateIndex(Table, Index, fileName));
     Run(m_connection, "INSERT INTO \"~Indexes\" VALUES (?1, ?2, ?3, ?4)",
-        {Value::FromText(Table), Value::FromText(Index.Name), Value::FromText(fileName), Value::FromBoolean(Index.Hidden)});
+        {Value::FromText(Table), Value::FromText(Index.Name), Value::FromText(fileName),
+         Value::FromBoolean(Index.Hidden)});
 }
 
 QString CSchema::FreeIndexName(const QString& Table, const QString& Index)
@@ -119,7 +125,9 @@ void CSchema::DeleteTable(const QString& Name)
         m_connection.Run("DROP TABLE " + mdlSchemaText::Quoted(table));
         for (const char* own : TablesWithNames) {
             if (m_hasExtras)
-                Run(m_connection, "DELETE FROM " + mdlSchemaText::Quoted(QString::fromLatin1(own)) + " WHERE TableName = ?1", {Value::FromText(table)});
+                Run(m_connection,
+                    "DELETE FROM " + mdlSchemaText::Quoted(QString::fromLatin1(own)) + " WHERE TableName = ?1",
+                    {Value::FromText(table)});
         }
     });
     Load();
@@ -144,7 +152,9 @@ void CSchema::RenameTable(const QString& OldName, const QString& NewName)
         RenameInFile(passingName, NewName);
         for (const char* own : TablesWithNames) {
             if (m_hasExtras)
-                Run(m_connection, "UPDATE " + mdlSchemaText::Quoted(QString::fromLatin1(own)) + " SET TableName = ?2 WHERE TableName = ?1",
+                Run(m_connection,
+                    "UPDATE " + mdlSchemaText::Quoted(QString::fromLatin1(own)) +
+                        " SET TableName = ?2 WHERE TableName = ?1",
                     {Value::FromText(table), Value::FromText(NewName)});
         }
     });
@@ -156,7 +166,8 @@ void CSchema::SaveQuery(const QString& Name, const QString& Sql)
     if (Name != TemporaryQuery) {
         m_connection.Atomically([&] {
             RequireOwnTables();
-            Run(m_connection, "INSERT OR REPLACE INTO \"~Queries\" VALUES (?1, ?2)", {Value::FromText(Name), Value::FromText(Sql)});
+            Run(m_connection, "INSERT OR REPLACE INTO \"~Queries\" VALUES (?1, ?2)",
+                {Value::FromText(Name), Value::FromText(Sql)});
         });
         m_hasExtras = true;
     }
@@ -176,4 +187,4 @@ void CSchema::DeleteQuery(const QString& Name)
     m_queries.erase(found);
 }
 
-}
+} // namespace dao

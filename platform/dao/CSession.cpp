@@ -10,9 +10,11 @@
 
 #include <sqlite3.h>
 
-namespace dao {
+namespace dao
+{
 
-namespace {
+namespace
+{
 
 constexpr int CompiledKept = 300;
 
@@ -26,12 +28,13 @@ QByteArray SkippingRows(const QByteArray& Sql)
     return Sql;
 }
 
-}
+} // namespace
 
 CSession::CSession(std::unique_ptr<CConnection> Connection)
-    : m_connection(std::move(Connection)), m_schema(std::make_unique<CSchema>(*m_connection)), m_compiled(CompiledKept)
-{
-}
+    : m_connection(std::move(Connection))
+    , m_schema(std::make_unique<CSchema>(*m_connection))
+    , m_compiled(CompiledKept)
+{}
 
 CSchema& CSession::Schema()
 {
@@ -180,4 +183,4 @@ void CSession::Close()
     m_connection->Close();
 }
 
-}
+} // namespace dao

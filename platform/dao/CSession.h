@@ -14,7 +14,8 @@
 #include <memory>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 class Recordset;
 
@@ -64,9 +65,9 @@ private:
     std::unique_ptr<CSchema> m_schema;
     QCache<QString, std::shared_ptr<const jetsql::Statement>> m_compiled;
     bool m_isSchemaDoubtful = false;
-    bool m_hasChangedStructure = false;   ///< within the running transaction
+    bool m_hasChangedStructure = false; ///< within the running transaction
 };
 
-}
+} // namespace dao
 
 #endif

@@ -3,10 +3,12 @@
 
 #include "platform/dao/CSnapshot.h"
 
-namespace dao {
+namespace dao
+{
 
 CSnapshot::CSnapshot(std::shared_ptr<CSession> Session, const CSession::Filled& Query, RecordsetType Type)
-    : Recordset(Type, Query.Statement.Columns), m_session(std::move(Session))
+    : Recordset(Type, Query.Statement.Columns)
+    , m_session(std::move(Session))
 {
     CConnection& connection = m_session->Connection();
     const CTopLimit limit = m_session->Limit(Query, FieldCount());
@@ -24,4 +26,4 @@ void CSnapshot::RequireEditable() const
     throw jetsql::MakeError(Type() == RecordsetType::Dynaset ? 3326 : 3251);
 }
 
-}
+} // namespace dao

@@ -8,7 +8,8 @@
 #include "platform/dao/CSession.h"
 #include "platform/dao/Recordset.h"
 
-namespace dao {
+namespace dao
+{
 
 /// All rows in memory, read-only. Needs the database only to be made, but refuses to be read once that is closed.
 class CSnapshot : public Recordset
@@ -33,6 +34,6 @@ private:
     CRowStore m_rows;
 };
 
-}
+} // namespace dao
 
 #endif

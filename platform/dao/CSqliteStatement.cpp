@@ -5,7 +5,8 @@
 
 #include <sqlite3.h>
 
-namespace dao {
+namespace dao
+{
 
 CSqliteStatement::CSqliteStatement(sqlite3* Connection, const QByteArray& Sql)
 {
@@ -14,9 +15,6 @@ CSqliteStatement::CSqliteStatement(sqlite3* Connection, const QByteArray& Sql)
     m_handle.reset(handle);
 }
 
-void CSqliteStatement::Finalize::operator()(sqlite3_stmt* Handle) const
-{
-    sqlite3_finalize(Handle);
-}
+void CSqliteStatement::Finalize::operator()(sqlite3_stmt* Handle) const { sqlite3_finalize(Handle); }
 
-}
+} // namespace dao

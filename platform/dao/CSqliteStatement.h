@@ -11,7 +11,8 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace dao {
+namespace dao
+{
 
 /// Owns a prepared statement; finalised with it.
 class CSqliteStatement
@@ -33,6 +34,6 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalize> m_handle;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -8,11 +8,13 @@
 
 #include <algorithm>
 
-namespace dao {
+namespace dao
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 std::vector<ResultColumn> ColumnsOf(const TableDef& Table)
 {
@@ -22,13 +24,14 @@ std::vector<ResultColumn> ColumnsOf(const TableDef& Table)
     return columns;
 }
 
-}
+} // namespace
 
 CTableRecordset::CTableRecordset(std::shared_ptr<CSession> Session, const TableDef& Table)
-    : Recordset(RecordsetType::Table, ColumnsOf(Table)), m_writer(std::move(Session), Table.Name, Columns()), m_table(Table),
-      m_row(Columns().size())
-{
-}
+    : Recordset(RecordsetType::Table, ColumnsOf(Table))
+    , m_writer(std::move(Session), Table.Name, Columns())
+    , m_table(Table)
+    , m_row(Columns().size())
+{}
 
 qint32 CTableRecordset::RecordCount() const
 {
@@ -77,10 +80,7 @@ qint64 CTableRecordset::CurrentRowId() const
     return m_rowIds[size_t(Position().Row())];
 }
 
-void CTableRecordset::RequireRow() const
-{
-    CurrentRowId();
-}
+void CTableRecordset::RequireRow() const { CurrentRowId(); }
 
 void CTableRecordset::RequireEditable() const
 {
@@ -200,8 +200,8 @@ void CTableRecordset::Seek(QStringView Operator, const std::vector<Value>& Keys)
         throw jetsql::MakeError(3001);
     const std::vector<Value> keys = SeekKeys(Keys);
     const char* direction = Operator.startsWith(u'<') ? "DESC" : "ASC";
-    CRun run(m_writer.Connection(), "SELECT _rowid_ FROM " + mdlSchemaText::Quoted(m_table.Name) + " WHERE "
-                                        + Condition(Operator, keys.size()) + Order(direction) + " LIMIT 1");
+    CRun run(m_writer.Connection(), "SELECT _rowid_ FROM " + mdlSchemaText::Quoted(m_table.Name) + " WHERE " +
+                                        Condition(Operator, keys.size()) + Order(direction) + " LIMIT 1");
     CSession::Bind(run, keys);
     const bool isFound = run.Step();
     SetNoMatch(!isFound);
@@ -218,4 +218,4 @@ void CTableRecordset::Release()
     m_row.clear();
 }
 
-}
+} // namespace dao

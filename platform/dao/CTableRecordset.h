@@ -8,7 +8,8 @@
 #include "platform/dao/Recordset.h"
 #include "platform/dao/TableDef.h"
 
-namespace dao {
+namespace dao
+{
 
 /// Adding rows and seeking go straight to the table; the list of rowids that moving needs is only made for the first
 /// move or question where it stands, and again after a change of the order.
@@ -46,15 +47,15 @@ private:
 
     mutable CTableWriter m_writer;
     TableDef m_table;
-    QStringList m_keyFields;                   ///< of the index in use; empty: the table's own order
+    QStringList m_keyFields; ///< of the index in use; empty: the table's own order
     mutable std::vector<qint64> m_rowIds;
-    mutable bool m_isSettled = false;          ///< m_rowIds is what the table holds
-    mutable bool m_isOpened = false;           ///< Position means something
-    mutable std::optional<qint64> m_sought;    ///< the current row, where its place is not known yet
+    mutable bool m_isSettled = false;       ///< m_rowIds is what the table holds
+    mutable bool m_isOpened = false;        ///< Position means something
+    mutable std::optional<qint64> m_sought; ///< the current row, where its place is not known yet
     mutable std::vector<Value> m_row;
     mutable bool m_isRead = false;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -7,15 +7,18 @@
 
 #include <sqlite3.h>
 
-namespace dao {
+namespace dao
+{
 
 CTableWriter::CTableWriter(std::shared_ptr<CSession> Session, const QString& Table, std::vector<ResultColumn> Fields)
-    : m_session(std::move(Session)), m_table(mdlSchemaText::Quoted(Table))
+    : m_session(std::move(Session))
+    , m_table(mdlSchemaText::Quoted(Table))
 {
     for (const ResultColumn& field : Fields) {
         m_types.push_back(field.Type);
         m_names.push_back(field.SourceField.isEmpty() ? QByteArray() : mdlSchemaText::Quoted(field.SourceField));
-        m_read += (m_read.isEmpty() ? "SELECT " : ", ") + (m_names.back().isEmpty() ? QByteArray("NULL") : m_names.back());
+        m_read +=
+            (m_read.isEmpty() ? "SELECT " : ", ") + (m_names.back().isEmpty() ? QByteArray("NULL") : m_names.back());
     }
     m_read += " FROM " + m_table + " WHERE _rowid_ = ?1";
 }
@@ -65,7 +68,8 @@ qint64 CTableWriter::Add(const std::vector<std::optional<Value>>& Row)
         names += (names.isEmpty() ? "" : ", ") + m_names[field];
         places += (places.isEmpty() ? "?" : ", ?") + QByteArray::number(int(field) + 1);
     }
-    CRun run(Connection(), "INSERT INTO " + m_table + (names.isEmpty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + places + ")"));
+    CRun run(Connection(), "INSERT INTO " + m_table +
+                               (names.isEmpty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + places + ")"));
     for (size_t field = 0; field < Row.size(); ++field) {
         if (Row[field])
             run.Bind(int(field) + 1, *Row[field]);
@@ -83,4 +87,4 @@ bool CTableWriter::Remove(qint64 RowId)
     return sqlite3_changes(Connection().Handle()) > 0;
 }
 
-}
+} // namespace dao

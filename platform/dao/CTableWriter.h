@@ -9,7 +9,8 @@
 #include <optional>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// The fields of one table that a recordset shows, by their place in the recordset. All members throw Error.
 class CTableWriter
@@ -34,10 +35,10 @@ private:
     std::shared_ptr<CSession> m_session;
     QByteArray m_table;
     std::vector<FieldType> m_types;
-    std::vector<QByteArray> m_names;   ///< quoted; empty for a field that is none of the table's
+    std::vector<QByteArray> m_names; ///< quoted; empty for a field that is none of the table's
     QByteArray m_read;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -3,7 +3,8 @@
 
 #include "platform/dao/CTopLimit.h"
 
-namespace dao {
+namespace dao
+{
 
 bool CTopLimit::Takes(const CRun& Row)
 {
@@ -28,4 +29,4 @@ std::vector<Value> CTopLimit::Keys(const CRun& Row) const
     return keys;
 }
 
-}
+} // namespace dao

@@ -8,7 +8,8 @@
 
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// Tells row by row whether it still belongs to the result. Rows that tie with the last one on every sort key do, so
 /// more rows than asked for can come.
@@ -16,7 +17,11 @@ class CTopLimit
 {
 public:
     /// Limit -1 takes every row. The KeyCount sort keys begin at column FirstKey of each row.
-    CTopLimit(qint64 Limit, int FirstKey, int KeyCount) : m_limit(Limit), m_firstKey(FirstKey), m_keyCount(KeyCount) {}
+    CTopLimit(qint64 Limit, int FirstKey, int KeyCount)
+        : m_limit(Limit)
+        , m_firstKey(FirstKey)
+        , m_keyCount(KeyCount)
+    {}
 
     /// To be asked once for each row in order.
     bool Takes(const CRun& Row);
@@ -31,6 +36,6 @@ private:
     std::vector<Value> m_lastKeys;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -5,9 +5,11 @@
 
 #include "platform/dao/Database.h"
 
-namespace dao {
+namespace dao
+{
 
-CTransaction::CTransaction(Database& Owner) : m_owner(Owner)
+CTransaction::CTransaction(Database& Owner)
+    : m_owner(Owner)
 {
     m_owner.BeginTrans();
 }
@@ -29,4 +31,4 @@ void CTransaction::Keep()
     m_open = false;
 }
 
-}
+} // namespace dao

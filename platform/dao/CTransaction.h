@@ -4,7 +4,8 @@
 #ifndef DAO_CTRANSACTION_H
 #define DAO_CTRANSACTION_H
 
-namespace dao {
+namespace dao
+{
 
 class Database;
 
@@ -26,6 +27,6 @@ private:
     bool m_open = true;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -10,25 +10,26 @@
 
 #include <sqlite3.h>
 
-namespace dao {
+namespace dao
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const std::vector<Value> NoParameters;
 
 /// Names are at most this long; what is longer cannot be the name of a saved query.
 constexpr qsizetype MaxNameSize = 66;
 
-}
+} // namespace
 
-Database::Database(std::shared_ptr<CSession> Session) : m_session(std::move(Session)) {}
+Database::Database(std::shared_ptr<CSession> Session)
+    : m_session(std::move(Session))
+{}
 
-Database::~Database()
-{
-    m_session->Close();
-}
+Database::~Database() { m_session->Close(); }
 
 std::unique_ptr<Database> Database::Open(const QString& FileName)
 {
@@ -46,35 +47,17 @@ CSession& Database::Session() const
     return *m_session;
 }
 
-QString Database::Name() const
-{
-    return m_session->Connection().FileName();
-}
+QString Database::Name() const { return m_session->Connection().FileName(); }
 
-bool Database::IsReadOnly() const
-{
-    return m_session->Connection().IsReadOnly();
-}
+bool Database::IsReadOnly() const { return m_session->Connection().IsReadOnly(); }
 
-bool Database::IsOpen() const
-{
-    return m_session->Connection().IsOpen();
-}
+bool Database::IsOpen() const { return m_session->Connection().IsOpen(); }
 
-void Database::Close()
-{
-    m_session->Close();
-}
+void Database::Close() { m_session->Close(); }
 
-void Database::Checkpoint()
-{
-    Session().Connection().Checkpoint();
-}
+void Database::Checkpoint() { Session().Connection().Checkpoint(); }
 
-void Database::LeaveLog()
-{
-    Session().Connection().LeaveLog();
-}
+void Database::LeaveLog() { Session().Connection().LeaveLog(); }
 
 QString Database::StatementText(const QString& Source) const
 {
@@ -108,40 +91,19 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, Record
     return Session().Open({*statement, shape.Literals, NoParameters}, Type);
 }
 
-void Database::BeginTrans()
-{
-    Session().Connection().Begin();
-}
+void Database::BeginTrans() { Session().Connection().Begin(); }
 
-void Database::CommitTrans()
-{
-    Session().Commit();
-}
+void Database::CommitTrans() { Session().Commit(); }
 
-void Database::Rollback()
-{
-    Session().Rollback();
-}
+void Database::Rollback() { Session().Rollback(); }
 
-bool Database::InTransaction() const
-{
-    return m_session->Connection().Depth() > 0;
-}
+bool Database::InTransaction() const { return m_session->Connection().Depth() > 0; }
 
-const std::vector<TableDef>& Database::TableDefs()
-{
-    return Session().Schema().Tables();
-}
+const std::vector<TableDef>& Database::TableDefs() { return Session().Schema().Tables(); }
 
-void Database::AppendTable(const TableDef& Table)
-{
-    Session().SchemaToChange().AppendTable(Table);
-}
+void Database::AppendTable(const TableDef& Table) { Session().SchemaToChange().AppendTable(Table); }
 
-void Database::DeleteTable(const QString& TableName)
-{
-    Session().SchemaToChange().DeleteTable(TableName);
-}
+void Database::DeleteTable(const QString& TableName) { Session().SchemaToChange().DeleteTable(TableName); }
 
 void Database::RenameTable(const QString& OldName, const QString& NewName)
 {
@@ -158,10 +120,7 @@ std::unique_ptr<QueryDef> Database::CreateQueryDef(const QString& QueryName, con
     return std::make_unique<QueryDef>(*this, QueryName, Sql);
 }
 
-QStringList Database::QueryDefs()
-{
-    return Session().Schema().QueryNames();
-}
+QStringList Database::QueryDefs() { return Session().Schema().QueryNames(); }
 
 std::unique_ptr<QueryDef> Database::FindQueryDef(const QString& QueryName)
 {
@@ -169,15 +128,9 @@ std::unique_ptr<QueryDef> Database::FindQueryDef(const QString& QueryName)
     return sql ? std::make_unique<QueryDef>(*this, QueryName, *sql) : nullptr;
 }
 
-void Database::DeleteQueryDef(const QString& QueryName)
-{
-    Session().QueriesToChange().DeleteQuery(QueryName);
-}
+void Database::DeleteQueryDef(const QString& QueryName) { Session().QueriesToChange().DeleteQuery(QueryName); }
 
-void Database::SetBusyTimeout(int Milliseconds)
-{
-    sqlite3_busy_timeout(Session().Connection().Handle(), Milliseconds);
-}
+void Database::SetBusyTimeout(int Milliseconds) { sqlite3_busy_timeout(Session().Connection().Handle(), Milliseconds); }
 
 void Database::SetMaxFileSize(qint64 Bytes)
 {
@@ -187,4 +140,4 @@ void Database::SetMaxFileSize(qint64 Bytes)
     connection.Run("PRAGMA max_page_count=" + QByteArray::number(pages));
 }
 
-}
+} // namespace dao

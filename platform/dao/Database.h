@@ -17,7 +17,8 @@
 #include <memory>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 class CSession;
 
@@ -33,7 +34,8 @@ public:
     /// Opens an existing file and changes no byte of it. A file or folder that cannot be written opens read-only.
     /// 3024 missing, 3044 no such folder, 3343 no database (also 0 bytes), 3049 damaged, 3051 not allowed, 3260 locked.
     static std::unique_ptr<Database> Open(const QString& FileName);
-    /// Makes a new, empty file. 3204 when there is something of that name, 3044 no such folder, 3051 or 3180 when it cannot be written.
+    /// Makes a new, empty file. 3204 when there is something of that name, 3044 no such folder, 3051 or 3180 when it
+    /// cannot be written.
     static std::unique_ptr<Database> Create(const QString& FileName);
 
     /// Closes, ignoring errors.
@@ -56,8 +58,8 @@ public:
     void Execute(const QString& Sql, ExecuteOption Option = ExecuteOption::FailOnError);
     /// Rows stored, changed or removed by the last Execute; skipped rows do not count.
     int RecordsAffected() const { return m_recordsAffected; }
-    /// Opens a query's text, or a table's or saved query's name. 3078 unknown table, 3061 parameters, 3219 an action statement.
-    /// Type Table wants a table's name (3011).
+    /// Opens a query's text, or a table's or saved query's name. 3078 unknown table, 3061 parameters, 3219 an action
+    /// statement. Type Table wants a table's name (3011).
     std::unique_ptr<Recordset> OpenRecordset(const QString& Source, RecordsetType Type = RecordsetType::Snapshot);
 
     /// Transactions nest to five levels (3003). 3034 for an end without a beginning.
@@ -71,7 +73,8 @@ public:
     /// All tables, hidden ones (Attributes not 0) too, in the order in which they were made.
     /// Valid until the structure changes.
     const std::vector<TableDef>& TableDefs();
-    /// 3010 table exists, 3012 query exists, 3264 no fields, 3125 bad name, 3191 field twice, 3409 index of an unknown field, 3283, 3284.
+    /// 3010 table exists, 3012 query exists, 3264 no fields, 3125 bad name, 3191 field twice, 3409 index of an unknown
+    /// field, 3283, 3284.
     void AppendTable(const TableDef& Table);
     /// 3265 when there is none.
     void DeleteTable(const QString& TableName);
@@ -90,7 +93,8 @@ public:
 
     /// How long another program's lock is waited for; 2000 unless set.
     void SetBusyTimeout(int Milliseconds);
-    /// Refuses to let the file grow beyond so many bytes, rounded down to whole pages: error 3026 as with a full disk. 0: no limit.
+    /// Refuses to let the file grow beyond so many bytes, rounded down to whole pages: error 3026 as with a full disk.
+    /// 0: no limit.
     void SetMaxFileSize(qint64 Bytes);
 
 private:
@@ -103,6 +107,6 @@ private:
     int m_recordsAffected = 0;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -5,11 +5,13 @@
 
 #include <array>
 
-namespace dao::mdlFieldTypes {
+namespace dao::mdlFieldTypes
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 struct Word
 {
@@ -19,15 +21,33 @@ struct Word
 
 /// The first word of a type is the one we write; the others are what other programs write.
 constexpr std::array Words = {
-    Word{FieldType::Boolean, "BOOLEAN"_L1},     Word{FieldType::Boolean, "BIT"_L1},       Word{FieldType::Byte, "BYTE"_L1},
-    Word{FieldType::Byte, "TINYINT"_L1},        Word{FieldType::Integer, "SHORT"_L1},     Word{FieldType::Integer, "SMALLINT"_L1},
-    Word{FieldType::Long, "LONG"_L1},           Word{FieldType::Long, "INTEGER"_L1},      Word{FieldType::Long, "INT"_L1},
-    Word{FieldType::Currency, "CURRENCY REAL"_L1}, Word{FieldType::Single, "SINGLE REAL"_L1}, Word{FieldType::Double, "DOUBLE"_L1},
-    Word{FieldType::Double, "REAL"_L1},         Word{FieldType::Double, "FLOAT"_L1},      Word{FieldType::Double, "NUMERIC"_L1},
-    Word{FieldType::Date, "DATETIME REAL"_L1},  Word{FieldType::Date, "DATE"_L1},         Word{FieldType::Date, "TIMESTAMP"_L1},
-    Word{FieldType::Binary, "BINARY"_L1},       Word{FieldType::Text, "TEXT"_L1},         Word{FieldType::Text, "VARCHAR"_L1},
-    Word{FieldType::Text, "CHAR"_L1},           Word{FieldType::LongBinary, "LONGBINARY"_L1}, Word{FieldType::LongBinary, "BLOB"_L1},
-    Word{FieldType::Memo, "MEMO TEXT"_L1},      Word{FieldType::Memo, "LONGTEXT"_L1},     Word{FieldType::Guid, "GUID TEXT"_L1},
+    Word{FieldType::Boolean, "BOOLEAN"_L1},
+    Word{FieldType::Boolean, "BIT"_L1},
+    Word{FieldType::Byte, "BYTE"_L1},
+    Word{FieldType::Byte, "TINYINT"_L1},
+    Word{FieldType::Integer, "SHORT"_L1},
+    Word{FieldType::Integer, "SMALLINT"_L1},
+    Word{FieldType::Long, "LONG"_L1},
+    Word{FieldType::Long, "INTEGER"_L1},
+    Word{FieldType::Long, "INT"_L1},
+    Word{FieldType::Currency, "CURRENCY REAL"_L1},
+    Word{FieldType::Single, "SINGLE REAL"_L1},
+    Word{FieldType::Double, "DOUBLE"_L1},
+    Word{FieldType::Double, "REAL"_L1},
+    Word{FieldType::Double, "FLOAT"_L1},
+    Word{FieldType::Double, "NUMERIC"_L1},
+    Word{FieldType::Date, "DATETIME REAL"_L1},
+    Word{FieldType::Date, "DATE"_L1},
+    Word{FieldType::Date, "TIMESTAMP"_L1},
+    Word{FieldType::Binary, "BINARY"_L1},
+    Word{FieldType::Text, "TEXT"_L1},
+    Word{FieldType::Text, "VARCHAR"_L1},
+    Word{FieldType::Text, "CHAR"_L1},
+    Word{FieldType::LongBinary, "LONGBINARY"_L1},
+    Word{FieldType::LongBinary, "BLOB"_L1},
+    Word{FieldType::Memo, "MEMO TEXT"_L1},
+    Word{FieldType::Memo, "LONGTEXT"_L1},
+    Word{FieldType::Guid, "GUID TEXT"_L1},
 };
 
 QLatin1StringView WordOf(FieldType Type)
@@ -39,10 +59,7 @@ QLatin1StringView WordOf(FieldType Type)
     return {};
 }
 
-bool HasSize(FieldType Type)
-{
-    return Type == FieldType::Text || Type == FieldType::Binary;
-}
+bool HasSize(FieldType Type) { return Type == FieldType::Text || Type == FieldType::Binary; }
 
 QString FirstWord(QStringView Text)
 {
@@ -52,7 +69,7 @@ QString FirstWord(QStringView Text)
     return Text.left(end).toString();
 }
 
-}
+} // namespace
 
 QString Declared(const FieldDef& Field)
 {
@@ -81,4 +98,4 @@ void Read(const QString& DeclaredType, FieldDef& Field)
     }
 }
 
-}
+} // namespace dao::mdlFieldTypes

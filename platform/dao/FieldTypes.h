@@ -8,7 +8,8 @@
 
 #include <QString>
 
-namespace dao::mdlFieldTypes {
+namespace dao::mdlFieldTypes
+{
 
 /// Most characters of a Text or Binary field.
 constexpr int MaxTextSize = 255;
@@ -20,6 +21,6 @@ QString Declared(const FieldDef& Field);
 /// Type and size of a declared type. Other programs' words are taken by their meaning; 0 as size where none is given.
 void Read(const QString& DeclaredType, FieldDef& Field);
 
-}
+} // namespace dao::mdlFieldTypes
 
 #endif

@@ -13,11 +13,13 @@
 
 #include <sqlite3.h>
 
-namespace dao::mdlOpenFile {
+namespace dao::mdlOpenFile
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int BusyTimeoutMs = 2000;
 constexpr int HeaderSize = 100;
@@ -35,8 +37,8 @@ bool HasLog(const QString& FileName)
     return QFileInfo(FileName + u"-wal"_s).size() > 0 || QFileInfo(FileName + u"-journal"_s).size() > 0;
 }
 
-/// A file that lost its end is found here, before a page that is missing is asked for. With a log beside it the file may
-/// rightly be short, as pages can be in the log only.
+/// A file that lost its end is found here, before a page that is missing is asked for. With a log beside it the file
+/// may rightly be short, as pages can be in the log only.
 void RequireWholeFile(const QString& FileName, qint64 FileSize, const QByteArray& Header)
 {
     const auto* bytes = reinterpret_cast<const uchar*>(Header.constData());
@@ -137,7 +139,7 @@ std::unique_ptr<CConnection> Finish(Owned Handle, const QString& FileName)
     return std::make_unique<CConnection>(Handle.release(), FileName, isReadOnly);
 }
 
-}
+} // namespace
 
 std::unique_ptr<CConnection> Open(const QString& FileName)
 {
@@ -152,18 +154,19 @@ std::unique_ptr<CConnection> Open(const QString& FileName)
     return Finish(std::move(handle), FileName);
 }
 
-namespace {
+namespace
+{
 
 /// Both have to be set before the first page is written.
 void SetFormat(sqlite3* Handle, const QString& FileName)
 {
-    const QByteArray sql = "PRAGMA encoding='UTF-16le'; PRAGMA page_size=4096; PRAGMA application_id="
-        + QByteArray::number(ApplicationId) + "; PRAGMA journal_mode=WAL";
+    const QByteArray sql = "PRAGMA encoding='UTF-16le'; PRAGMA page_size=4096; PRAGMA application_id=" +
+                           QByteArray::number(ApplicationId) + "; PRAGMA journal_mode=WAL";
     if (sqlite3_exec(Handle, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
         throw mdlSqliteErrors::LastError(Handle, FileName);
 }
 
-}
+} // namespace
 
 std::unique_ptr<CConnection> Create(const QString& FileName)
 {
@@ -188,4 +191,4 @@ std::unique_ptr<CConnection> Create(const QString& FileName)
     }
 }
 
-}
+} // namespace dao::mdlOpenFile

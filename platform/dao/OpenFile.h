@@ -10,7 +10,8 @@
 
 #include <memory>
 
-namespace dao::mdlOpenFile {
+namespace dao::mdlOpenFile
+{
 
 /// Marks our files in SQLite's own header field for it: "Tavr".
 constexpr int ApplicationId = 0x54617672;
@@ -21,6 +22,6 @@ std::unique_ptr<CConnection> Open(const QString& FileName);
 /// Makes a new file; see Database::Create for the errors. Leaves nothing behind when it fails.
 std::unique_ptr<CConnection> Create(const QString& FileName);
 
-}
+} // namespace dao::mdlOpenFile
 
 #endif

@@ -7,12 +7,15 @@
 #include "platform/dao/Database.h"
 #include "platform/dao/Values.h"
 
-namespace dao {
+namespace dao
+{
 
 QueryDef::QueryDef(Database& Owner, QString Name, QString Sql)
-    : m_owner(Owner), m_name(std::move(Name)), m_sql(std::move(Sql)), m_shape(jetsql::TakeShape(m_sql))
-{
-}
+    : m_owner(Owner)
+    , m_name(std::move(Name))
+    , m_sql(std::move(Sql))
+    , m_shape(jetsql::TakeShape(m_sql))
+{}
 
 void QueryDef::SetSql(const QString& Sql)
 {
@@ -25,20 +28,11 @@ void QueryDef::SetSql(const QString& Sql)
     m_values.clear();
 }
 
-std::shared_ptr<const jetsql::Statement> QueryDef::Statement()
-{
-    return m_owner.Session().Compile(m_shape);
-}
+std::shared_ptr<const jetsql::Statement> QueryDef::Statement() { return m_owner.Session().Compile(m_shape); }
 
-QueryType QueryDef::Type()
-{
-    return Statement()->Type;
-}
+QueryType QueryDef::Type() { return Statement()->Type; }
 
-std::vector<ParameterInfo> QueryDef::Parameters()
-{
-    return Statement()->Parameters;
-}
+std::vector<ParameterInfo> QueryDef::Parameters() { return Statement()->Parameters; }
 
 void QueryDef::SetParameter(int Parameter, const Value& NewValue)
 {
@@ -46,7 +40,8 @@ void QueryDef::SetParameter(int Parameter, const Value& NewValue)
     if (Parameter < 0 || size_t(Parameter) >= parameters.size())
         throw jetsql::MakeError(3265);
     m_values.resize(parameters.size());
-    m_values[size_t(Parameter)] = NewValue.IsNull() ? NewValue : mdlValues::ConvertTo(parameters[size_t(Parameter)].Type, NewValue);
+    m_values[size_t(Parameter)] =
+        NewValue.IsNull() ? NewValue : mdlValues::ConvertTo(parameters[size_t(Parameter)].Type, NewValue);
 }
 
 std::vector<Value> QueryDef::FilledParameters(const jetsql::Statement& Statement) const
@@ -80,4 +75,4 @@ std::unique_ptr<Recordset> QueryDef::OpenRecordset(RecordsetType Type)
     return m_owner.Session().Open({*statement, m_shape.Literals, parameters}, Type);
 }
 
-}
+} // namespace dao

@@ -12,7 +12,8 @@
 #include <optional>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 class Database;
 class Recordset;
@@ -55,6 +56,6 @@ private:
     int m_recordsAffected = 0;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -6,9 +6,13 @@
 #include "platform/dao/Values.h"
 #include "platform/text/Fold.h"
 
-namespace dao {
+namespace dao
+{
 
-Recordset::Recordset(RecordsetType Type, std::vector<ResultColumn> Columns) : m_type(Type), m_columns(std::move(Columns)) {}
+Recordset::Recordset(RecordsetType Type, std::vector<ResultColumn> Columns)
+    : m_type(Type)
+    , m_columns(std::move(Columns))
+{}
 
 Recordset::~Recordset() = default;
 
@@ -149,15 +153,9 @@ void Recordset::BeginEdit(EditMode Mode)
     m_editMode = Mode;
 }
 
-void Recordset::AddNew()
-{
-    BeginEdit(EditMode::Add);
-}
+void Recordset::AddNew() { BeginEdit(EditMode::Add); }
 
-void Recordset::Edit()
-{
-    BeginEdit(EditMode::Edit);
-}
+void Recordset::Edit() { BeginEdit(EditMode::Edit); }
 
 void Recordset::Set(int Field, const Value& NewValue)
 {
@@ -220,25 +218,13 @@ void Recordset::Seek(QStringView, const std::vector<Value>&)
     throw jetsql::MakeError(3251);
 }
 
-void Recordset::RequireEditable() const
-{
-    throw jetsql::MakeError(3251);
-}
+void Recordset::RequireEditable() const { throw jetsql::MakeError(3251); }
 
-void Recordset::StoreChanges(const EditBuffer&)
-{
-    RequireEditable();
-}
+void Recordset::StoreChanges(const EditBuffer&) { RequireEditable(); }
 
-void Recordset::StoreNew(const EditBuffer&)
-{
-    RequireEditable();
-}
+void Recordset::StoreNew(const EditBuffer&) { RequireEditable(); }
 
-void Recordset::RemoveCurrent()
-{
-    RequireEditable();
-}
+void Recordset::RemoveCurrent() { RequireEditable(); }
 
 void Recordset::Close()
 {
@@ -249,4 +235,4 @@ void Recordset::Close()
     m_closed = true;
 }
 
-}
+} // namespace dao

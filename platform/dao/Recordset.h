@@ -13,12 +13,13 @@
 #include <optional>
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// Rows of a table or a query, one of them current.
 ///
-/// Opens on the first row; an empty one opens with Bof and Eof both true. All members throw Error; most used numbers: 3021
-/// no current row, 3265 no such field, 3420 closed, 3251 not possible with this kind, 3027 read-only file, 3326
+/// Opens on the first row; an empty one opens with Bof and Eof both true. All members throw Error; most used numbers:
+/// 3021 no current row, 3265 no such field, 3420 closed, 3251 not possible with this kind, 3027 read-only file, 3326
 /// rows of a query that cannot be edited. Moving, closing or a new Edit or AddNew drop a pending edit silently.
 /// Outliving its Database is allowed: from Database::Close on everything but the destructor throws 3420.
 class Recordset
@@ -77,7 +78,8 @@ public:
     /// Removes the current row. It stays the current one, but reading it is error 3167 until the next move.
     void Delete();
 
-    /// Table type only: orders by an index and goes to the first row; empty: back to the table's own order. 3015 unknown index.
+    /// Table type only: orders by an index and goes to the first row; empty: back to the table's own order. 3015
+    /// unknown index.
     virtual void SetIndex(QStringView IndexName);
     /// Table type only: finds the first row ("=", ">=", ">") or the last ("<=", "<") whose key compares so with Keys.
     /// Missing trailing keys are Null for "=" and not compared otherwise. Not found: NoMatch, and no current row.
@@ -104,7 +106,8 @@ protected:
     virtual void RequireConnection() const = 0;
     /// Rows there are; asked before every move, after Settle.
     virtual qsizetype RowTotal() const = 0;
-    /// Called before the position is asked for or changed; a kind that looks for its rows only when it must does so here.
+    /// Called before the position is asked for or changed; a kind that looks for its rows only when it must does so
+    /// here.
     virtual void Settle() const {}
     /// Throws 3021 or 3167 without a current row.
     virtual void RequireRow() const { Position().Row(); }
@@ -135,13 +138,13 @@ private:
 
     RecordsetType m_type;
     std::vector<ResultColumn> m_columns;
-    mutable CPosition m_position;   // a table is only positioned when somebody asks where it stands
+    mutable CPosition m_position; // a table is only positioned when somebody asks where it stands
     EditMode m_editMode = EditMode::None;
     EditBuffer m_edit;
     bool m_noMatch = false;
     bool m_closed = false;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -8,11 +8,13 @@
 
 #include <QSet>
 
-namespace dao::mdlSchemaText {
+namespace dao::mdlSchemaText
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int MaxNameSize = 64;
 constexpr size_t MaxFields = 255;
@@ -122,12 +124,9 @@ QByteArray FieldRules(const FieldDef& Field)
     return rules;
 }
 
-}
+} // namespace
 
-QByteArray Quoted(QStringView Name)
-{
-    return '"' + Name.toUtf8().replace('"', "\"\"") + '"';
-}
+QByteArray Quoted(QStringView Name) { return '"' + Name.toUtf8().replace('"', "\"\"") + '"'; }
 
 void RequireName(const QString& Name)
 {
@@ -159,8 +158,8 @@ QByteArray CreateTable(const TableDef& Table)
     QByteArray fields;
     QByteArray rules;
     for (const FieldDef& field : Table.Fields) {
-        fields += (fields.isEmpty() ? "\n  " : ",\n  ") + Quoted(field.Name) + ' ' + mdlFieldTypes::Declared(field).toLatin1()
-            + NullRule(Table, field);
+        fields += (fields.isEmpty() ? "\n  " : ",\n  ") + Quoted(field.Name) + ' ' +
+                  mdlFieldTypes::Declared(field).toLatin1() + NullRule(Table, field);
         rules += FieldRules(field);
     }
     if (const IndexDef* primary = PrimaryIndex(Table))
@@ -174,4 +173,4 @@ QByteArray CreateIndex(const QString& Table, const IndexDef& Index, const QStrin
     return kind + Quoted(FileName) + " ON " + Quoted(Table) + " (" + QuotedList(Index.Fields) + ")";
 }
 
-}
+} // namespace dao::mdlSchemaText

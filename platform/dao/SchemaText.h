@@ -9,7 +9,8 @@
 #include <QByteArray>
 #include <QString>
 
-namespace dao::mdlSchemaText {
+namespace dao::mdlSchemaText
+{
 
 /// Name in quotation marks, as SQLite takes any name.
 QByteArray Quoted(QStringView Name);
@@ -30,6 +31,6 @@ QByteArray CreateTable(const TableDef& Table);
 /// FileName is the index's name in the file, where index names of all tables share one space.
 QByteArray CreateIndex(const QString& Table, const IndexDef& Index, const QString& FileName);
 
-}
+} // namespace dao::mdlSchemaText
 
 #endif

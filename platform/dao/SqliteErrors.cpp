@@ -7,22 +7,22 @@
 
 #include <cerrno>
 
-namespace dao::mdlSqliteErrors {
+namespace dao::mdlSqliteErrors
+{
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString LastMessage(sqlite3* Connection)
+namespace
 {
-    return QString::fromUtf8(sqlite3_errmsg(Connection));
-}
+
+QString LastMessage(sqlite3* Connection) { return QString::fromUtf8(sqlite3_errmsg(Connection)); }
 
 bool IsPrimaryField(sqlite3* Connection, const QString& Table, const QString& Field)
 {
     int isPrimary = 0;
-    const int code = sqlite3_table_column_metadata(Connection, "main", Table.toUtf8().constData(), Field.toUtf8().constData(),
-                                                   nullptr, nullptr, nullptr, &isPrimary, nullptr);
+    const int code =
+        sqlite3_table_column_metadata(Connection, "main", Table.toUtf8().constData(), Field.toUtf8().constData(),
+                                      nullptr, nullptr, nullptr, &isPrimary, nullptr);
     return code == SQLITE_OK && isPrimary != 0;
 }
 
@@ -51,11 +51,16 @@ Error RuleBroken(sqlite3* Connection)
 Error FromConstraint(sqlite3* Connection, int ExtendedCode)
 {
     switch (ExtendedCode) {
-    case SQLITE_CONSTRAINT_NOTNULL: return NullRefused(Connection);
-    case SQLITE_CONSTRAINT_CHECK: return RuleBroken(Connection);
-    case SQLITE_CONSTRAINT_FOREIGNKEY: return jetsql::MakeError(3201);
-    case SQLITE_CONSTRAINT_DATATYPE: return jetsql::MakeError(3421);
-    default: return jetsql::MakeError(3022);
+    case SQLITE_CONSTRAINT_NOTNULL:
+        return NullRefused(Connection);
+    case SQLITE_CONSTRAINT_CHECK:
+        return RuleBroken(Connection);
+    case SQLITE_CONSTRAINT_FOREIGNKEY:
+        return jetsql::MakeError(3201);
+    case SQLITE_CONSTRAINT_DATATYPE:
+        return jetsql::MakeError(3421);
+    default:
+        return jetsql::MakeError(3022);
     }
 }
 
@@ -83,26 +88,37 @@ bool IsReadFailure(int ExtendedCode)
     return ExtendedCode == SQLITE_IOERR_READ || ExtendedCode == SQLITE_IOERR_SHORT_READ;
 }
 
-}
+} // namespace
 
 Error FromCode(int ExtendedCode, const QString& FileName)
 {
     switch (ExtendedCode & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL: return jetsql::MakeError(3260);
-    case SQLITE_FULL: return jetsql::MakeError(3026);
-    case SQLITE_READONLY: return jetsql::MakeError(3027);
-    case SQLITE_CORRUPT: return jetsql::MakeError(3049, {FileName});
-    case SQLITE_NOTADB: return jetsql::MakeError(3343, {FileName});
+    case SQLITE_PROTOCOL:
+        return jetsql::MakeError(3260);
+    case SQLITE_FULL:
+        return jetsql::MakeError(3026);
+    case SQLITE_READONLY:
+        return jetsql::MakeError(3027);
+    case SQLITE_CORRUPT:
+        return jetsql::MakeError(3049, {FileName});
+    case SQLITE_NOTADB:
+        return jetsql::MakeError(3343, {FileName});
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
-    case SQLITE_AUTH: return jetsql::MakeError(3051, {FileName});
-    case SQLITE_IOERR: return jetsql::MakeError(IsReadFailure(ExtendedCode) ? 3040 : 3043);
-    case SQLITE_TOOBIG: return jetsql::MakeError(3047);
-    case SQLITE_INTERRUPT: return jetsql::MakeError(3059);
-    case SQLITE_MISMATCH: return jetsql::MakeError(3421);
-    default: return jetsql::MakeError(3000);
+    case SQLITE_AUTH:
+        return jetsql::MakeError(3051, {FileName});
+    case SQLITE_IOERR:
+        return jetsql::MakeError(IsReadFailure(ExtendedCode) ? 3040 : 3043);
+    case SQLITE_TOOBIG:
+        return jetsql::MakeError(3047);
+    case SQLITE_INTERRUPT:
+        return jetsql::MakeError(3059);
+    case SQLITE_MISMATCH:
+        return jetsql::MakeError(3421);
+    default:
+        return jetsql::MakeError(3000);
     }
 }
 
@@ -110,11 +126,15 @@ Error LastError(sqlite3* Connection, const QString& FileName)
 {
     const int code = sqlite3_extended_errcode(Connection);
     switch (code & 0xff) {
-    case SQLITE_CONSTRAINT: return FromConstraint(Connection, code);
-    case SQLITE_ERROR: return FromFunction(Connection);
-    case SQLITE_IOERR: return IsOutOfSpace(Connection) ? jetsql::MakeError(3026) : FromCode(code, FileName);
-    default: return FromCode(code, FileName);
+    case SQLITE_CONSTRAINT:
+        return FromConstraint(Connection, code);
+    case SQLITE_ERROR:
+        return FromFunction(Connection);
+    case SQLITE_IOERR:
+        return IsOutOfSpace(Connection) ? jetsql::MakeError(3026) : FromCode(code, FileName);
+    default:
+        return FromCode(code, FileName);
     }
 }
 
-}
+} // namespace dao::mdlSqliteErrors

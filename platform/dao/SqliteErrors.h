@@ -10,7 +10,8 @@
 
 struct sqlite3;
 
-namespace dao::mdlSqliteErrors {
+namespace dao::mdlSqliteErrors
+{
 
 /// The error that a connection's last call came back with. FileName is what messages call the database.
 Error LastError(sqlite3* Connection, const QString& FileName);
@@ -18,6 +19,6 @@ Error LastError(sqlite3* Connection, const QString& FileName);
 /// The same for a bare code, where there is no connection to ask.
 Error FromCode(int ExtendedCode, const QString& FileName);
 
-}
+} // namespace dao::mdlSqliteErrors
 
 #endif

@@ -5,7 +5,8 @@
 
 #include "platform/text/Fold.h"
 
-namespace dao {
+namespace dao
+{
 
 const FieldDef* TableDef::FindField(QStringView FieldName) const
 {
@@ -25,4 +26,4 @@ const IndexDef* TableDef::FindIndex(QStringView IndexName) const
     return nullptr;
 }
 
-}
+} // namespace dao

@@ -12,16 +12,17 @@
 
 #include <vector>
 
-namespace dao {
+namespace dao
+{
 
 /// One field of a table.
 struct FieldDef
 {
     QString Name;
     FieldType Type = FieldType::Long;
-    int Size = 0;                  ///< Text: most characters in UTF-16 units, 1..255 (0 = 255); otherwise 0
-    bool AllowZeroLength = false;  ///< Text and Memo: whether '' can be stored
-    bool Required = false;         ///< Null is refused (3314)
+    int Size = 0;                 ///< Text: most characters in UTF-16 units, 1..255 (0 = 255); otherwise 0
+    bool AllowZeroLength = false; ///< Text and Memo: whether '' can be stored
+    bool Required = false;        ///< Null is refused (3314)
     QString Description;
 };
 
@@ -29,10 +30,10 @@ struct FieldDef
 struct IndexDef
 {
     QString Name;
-    QStringList Fields;    ///< 1 to 10, in the order of the key
-    bool Primary = false;  ///< unique, and Null is refused (3058)
+    QStringList Fields;   ///< 1 to 10, in the order of the key
+    bool Primary = false; ///< unique, and Null is refused (3058)
     bool Unique = false;
-    bool Hidden = false;   ///< serves speed only; not among the indexes that TableDefs tells
+    bool Hidden = false; ///< serves speed only; not among the indexes that TableDefs tells
 };
 
 /// One table. Attributes is not 0 for the layer's own tables and for those made hidden.
@@ -54,6 +55,6 @@ struct TableDef
     const IndexDef* FindIndex(QStringView IndexName) const;
 };
 
-}
+} // namespace dao
 
 #endif

@@ -9,12 +9,13 @@
 #include <cstring>
 #include <limits>
 
-namespace dao::mdlValues {
+namespace dao::mdlValues
+{
 
-namespace {
+namespace
+{
 
-template <class Number>
-bool Fits(qint64 Data)
+template<class Number> bool Fits(qint64 Data)
 {
     return Data >= std::numeric_limits<Number>::min() && Data <= std::numeric_limits<Number>::max();
 }
@@ -30,48 +31,76 @@ Value ToSingle(const Value& Source)
 Value Convert(FieldType Type, const Value& Source)
 {
     switch (Type) {
-    case FieldType::Boolean: return Value::FromBoolean(Source.ToBoolean());
-    case FieldType::Byte: return Value::FromByte(Source.ToLong());
-    case FieldType::Integer: return Value::FromInteger(Source.ToLong());
-    case FieldType::Long: return Value::FromLong(Source.ToLong());
-    case FieldType::Currency: return Value::FromCurrency(Source.ToDouble());
-    case FieldType::Single: return ToSingle(Source);
-    case FieldType::Double: return Value::FromDouble(Source.ToDouble());
-    case FieldType::Date: return Value::FromDate(Source.ToDate());
+    case FieldType::Boolean:
+        return Value::FromBoolean(Source.ToBoolean());
+    case FieldType::Byte:
+        return Value::FromByte(Source.ToLong());
+    case FieldType::Integer:
+        return Value::FromInteger(Source.ToLong());
+    case FieldType::Long:
+        return Value::FromLong(Source.ToLong());
+    case FieldType::Currency:
+        return Value::FromCurrency(Source.ToDouble());
+    case FieldType::Single:
+        return ToSingle(Source);
+    case FieldType::Double:
+        return Value::FromDouble(Source.ToDouble());
+    case FieldType::Date:
+        return Value::FromDate(Source.ToDate());
     case FieldType::Text:
-    case FieldType::Guid: return Value::FromText(Source.ToText());
-    case FieldType::Memo: return Value::FromMemo(Source.ToText());
-    default: throw jetsql::MakeError(3421);
+    case FieldType::Guid:
+        return Value::FromText(Source.ToText());
+    case FieldType::Memo:
+        return Value::FromMemo(Source.ToText());
+    default:
+        throw jetsql::MakeError(3421);
     }
 }
 
 Value FromInteger(qint64 Data, FieldType Type)
 {
     switch (Type) {
-    case FieldType::Boolean: return Value::FromBoolean(Data != 0);
-    case FieldType::Byte: return Fits<quint8>(Data) ? Value::FromByte(int(Data)) : Value::FromDouble(double(Data));
-    case FieldType::Integer: return Fits<qint16>(Data) ? Value::FromInteger(int(Data)) : Value::FromDouble(double(Data));
+    case FieldType::Boolean:
+        return Value::FromBoolean(Data != 0);
+    case FieldType::Byte:
+        return Fits<quint8>(Data) ? Value::FromByte(int(Data)) : Value::FromDouble(double(Data));
+    case FieldType::Integer:
+        return Fits<qint16>(Data) ? Value::FromInteger(int(Data)) : Value::FromDouble(double(Data));
     case FieldType::Null:
-    case FieldType::Long: return Fits<qint32>(Data) ? Value::FromLong(qint32(Data)) : Value::FromDouble(double(Data));
-    case FieldType::Currency: return Value::FromCurrency(double(Data));
-    case FieldType::Single: return Value::FromSingle(float(Data));
-    case FieldType::Date: return Value::FromDate(double(Data));
-    case FieldType::Text: return Value::FromText(QString::number(Data));
-    case FieldType::Memo: return Value::FromMemo(QString::number(Data));
-    default: return Value::FromDouble(double(Data));
+    case FieldType::Long:
+        return Fits<qint32>(Data) ? Value::FromLong(qint32(Data)) : Value::FromDouble(double(Data));
+    case FieldType::Currency:
+        return Value::FromCurrency(double(Data));
+    case FieldType::Single:
+        return Value::FromSingle(float(Data));
+    case FieldType::Date:
+        return Value::FromDate(double(Data));
+    case FieldType::Text:
+        return Value::FromText(QString::number(Data));
+    case FieldType::Memo:
+        return Value::FromMemo(QString::number(Data));
+    default:
+        return Value::FromDouble(double(Data));
     }
 }
 
 Value FromReal(double Data, FieldType Type)
 {
     switch (Type) {
-    case FieldType::Boolean: return Value::FromBoolean(Data != 0);
-    case FieldType::Currency: return Value::FromCurrency(Data);
-    case FieldType::Single: return Value::FromSingle(float(Data));
-    case FieldType::Date: return Value::FromDate(Data);
-    case FieldType::Text: return Value::FromText(Value::FromDouble(Data).ToText());
-    case FieldType::Memo: return Value::FromMemo(Value::FromDouble(Data).ToText());
-    default: return Value::FromDouble(Data);
+    case FieldType::Boolean:
+        return Value::FromBoolean(Data != 0);
+    case FieldType::Currency:
+        return Value::FromCurrency(Data);
+    case FieldType::Single:
+        return Value::FromSingle(float(Data));
+    case FieldType::Date:
+        return Value::FromDate(Data);
+    case FieldType::Text:
+        return Value::FromText(Value::FromDouble(Data).ToText());
+    case FieldType::Memo:
+        return Value::FromMemo(Value::FromDouble(Data).ToText());
+    default:
+        return Value::FromDouble(Data);
     }
 }
 
@@ -81,7 +110,7 @@ QString BytesAsText(sqlite3_stmt* Statement, int Column)
     return QString::fromLatin1(QByteArray(bytes, sqlite3_column_bytes(Statement, Column)).toHex().toUpper());
 }
 
-}
+} // namespace
 
 Value ConvertTo(FieldType Type, const Value& Source)
 {
@@ -99,19 +128,25 @@ Value ConvertTo(FieldType Type, const Value& Source)
 void Bind(sqlite3_stmt* Statement, int Index, const Value& Source)
 {
     switch (Source.Type()) {
-    case FieldType::Null: sqlite3_bind_null(Statement, Index); break;
+    case FieldType::Null:
+        sqlite3_bind_null(Statement, Index);
+        break;
     case FieldType::Boolean:
     case FieldType::Byte:
     case FieldType::Integer:
-    case FieldType::Long: sqlite3_bind_int(Statement, Index, Source.ToLong()); break;
+    case FieldType::Long:
+        sqlite3_bind_int(Statement, Index, Source.ToLong());
+        break;
     case FieldType::Text:
     case FieldType::Memo: {
         const QString& data = Source.TextRef();
-        sqlite3_bind_text64(Statement, Index, reinterpret_cast<const char*>(data.utf16()), sqlite3_uint64(data.size()) * 2,
-                            SQLITE_STATIC, SQLITE_UTF16);
+        sqlite3_bind_text64(Statement, Index, reinterpret_cast<const char*>(data.utf16()),
+                            sqlite3_uint64(data.size()) * 2, SQLITE_STATIC, SQLITE_UTF16);
         break;
     }
-    default: sqlite3_bind_double(Statement, Index, Source.ToDouble()); break;
+    default:
+        sqlite3_bind_double(Statement, Index, Source.ToDouble());
+        break;
     }
 }
 
@@ -130,14 +165,18 @@ QString ReadText(sqlite3_stmt* Statement, int Column, bool IsUtf16)
 Value Read(sqlite3_stmt* Statement, int Column, FieldType Type, bool IsUtf16)
 {
     switch (sqlite3_column_type(Statement, Column)) {
-    case SQLITE_INTEGER: return FromInteger(sqlite3_column_int64(Statement, Column), Type);
-    case SQLITE_FLOAT: return FromReal(sqlite3_column_double(Statement, Column), Type);
+    case SQLITE_INTEGER:
+        return FromInteger(sqlite3_column_int64(Statement, Column), Type);
+    case SQLITE_FLOAT:
+        return FromReal(sqlite3_column_double(Statement, Column), Type);
     case SQLITE_TEXT:
         return Type == FieldType::Memo ? Value::FromMemo(ReadText(Statement, Column, IsUtf16))
                                        : Value::FromText(ReadText(Statement, Column, IsUtf16));
-    case SQLITE_BLOB: return Value::FromText(BytesAsText(Statement, Column));
-    default: return {};
+    case SQLITE_BLOB:
+        return Value::FromText(BytesAsText(Statement, Column));
+    default:
+        return {};
     }
 }
 
-}
+} // namespace dao::mdlValues

@@ -8,7 +8,8 @@
 
 struct sqlite3_stmt;
 
-namespace dao::mdlValues {
+namespace dao::mdlValues
+{
 
 /// The value as a field of that type holds it; Null stays Null, but in a Boolean it is False. FieldType::Null leaves
 /// it as it is. Throws 3421 for what does not convert.
@@ -23,6 +24,6 @@ Value Read(sqlite3_stmt* Statement, int Column, FieldType Type, bool IsUtf16);
 /// The column's text.
 QString ReadText(sqlite3_stmt* Statement, int Column, bool IsUtf16);
 
-}
+} // namespace dao::mdlValues
 
 #endif

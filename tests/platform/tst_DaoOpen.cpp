@@ -53,10 +53,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void tst_DaoOpen::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-}
+void tst_DaoOpen::init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
 void tst_DaoOpen::cleanup()
 {
@@ -105,7 +102,8 @@ void tst_DaoOpen::BadContents_data()
     QTest::newRow("one byte") << QByteArray("S") << 3343;
     QTest::newRow("text") << QByteArray("log of けやき\r\n").repeated(500) << 3343;
     QTest::newRow("zeros") << QByteArray(8192, '\0') << 3343;
-    QTest::newRow("another database format") << QByteArray("\0\1\0\0Standard Something DB\0", 24) + QByteArray(4096, 'x') << 3343;
+    QTest::newRow("another database format")
+        << QByteArray("\0\1\0\0Standard Something DB\0", 24) + QByteArray(4096, 'x') << 3343;
     QTest::newRow("magic alone") << magic << 3049;
     QTest::newRow("magic, then junk") << magic + QByteArray(8192, '\xa5') << 3049;
     QTest::newRow("magic, then other junk") << magic + QByteArray("0123456789").repeated(800) << 3049;
@@ -281,7 +279,8 @@ void tst_DaoOpen::LeaveLogMakesOneFile()
     db->LeaveLog();
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({u"a.mdb"_s}));
     QVERIFY(QFile::rename(Path(), Path(u"b.mdb"_s)));
-    QCOMPARE(CRawDatabase(Path(u"b.mdb"_s)).Rows(u"SELECT count(*) FROM sqlite_master WHERE name = 'T'"_s), QStringList({u"0"_s}));
+    QCOMPARE(CRawDatabase(Path(u"b.mdb"_s)).Rows(u"SELECT count(*) FROM sqlite_master WHERE name = 'T'"_s),
+             QStringList({u"0"_s}));
 }
 
 QTEST_GUILESS_MAIN(tst_DaoOpen)

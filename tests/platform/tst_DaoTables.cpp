@@ -38,15 +38,17 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-namespace {
+namespace
+{
 
 dao::TableDef Letters()
 {
     dao::TableDef table;
     table.Name = u"Letters"_s;
-    table.Fields = {Field(u"ID"_s, FieldType::Long), Field(u"Board"_s, FieldType::Integer), Field(u"Read"_s, FieldType::Boolean),
-                    Field(u"Title"_s, FieldType::Text, 5, true), Field(u"Name"_s, FieldType::Text), Field(u"Sent"_s, FieldType::Date),
-                    Field(u"Body"_s, FieldType::Memo), Field(u"Price"_s, FieldType::Currency)};
+    table.Fields = {Field(u"ID"_s, FieldType::Long),      Field(u"Board"_s, FieldType::Integer),
+                    Field(u"Read"_s, FieldType::Boolean), Field(u"Title"_s, FieldType::Text, 5, true),
+                    Field(u"Name"_s, FieldType::Text),    Field(u"Sent"_s, FieldType::Date),
+                    Field(u"Body"_s, FieldType::Memo),    Field(u"Price"_s, FieldType::Currency)};
     table.Fields[5].Required = true;
     table.Fields[6].Description = u"本文"_s;
     table.Indexes = {{u"PK"_s, {u"ID"_s, u"Board"_s}, true, true, false},
@@ -60,36 +62,40 @@ QString Described(const dao::TableDef& Table)
 {
     QStringList parts{Table.Name + u' ' + QString::number(Table.Attributes)};
     for (const dao::FieldDef& field : Table.Fields)
-        parts.append(u"%1 %2 %3%4%5%6"_s.arg(field.Name).arg(int(field.Type)).arg(field.Size)
-                         .arg(field.AllowZeroLength ? u" empty"_s : u""_s, field.Required ? u" required"_s : u""_s, field.Description));
+        parts.append(u"%1 %2 %3%4%5%6"_s.arg(field.Name)
+                         .arg(int(field.Type))
+                         .arg(field.Size)
+                         .arg(field.AllowZeroLength ? u" empty"_s : u""_s, field.Required ? u" required"_s : u""_s,
+                              field.Description));
     for (const dao::IndexDef& index : Table.Indexes)
         parts.append(u"%1(%2)%3%4"_s.arg(index.Name, index.Fields.join(u','), index.Primary ? u" primary"_s : u""_s,
                                          index.Unique ? u" unique"_s : u""_s));
     return parts.join(u"; "_s);
 }
 
-}
+} // namespace
 
-void tst_DaoTables::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-}
+void tst_DaoTables::init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
 void tst_DaoTables::FileIsPlainSqlite()
 {
     Database::Create(Path(u"a.mdb"_s))->AppendTable(Letters());
     CRawDatabase raw(Path(u"a.mdb"_s));
     QCOMPARE(raw.Rows(u"SELECT name, type, \"notnull\", pk FROM pragma_table_info('Letters')"_s),
-             QStringList({u"ID|LONG|1|1"_s, u"Board|SHORT|1|2"_s, u"Read|BOOLEAN|1|0"_s, u"Title|TEXT(5)|0|0"_s, u"Name|TEXT(255)|0|0"_s,
-                          u"Sent|DATETIME REAL|1|0"_s, u"Body|MEMO TEXT|0|0"_s, u"Price|CURRENCY REAL|0|0"_s}));
-    QCOMPARE(raw.Rows(u"SELECT name FROM sqlite_master WHERE type = 'index' AND tbl_name = 'Letters' AND sql IS NOT NULL ORDER BY 1"_s),
-             QStringList({u"Letters.IDX1"_s, u"Letters.Inner"_s, u"Letters.Once"_s}));
+             QStringList({u"ID|LONG|1|1"_s, u"Board|SHORT|1|2"_s, u"Read|BOOLEAN|1|0"_s, u"Title|TEXT(5)|0|0"_s,
+                          u"Name|TEXT(255)|0|0"_s, u"Sent|DATETIME REAL|1|0"_s, u"Body|MEMO TEXT|0|0"_s,
+                          u"Price|CURRENCY REAL|0|0"_s}));
+    QCOMPARE(
+        raw.Rows(
+            u"SELECT name FROM sqlite_master WHERE type = 'index' AND tbl_name = 'Letters' AND sql IS NOT NULL ORDER BY 1"_s),
+        QStringList({u"Letters.IDX1"_s, u"Letters.Inner"_s, u"Letters.Once"_s}));
     QCOMPARE(raw.Rows(u"PRAGMA application_id"_s), QStringList({u"1415673458"_s}));
     QCOMPARE(raw.Rows(u"PRAGMA journal_mode"_s), QStringList({u"wal"_s}));
     QCOMPARE(raw.Rows(u"PRAGMA integrity_check"_s), QStringList({u"ok"_s}));
     // A memo that looks like a number and a date at midnight must not change into something else in the file.
     QCOMPARE(raw.Run(u"INSERT INTO Letters(ID, Board, Sent, Body) VALUES (1, 1, 37271, '007')"_s), QString());
-    QCOMPARE(raw.Rows(u"SELECT typeof(Sent), Body, typeof(Body), Read FROM Letters"_s), QStringList({u"real|007|text|0"_s}));
+    QCOMPARE(raw.Rows(u"SELECT typeof(Sent), Body, typeof(Body), Read FROM Letters"_s),
+             QStringList({u"real|007|text|0"_s}));
 }
 
 void tst_DaoTables::RulesHoldForOtherPrograms()
@@ -107,12 +113,12 @@ void tst_DaoTables::RulesHoldForOtherPrograms()
 
 void tst_DaoTables::DefinitionComesBack()
 {
-    const QString wanted =
-        u"Letters 0; ID 4 0; Board 3 0; Read 1 0; Title 10 5 empty; Name 10 255; Sent 8 0 required; Body 12 0本文; Price 5 0; "
-        "PK(ID,Board) primary unique; IDX1(Board); Once(Name) unique"_s;
+    const QString wanted = u"Letters 0; ID 4 0; Board 3 0; Read 1 0; Title 10 5 empty; Name 10 255; Sent 8 0 required; "
+                           u"Body 12 0本文; Price 5 0; "
+                           "PK(ID,Board) primary unique; IDX1(Board); Once(Name) unique"_s;
     const auto db = Database::Create(Path(u"a.mdb"_s));
     dao::TableDef letters = Letters();
-    letters.Indexes[1].Fields = {u"ｂｏａｒｄ"_s};   // names are found whatever their width and case
+    letters.Indexes[1].Fields = {u"ｂｏａｒｄ"_s}; // names are found whatever their width and case
     db->AppendTable(letters);
     QCOMPARE(Described(db->TableDefs().back()), wanted);
     db->Close();
@@ -193,7 +199,7 @@ void tst_DaoTables::RenameKeepsRowsAndIndexes()
     rows->Set(u"Sent", dao::Value::FromDate(0.5));
     rows->Update();
     db->RenameTable(u"letters"_s, u"Letters_BACK"_s);
-    db->AppendTable(Letters());   // the old name, and the old index names, are free again
+    db->AppendTable(Letters()); // the old name, and the old index names, are free again
     const auto back = db->OpenRecordset(u"Letters_BACK"_s, dao::RecordsetType::Table);
     back->SetIndex(u"PK");
     back->Seek(u"=", {dao::Value::FromLong(7), dao::Value::FromLong(3)});
@@ -202,7 +208,8 @@ void tst_DaoTables::RenameKeepsRowsAndIndexes()
     QCOMPARE(db->OpenRecordset(u"Letters"_s, dao::RecordsetType::Table)->RecordCount(), 0);
     db->DeleteTable(u"Letters_BACK"_s);
     QVERIFY(db->TableDefs().back().FindIndex(u"IDX1"));
-    QCOMPARE(CRawDatabase(Path(u"a.mdb"_s)).Rows(u"SELECT DISTINCT TableName FROM \"~Indexes\" UNION SELECT TableName FROM \"~Fields\""_s),
+    QCOMPARE(CRawDatabase(Path(u"a.mdb"_s))
+                 .Rows(u"SELECT DISTINCT TableName FROM \"~Indexes\" UNION SELECT TableName FROM \"~Fields\""_s),
              QStringList({u"Letters"_s}));
 }
 
@@ -265,8 +272,9 @@ void tst_DaoTables::OwnTablesAreHidden()
 
 void tst_DaoTables::TablesOfAnotherProgram()
 {
-    QCOMPARE(CRawDatabase(Path(u"a.mdb"_s)).Run(u"CREATE TABLE t (a INTEGER PRIMARY KEY, b VARCHAR(20), c VARCHAR, d FLOAT, e BLOB, f, "
-                                                "g Date NOT NULL); CREATE INDEX t_b ON t(b); CREATE INDEX t_p ON t(c) WHERE a > 1"_s),
+    QCOMPARE(CRawDatabase(Path(u"a.mdb"_s))
+                 .Run(u"CREATE TABLE t (a INTEGER PRIMARY KEY, b VARCHAR(20), c VARCHAR, d FLOAT, e BLOB, f, "
+                      "g Date NOT NULL); CREATE INDEX t_b ON t(b); CREATE INDEX t_p ON t(c) WHERE a > 1"_s),
              QString());
     const auto db = Database::Open(Path(u"a.mdb"_s));
     QCOMPARE(Described(db->TableDefs().front()),

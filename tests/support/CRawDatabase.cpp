@@ -7,10 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-void CRawDatabase::Close::operator()(sqlite3* Handle) const
-{
-    sqlite3_close_v2(Handle);
-}
+void CRawDatabase::Close::operator()(sqlite3* Handle) const { sqlite3_close_v2(Handle); }
 
 CRawDatabase::CRawDatabase(const QString& FileName)
 {

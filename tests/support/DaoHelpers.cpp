@@ -3,7 +3,8 @@
 
 #include "tests/support/DaoHelpers.h"
 
-namespace mdlDaoHelpers {
+namespace mdlDaoHelpers
+{
 
 using namespace Qt::StringLiterals;
 
@@ -19,10 +20,7 @@ QStringList Rows(dao::Recordset& Source)
     return rows;
 }
 
-QStringList Rows(dao::Database& Db, const QString& Sql)
-{
-    return Rows(*Db.OpenRecordset(Sql));
-}
+QStringList Rows(dao::Database& Db, const QString& Sql) { return Rows(*Db.OpenRecordset(Sql)); }
 
 dao::FieldDef Field(const QString& Name, dao::FieldType Type, int Size, bool AllowZeroLength)
 {
@@ -34,4 +32,4 @@ dao::FieldDef Field(const QString& Name, dao::FieldType Type, int Size, bool All
     return field;
 }
 
-}
+} // namespace mdlDaoHelpers

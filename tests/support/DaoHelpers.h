@@ -8,11 +8,11 @@
 
 #include <QStringList>
 
-namespace mdlDaoHelpers {
+namespace mdlDaoHelpers
+{
 
 /// The number of the error that Work throws, 0 when it throws none.
-template <class Function>
-int ErrorNumber(Function&& Work)
+template<class Function> int ErrorNumber(Function&& Work)
 {
     try {
         Work();
@@ -31,6 +31,6 @@ QStringList Rows(dao::Database& Db, const QString& Sql);
 /// A field; Size 0 leaves the type's own.
 dao::FieldDef Field(const QString& Name, dao::FieldType Type, int Size = 0, bool AllowZeroLength = false);
 
-}
+} // namespace mdlDaoHelpers
 
 #endif
