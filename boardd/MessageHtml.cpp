@@ -96,14 +96,10 @@ QString KeepLeadingBlanks(const QString& Line)
     return QString(u"&nbsp;"_s).repeated(blanks) + WithLinks(Line.mid(blanks));
 }
 
-/// A quote starts with ">" or, as one-liners quote, with a short name, a number and ">".
 bool IsQuote(const QString& Line)
 {
-    const qsizetype mark = Line.indexOf(u'>');
-    if (mark < 0 || mark > 20)
-        return false;
-    const QStringView before = QStringView(Line).left(mark).trimmed();
-    return before.isEmpty() || before.back().isDigit();
+    const QString text = Line.trimmed();
+    return text.startsWith(u'>') || text.startsWith(u'＞');
 }
 
 QString LineHtml(const QString& Line)
@@ -155,7 +151,7 @@ QString HeadHtml(const CBoardInfo& Board, const CBoardMessage& Message)
 {
     const QString number = QString::number(Message.Number);
     const QString title = Message.Title.isEmpty() ? number : number + u" "_s + mdlMessageHtml::Escape(Message.Title);
-    return u"<A NAME=\"m"_s + number + u"\"></A><FONT SIZE=4 COLOR=\"#704000\"><B>"_s + title +
+    return u"<P><A NAME=\"m"_s + number + u"\"></A><FONT SIZE=4 COLOR=\"#704000\"><B>"_s + title +
            u"</B></FONT> "_s + u"[<A HREF=\""_s + mdlMessageHtml::ScriptPath(Board) + u"?dousa=res&amp;resno="_s + number +
            SideParameter(Board) + u"\">返信</A>] ["_s + ThreadLink(Board, Message.Number, u"スレッド"_s) + u"]<BR>\n"_s;
 }
@@ -185,7 +181,7 @@ QByteArray mdlMessageHtml::Fragment(const CBoardInfo& Board, const CBoardMessage
 {
     return mdlRecord::Encode(HeadHtml(Board, Message) + AuthorHtml(Message) + HomePageHtml(Message.HomePage) + u" "_s +
                              mdlRecord::PostedText(Message.Posted) + ReplyHtml(Board, Message, ParentServed) +
-                             u"\n<P>"_s + BodyHtml(Message.Body) + u"</P>\n<HR>\n"_s);
+                             u"</P>\n<P>"_s + BodyHtml(Message.Body) + u"</P>\n<HR>\n"_s);
 }
 
 QByteArray mdlMessageHtml::Page(const QString& Title, const QByteArray& Content)

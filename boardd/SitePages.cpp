@@ -97,7 +97,7 @@ QByteArray mdlSitePages::PastLogs(const CCommunity& Community)
 {
     const std::vector<CBoardInfo>& boards = mdlBoards::All();
     QString html = u"<H2>掲示板過去ログ保存庫</H2>\n<P>掲示板から流れたメッセージです。ファイルを保存して、Tavora の"
-                   "「ログの取り込み」で読んでください。</P>\n<TABLE CELLPADDING=3>\n"_s;
+                   "「ファイル」→「インポート」で読んでください。</P>\n<TABLE CELLPADDING=3>\n"_s;
     for (std::size_t index = 0; index < boards.size(); ++index) {
         const int count = Community.Read(index, [](const CBoardLog& log) { return log.PastCount(); });
         if (count > 0)
