@@ -27,9 +27,10 @@ bool IsModified(const QKeyEvent& Event)
 uSpinButton::uSpinButton(QWidget* Parent) : QSpinBox(Parent)
 {
     setRange(0, 50);
+    lineEdit()->setText(textFromValue(value()));   // the base waits with it until it is shown
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QSpinBox::valueChanged, this, &uSpinButton::Change);
-    connect(lineEdit(), &QLineEdit::textEdited, this, &uSpinButton::OnTextEdited);
+    connect(lineEdit(), &QLineEdit::textChanged, this, &uSpinButton::OnTextChanged);   // after the base has the value
 }
 
 void uSpinButton::SetValue(qint32 NewValue)
@@ -41,7 +42,7 @@ void uSpinButton::SetValue(qint32 NewValue)
 QValidator::State uSpinButton::validate(QString& Input, [[maybe_unused]] int& Position) const
 {
     if (Input.isEmpty())
-        return QValidator::Intermediate;   // OnTextEdited puts Min there
+        return QValidator::Intermediate;   // OnTextChanged puts Min there
     for (QChar& c : Input) {
         c = Narrow(c);
         if ((c < u'0' || c > u'9') && c != u'-')
@@ -52,17 +53,31 @@ QValidator::State uSpinButton::validate(QString& Input, [[maybe_unused]] int& Po
     return isNumber && number >= minimum() && number <= maximum() ? QValidator::Acceptable : QValidator::Invalid;
 }
 
-void uSpinButton::OnTextEdited(const QString& Text)
+void uSpinButton::OnTextChanged(const QString& Text)
 {
+    const QString plain = textFromValue(Text.isEmpty() ? minimum() : value());
+    if (Text == plain || m_composing)   // what is composed replaces the selection first, and then is text
+        return;
     if (Text.isEmpty()) {
         setValue(minimum());
-        selectAll();
-    } else if (const QString plain = textFromValue(value()); plain != Text) {
-        // "05": the digit was typed behind the 0 that stood there.
-        const qsizetype fromEnd = Text.size() - lineEdit()->cursorPosition();
         lineEdit()->setText(plain);
-        lineEdit()->setCursorPosition(static_cast<int>(qMax(qsizetype(0), plain.size() - fromEnd)));
+        selectAll();
+        return;
     }
+    // "05": the digit was typed behind the 0 that stood there.
+    const qsizetype fromEnd = Text.size() - lineEdit()->cursorPosition();
+    lineEdit()->setText(plain);
+    lineEdit()->setCursorPosition(static_cast<int>(qMax(qsizetype(0), plain.size() - fromEnd)));
+}
+
+bool uSpinButton::event(QEvent* Event)
+{
+    if (Event->type() != QEvent::InputMethod)
+        return QSpinBox::event(Event);
+    m_composing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
+    const bool handled = QSpinBox::event(Event);
+    OnTextChanged(lineEdit()->text());   // composing given up: nothing may be left empty
+    return handled;
 }
 
 void uSpinButton::keyPressEvent(QKeyEvent* Event)

@@ -40,11 +40,14 @@ Q_SIGNALS:
     void KeyPress(int Character);
 
 protected:
+    bool event(QEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
     void wheelEvent(QWheelEvent* Event) override;
 
 private:
-    void OnTextEdited(const QString& Text);
+    void OnTextChanged(const QString& Text);
+
+    bool m_composing = false;
 };
 
 #endif

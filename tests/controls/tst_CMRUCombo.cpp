@@ -174,7 +174,7 @@ void tst_CMRUCombo::Typing_data()
     QTest::newRow("backspace never completes") << two << u"ab<<"_s << u"a|"_s;
     QTest::newRow("delete never completes") << two << u"ab~"_s << u"ab|"_s;
     QTest::newRow("typed again after backspace") << two << u"ab<c"_s << u"abc|"_s;
-    QTest::newRow("on from a shorter text") << QStringList{u"abcd"_s} << u"abc<<b"_s << u"ab[cd]"_s;
+    QTest::newRow("on from a shorter text") << QStringList{u"abcd"_s} << u"abc<<c"_s << u"abc[d]"_s;
 }
 
 void tst_CMRUCombo::Typing()

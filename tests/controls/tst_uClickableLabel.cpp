@@ -48,8 +48,11 @@ void Leave(QWidget& Widget)
     QCoreApplication::sendEvent(&Widget, &leave);
 }
 
+/// Brings Window to the front, with the focus on something else than a label.
 bool Activate(QWidget& Window)
 {
+    Window.setFocusPolicy(Qt::StrongFocus);
+    Window.setFocus();
     Window.show();
     Window.activateWindow();
     return QTest::qWaitForWindowActive(&Window);
@@ -85,11 +88,12 @@ void tst_uClickableLabel::ClickOpens()
 void tst_uClickableLabel::PlainModeOnlyTells()
 {
     CScriptedDesktop desktop;
-    uClickableLabel label(desktop);
+    QWidget window;
+    uClickableLabel label(desktop, &window);
     QCOMPARE(label.ClickableMode(), 1);
     label.SetClickableMode(uClickableLabel::Plain);
     label.SetCaption(u"版"_s);
-    QVERIFY(Activate(label));
+    QVERIFY(Activate(window));
     QSignalSpy clicked(&label, &uClickableLabel::Click);
     QSignalSpy entered(&label, &uClickableLabel::MouseEnter);
     QSignalSpy left(&label, &uClickableLabel::MouseLeave);

@@ -208,6 +208,7 @@ void tst_uSeparator::BarIsSeenOverThePanes()
     QTest::mousePress(&window.Bar(), Qt::LeftButton, {}, QPoint(0, 0));
     window.Move(300);
     window.Separator.Initialize(&window.Panel3, &window.Panel2);
+    window.Panel1.hide();
     window.Panel3.show();
     // What lies at a place is who gets its clicks.
     QCOMPARE(window.childAt(50, 20 + 101), &window.Bar());

@@ -135,12 +135,23 @@ void tst_uSpinButton::InputMethod()
 {
     CSpin spin;
     spin.SetMax(999999);
+    spin.SetValue(7);
     spin.selectAll();
+    QInputMethodEvent composing(u"２５０"_s, {});
+    QCoreApplication::sendEvent(&spin, &composing);
+    QCOMPARE(spin.Edit().text(), QString());   // putting a number there would break the composing off
     QInputMethodEvent event;
     event.setCommitString(u"２５０"_s);
     QCoreApplication::sendEvent(&spin, &event);
     QCOMPARE(spin.Value(), 250);
     QCOMPARE(spin.Edit().text(), u"250"_s);
+
+    spin.selectAll();
+    QCoreApplication::sendEvent(&spin, &composing);
+    QInputMethodEvent givenUp;
+    QCoreApplication::sendEvent(&spin, &givenUp);
+    QCOMPARE(spin.State(), u"[0]"_s);
+    QCOMPARE(spin.Value(), 0);
 }
 
 void tst_uSpinButton::Steps()
