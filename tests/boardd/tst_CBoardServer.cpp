@@ -3,12 +3,9 @@
 
 #include "boardd/CBoardServer.h"
 
-#include "boardd/Boards.h"
-#include "boardd/Content.h"
-
 #include "platform/text/Codepage932.h"
 
-#include <QDir>
+#include <QFile>
 #include <QRegularExpression>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -172,8 +169,6 @@ private Q_SLOTS:
     void Attacks();
     void HostileHost();
     void SiteIsWhole();
-    void ContentIsSound();
-    void ContentFitsTheEncoding();
 };
 
 void tst_CBoardServer::RecordByteForByte()
@@ -668,46 +663,6 @@ void tst_CBoardServer::SiteIsWhole()
         QVERIFY2(seen.contains(page), qPrintable(page));
     QVERIFY(Get(*server, "/icon/keyaki.png").Body.startsWith("\x89PNG\r\n\x1a\n"));
     QCOMPARE(Get(*server, "/howto/yanagi.html").Status(), QByteArray("HTTP/1.1 200 OK"));
-}
-
-void tst_CBoardServer::ContentIsSound()
-{
-    qsizetype total = 0;
-    for (const CBoardInfo& board : mdlBoards::All()) {
-        const CContent content = mdlContent::ForBoard(board);
-        QCOMPARE(content.Errors, QStringList());
-        qint32 last = 0;
-        QDateTime lastTime;
-        std::vector<CBoardMessage> all = content.Past;
-        all.insert(all.end(), content.Served.begin(), content.Served.end());
-        for (const CBoardMessage& message : all) {
-            const QString where = u"%1 %2"_s.arg(board.Identifier).arg(message.Number);
-            QVERIFY2(message.Number > last && message.ReplyTo < message.Number, qPrintable(where));
-            QVERIFY2(!lastTime.isValid() || message.Posted >= lastTime, qPrintable(where));
-            QVERIFY2(!message.Body.isEmpty() && message.Title.isEmpty() == board.IsTwoSided(), qPrintable(where));
-            last = message.Number;
-            lastTime = message.Posted;
-        }
-        const qsizetype served = static_cast<qsizetype>(content.Served.size());
-        QVERIFY2(served >= (board.Identifier == u"keyaki" ? 100 : 8) && served <= board.MaxCount, qPrintable(board.Identifier));
-        total += static_cast<qsizetype>(all.size());
-    }
-    QVERIFY2(total >= 320, qPrintable(QString::number(total)));
-}
-
-void tst_CBoardServer::ContentFitsTheEncoding()
-{
-    const QDir folder(QStringLiteral(TAVORA_SOURCE_DIR "/boardd/content"));
-    const QStringList names = folder.entryList({u"*.txt"_s}, QDir::Files);
-    QVERIFY(names.size() == 17); // sixteen boards and the posters
-    for (const QString& name : names) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        for (const QByteArray& line : file.readAll().split('\n')) {
-            const QString text = QString::fromUtf8(line).replace(QChar(0x301C), QChar(0xFF5E)); // the wave dash is taken kindly
-            QVERIFY2(text::From932(text::To932(text)) == text, (name.toUtf8() + ": " + line).constData());
-        }
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_CBoardServer)
