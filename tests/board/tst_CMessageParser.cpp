@@ -1,0 +1,191 @@
+// tests/board/tst_CMessageParser.cpp
+// Records of the log format, whole and broken, and the text that they are cut from.
+
+#include "board/CLogParser.h"
+#include "platform/text/Format.h"
+#include "tests/board/Records.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A message as one line, the date to the minute; "broken" where there is none.
+QString Show(const std::optional<CMessage>& Message)
+{
+    if (!Message)
+        return u"broken"_s;
+    return QStringList{QString::number(Message->BBS_ID),
+                       QString::number(Message->ID),
+                       Message->Subject,
+                       Message->HomePage,
+                       Message->Mail,
+                       Message->PostName,
+                       text::FormatDate(Message->PostDate, u"yyyy/mm/dd hh:nn"),
+                       QString::number(Message->InReplyTo),
+                       Message->Body,
+                       QString::number(Message->RootThread),
+                       QString::number(Message->Mark),
+                       Message->Read ? u"read"_s : u"unread"_s}
+        .join(u'|');
+}
+
+QStringList Cut(const QString& Text)
+{
+    CRecordCutter records(Text);
+    QStringList pieces;
+    while (const auto record = records.Next())
+        pieces << record->toString();
+    return pieces;
+}
+} // namespace
+
+class tst_CMessageParser : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void Ordinary_data();
+    void Ordinary();
+    void TwoSided_data();
+    void TwoSided();
+    void Cutting_data();
+    void Cutting();
+    void Keys_data();
+    void Keys();
+    void AnOddBodyStaysWhole();
+};
+
+void tst_CMessageParser::Ordinary_data()
+{
+    QTest::addColumn<QString>("record");
+    QTest::addColumn<QString>("wanted");
+    const QString plain = u"3|1|題名|||そら|2002/01/15 12:34|0|本文|0|0|unread"_s;
+    const auto with = [](auto Change) {
+        CRecordText record;
+        Change(record);
+        return record.Text();
+    };
+    using R = CRecordText&;
+
+    QTest::newRow("plain") << CRecordText().Text() << plain;
+    QTest::newRow("all fields")
+        << CRecordText{u"123456"_s, u"ソ連の表①"_s, u"http://a/"_s, u"a@b"_s, u"ﾅﾏｴ"_s, u"2002/01/05（土） 9:05"_s, u"7"_s, u"b"_s}.Text()
+        << u"3|123456|ソ連の表①|http://a/|a@b|ﾅﾏｴ|2002/01/05 09:05|7|b|0|0|unread"_s;
+    QTest::newRow("labels are not read") << u"1234567001\r\n??????題\r\n0123456789\r\n*******\r\n日本語日本語日n\r\n"
+                                            "-------2002/01/15（火） 1:02\r\n--------\r\nwhatever\r\n"_s
+                                         << u"3|1|題|||n|2002/01/15 01:02|0||0|0|unread"_s;
+    QTest::newRow("number with blanks") << with([](R r) { r.ID = u" 12 "_s; }) << QString(plain).replace(u"3|1|"_s, u"3|12|"_s);
+    QTest::newRow("reply is not there") << with([](R r) { r.InReplyTo = QString(); }) << plain;
+    QTest::newRow("empty body") << with([](R r) { r.Body = QString(); }) << QString(plain).replace(u"|本文|"_s, u"||"_s);
+    QTest::newRow("body of blank lines") << with([](R r) { r.Body = u"\r\n\r\nx\r\n"_s; })
+                                         << QString(plain).replace(u"|本文|"_s, u"|\r\n\r\nx\r\n|"_s);
+    QTest::newRow("carriage return within a line") << with([](R r) { r.Subject = u"a\rb"_s; })
+                                                   << QString(plain).replace(u"題名"_s, u"a\rb"_s);
+    QTest::newRow("line shorter than its label") << u"Number:1\r\nT\r\nHome Page:\r\nE-mail:\r\nAuthor:そら\r\n"
+                                                    "Posted:2002/01/15（火） 12:34\r\nRe\r\nMessage:\r\n本文"_s
+                                                 << QString(plain).replace(u"題名"_s, QString());
+    QTest::newRow("two bracketed parts: only the first goes")
+        << with([](R r) { r.PostDate = u"2002/01/15（火） 12:34（夜）"_s; }) << u"broken"_s;
+
+    QTest::newRow("empty record") << QString() << u"broken"_s;
+    QTest::newRow("number missing") << with([](R r) { r.ID = QString(); }) << u"broken"_s;
+    QTest::newRow("number is a word") << with([](R r) { r.ID = u"abc"_s; }) << u"broken"_s;
+    QTest::newRow("number 0") << with([](R r) { r.ID = u"0"_s; }) << u"broken"_s;
+    QTest::newRow("number below 0") << with([](R r) { r.ID = u"-5"_s; }) << u"broken"_s;
+    QTest::newRow("number too large") << with([](R r) { r.ID = u"2147483648"_s; }) << u"broken"_s;
+    QTest::newRow("reply is a word") << with([](R r) { r.InReplyTo = u"なし"_s; }) << u"broken"_s;
+    QTest::newRow("reply is a blank") << with([](R r) { r.InReplyTo = u" "_s; }) << u"broken"_s;
+    QTest::newRow("no day of the week") << with([](R r) { r.PostDate = u"2002/01/15 12:34"_s; }) << u"broken"_s;
+    QTest::newRow("bracket not closed") << with([](R r) { r.PostDate = u"2002/01/15（火 12:34"_s; }) << u"broken"_s;
+    QTest::newRow("brackets the wrong way round") << with([](R r) { r.PostDate = u"2002/01/15）火（ 12:34"_s; }) << u"broken"_s;
+    QTest::newRow("date and time run together") << with([](R r) { r.PostDate = u"2002/01/15（火）12:34"_s; }) << u"broken"_s;
+    QTest::newRow("no such day") << with([](R r) { r.PostDate = u"2002/02/30（火） 12:34"_s; }) << u"broken"_s;
+    QTest::newRow("no such hour") << with([](R r) { r.PostDate = u"2002/02/20（火） 24:00"_s; }) << u"broken"_s;
+    for (int lines = 1; lines <= 8; ++lines)
+        QTest::addRow("%d lines only", lines) << CRecordText().Text().section(u"\r\n"_s, 0, lines - 1) << u"broken"_s;
+}
+
+void tst_CMessageParser::Ordinary()
+{
+    QFETCH(QString, record);
+    QTEST(Show(CLogParser(3, false, false).Parse(record)), "wanted");
+}
+
+void tst_CMessageParser::TwoSided_data()
+{
+    QTest::addColumn<QString>("body");
+    QTest::addColumn<QString>("subject");
+    const QString fifty(50, u'あ');
+    QTest::newRow("short") << u"やあ"_s << u"やあ"_s;
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("50 characters") << fifty << fifty;
+    QTest::newRow("51 characters") << fifty + u"い"_s << QString(47, u'あ') + u"..."_s;
+    QTest::newRow("line end counts") << u"a\r\nb"_s << u"a\r\nb"_s;
+}
+
+void tst_CMessageParser::TwoSided()
+{
+    QFETCH(QString, body);
+    const auto message = CLogParser(14, true, true).Parse(CRecordText{.InReplyTo = u"9"_s, .Body = body}.TwoSidedText());
+    QVERIFY(message);
+    QTEST(message->Subject, "subject");
+    QCOMPARE(message->Body, body);
+    QCOMPARE(message->InReplyTo, 9);
+    QVERIFY(message->Read);
+}
+
+void tst_CMessageParser::Cutting_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("wanted");
+    const QString cut = mdlRecords::Separator();
+    const QString line = cut.trimmed();
+    QTest::newRow("nothing") << QString() << QStringList();
+    QTest::newRow("no separator") << CRecordText().Text() << QStringList();
+    QTest::newRow("two and a trailer") << u"a"_s + cut + u"b"_s + cut + u"</html>"_s << QStringList{u"a"_s, u"b"_s};
+    QTest::newRow("empty piece") << cut + u"a"_s + cut << QStringList{QString(), u"a"_s};
+    QTest::newRow("one line end between two") << u"a"_s + cut + line + u"\r\n"_s << QStringList{u"a"_s};
+    QTest::newRow("at the very start without a line end") << line + u"\r\nb"_s + cut << QStringList{line + u"\r\nb"_s};
+    QTest::newRow("one sign short") << u"a"_s + QString(cut).remove(10, 1) + u"b"_s + cut
+                                    << QStringList{u"a"_s + QString(cut).remove(10, 1) + u"b"_s};
+    QTest::newRow("last one without its line end") << u"a"_s + cut + u"b\r\n"_s + line << QStringList{u"a"_s, u"b"_s};
+    QTest::newRow("cut off in the separator") << u"a"_s + cut + u"b"_s + cut.chopped(3) << QStringList{u"a"_s};
+}
+
+void tst_CMessageParser::Cutting()
+{
+    QFETCH(QString, text);
+    QTEST(Cut(text), "wanted");
+}
+
+void tst_CMessageParser::Keys_data()
+{
+    QTest::addColumn<int>("board");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("wanted");
+    QTest::newRow("padded") << 1 << 123 << u"#001000123"_s;
+    QTest::newRow("full") << 999 << 999999 << u"#999999999"_s;
+    QTest::newRow("wider than its place") << 3 << 1234567 << u"#0031234567"_s;
+}
+
+void tst_CMessageParser::Keys()
+{
+    QFETCH(int, board);
+    QFETCH(int, number);
+    const CMessage message{.BBS_ID = board, .ID = number, .InReplyTo = 7};
+    QTEST(message.Key(), "wanted");
+    QCOMPARE(message.ReplyKey(), CMessage::MakeKey(board, 7));
+}
+
+/// Ten megabytes in one record are only slow when the body is cut into lines or copied over and over.
+void tst_CMessageParser::AnOddBodyStaysWhole()
+{
+    const QString body = u"あ\r\n'|'\r\n"_s.repeated(1'000'000);
+    const QStringList records = Cut(mdlRecords::Block({CRecordText{.Body = body}.Text()}));
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(CLogParser(3, false, false).Parse(records.first())->Body, body);
+}
+
+QTEST_GUILESS_MAIN(tst_CMessageParser)
+#include "tst_CMessageParser.moc"
