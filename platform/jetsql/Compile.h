@@ -72,15 +72,16 @@ struct Statement
     QString EditableTable;                  ///< the one table whose rows these are; empty: rows cannot be edited
     QString TargetTable;                    ///< the table that an Append, Update or Delete changes
     std::vector<QString> Sources;           ///< every table read or written, each once
+    bool UsesQueries = false;               ///< a saved query's text is part of it: stale when that query changes
     int LiteralCount = 0;
 };
 
 /// What makes two statements the same but for their constants.
 struct Shape
 {
-    QString Key;                    ///< the statement with a typed placeholder for each literal, blanks evened out
+    QString Key;                    ///< the statement with a typed placeholder in place of each literal
     std::vector<Value> Literals;
-    std::vector<int> Offsets;       ///< for each token of Key its place in the statement, UTF-16 units; for error messages
+    std::vector<int> Offsets;       ///< two for each literal: where it begins and ends in the statement, UTF-16 units
 };
 
 /// One pass over the text. A chain of text constants joined by & (also with Chr(n) for a constant n) is one literal;

@@ -32,11 +32,6 @@ double CheckedDate(double Serial)
     return Serial;
 }
 
-QString SingleText(double Number)
-{
-    return text::NumberToText(QString::number(Number, 'g', 7).toDouble());
-}
-
 }
 
 Value Value::FromBoolean(bool Data) { return {FieldType::Boolean, Data ? -1 : 0}; }
@@ -72,7 +67,7 @@ double Value::ToDouble() const
         return RealPart();
     if (const auto read = text::TextToDouble(TextRef()))
         return *read;
-    throw MakeError(13);
+    throw MakeError(text::HasNumberForm(TextRef()) ? 6 : 13);
 }
 
 double Value::ToDate() const
@@ -91,7 +86,7 @@ QString Value::ToText() const
     case FieldType::Byte:
     case FieldType::Integer:
     case FieldType::Long: return QString::number(WholePart());
-    case FieldType::Single: return SingleText(RealPart());
+    case FieldType::Single: return text::SingleToText(static_cast<float>(RealPart()));
     case FieldType::Currency:
     case FieldType::Double: return text::NumberToText(RealPart());
     case FieldType::Date: return text::GeneralDate(RealPart());

@@ -1,0 +1,114 @@
+// platform/jetsql/CWriter.h
+// From a bound syntax tree to the text of a SQLite statement.
+
+#ifndef JETSQL_CWRITER_H
+#define JETSQL_CWRITER_H
+
+#include "platform/jetsql/CBinder.h"
+#include "platform/jetsql/Tree.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QHash>
+
+namespace jetsql {
+
+/// Writes one statement. Tables go by t0, t1, … and columns of inner queries by c0, c1, …, so that no name of the user's
+/// can collide; a table's own name stands quoted. Numbers and dates compare as SQLite compares them, so that its
+/// indexes serve; text compares by JETTEXT and is sorted and grouped by its sort key.
+class CWriter
+{
+public:
+    explicit CWriter(const CBinder& Names) : m_names(Names) {}
+
+    Statement Write(const Tree& Bound);
+
+private:
+    /// How close the outermost operation of a piece of SQL binds, in SQLite's ranks.
+    enum class Rank : quint8 { Or, And, Not, Equal, Order, Sum, Product, Concat, Collate, Sign, Atom };
+
+    struct Piece
+    {
+        QByteArray Sql;
+        Rank How = Rank::Atom;
+    };
+
+    struct SortKey
+    {
+        QByteArray Sql;
+        bool Descending = false;
+    };
+
+    // Statements (CWriter.cpp)
+    void WriteRows(const Query& Source, Statement& To);
+    void WriteTopSelect(const Select& Source, Statement& To);
+    void WriteInsert(const Tree& Bound, Statement& To);
+    QByteArray InsertColumns(QByteArrayList& Defaults) const;
+    void WriteUpdate(const Tree& Bound, Statement& To);
+    void WriteJoinedUpdate(const Tree& Bound, const TableRef& Target, Statement& To);
+    void WriteDelete(const Tree& Bound, Statement& To);
+    QByteArray Stored(const Expr& Value, const FieldInfo& Field);
+    QByteArray Condition(const ExprPtr& Where);
+
+    // Queries (CWriterQuery.cpp)
+    QByteArray Derived(const Query& Source);
+    QByteArray DerivedUnion(const Query& Source);
+    QByteArray DerivedSelect(const Select& Source, const std::vector<ResultColumn>* Types = nullptr);
+    QByteArray Ranked(const Select& Source, const QByteArrayList& Columns);
+    QByteArray Tail(const Select& Source);
+    QByteArray FromList(const std::vector<std::unique_ptr<TableRef>>& From);
+    QByteArray Reference(const TableRef& Table);
+    QByteArray Output(const OutputColumn& Column, FieldType Wanted, bool Distinct);
+    std::vector<SortKey> OrderKeys(const Select& Source);
+    std::vector<SortKey> DefaultKeys(const Select& Source);
+    QByteArray OutputKey(const OutputColumn& Column);
+    QByteArray ExpressionKey(const Expr& Which);
+    static QByteArray OrderBy(const std::vector<SortKey>& Keys);
+
+    // Expressions (CWriterExpression.cpp)
+    Piece Value(const Expr& Which);
+    Piece PlainValue(const Expr& Which);
+    Piece Truthful(const Expr& Which);
+    Piece Truth(const Expr& Written);
+    Piece As(const Expr& Written, FieldType Wanted);
+    Piece Number(const Expr& Which);
+    Piece Against(const Expr& Which, FieldType Other);
+    Piece ConstantValue(const jetsql::Value& Constant) const;
+    Piece Unary(const Expr& Which);
+    Piece Binary(const Expr& Which);
+    Piece Bitwise(const Expr& Which);
+    Piece Logic(const Expr& Which);
+    static Piece Joined(const std::vector<Piece>& Links, size_t First, size_t Last, Rank How, const QByteArray& Between);
+    Piece Concat(const Expr& Which);
+    Piece Comparison(const Expr& Which);
+    Piece Between(const Expr& Which);
+    Piece InList(const Expr& Which);
+    Piece Like(const Expr& Which);
+    Piece Scalar(const Query& Source);
+    Piece InSelect(const Expr& Which);
+    Piece Quantified(const Expr& Which);
+    Piece Call(const Expr& Which);
+    Piece Aggregate(const Expr& Which);
+    Piece Case(const Expr& Which);
+    QByteArray Argument(const Expr& Written, char Kind);
+    QByteArray Bound(Binding::Kind Source, int Index, FieldType As);
+    static Piece Function(const char* Name, const QByteArrayList& Args);
+    static Piece Converted(const QByteArray& Sql, FieldType From, FieldType To, const char* How = "as");
+    static bool NeedsConversion(FieldType From, FieldType To);
+    static bool MayOverflow(const Expr& Written);
+    static QByteArray In(const Piece& Which, Rank Lowest);
+    static Piece Negated(const Piece& Which, bool IsNegated);
+    static Piece Collated(const Piece& Which, bool IsText);
+
+    const CBinder& m_names;
+    std::vector<Binding> m_bindings;
+    QHash<quint64, int> m_bound;
+    qsizetype m_written = 0;    // bytes of all pieces so far: aliases of aliases grow fast
+};
+
+/// A word for the table's hidden row number that none of its fields has taken.
+QByteArray RowIdOf(const TableInfo& Table);
+
+}
+
+#endif

@@ -1,0 +1,183 @@
+// platform/jetsql/CWriterQuery.cpp
+// From a bound syntax tree to the text of a SQLite statement: queries and what they read from.
+
+#include "platform/jetsql/CWriter.h"
+
+#include "platform/jetsql/TypeRules.h"
+
+namespace jetsql {
+
+namespace {
+
+QByteArray Numbered(char Letter, qsizetype Index)
+{
+    return Letter + QByteArray::number(Index);
+}
+
+QByteArrayList NumberedList(char Letter, size_t Count)
+{
+    QByteArrayList list;
+    for (size_t i = 0; i < Count; ++i)
+        list.append(Numbered(Letter, qsizetype(i)));
+    return list;
+}
+
+bool IsConstant(const Expr& Which)
+{
+    return Which.What == Expr::Kind::Literal || Which.What == Expr::Kind::Constant;
+}
+
+}
+
+// A query in place of a table: its columns are c0, c1, …
+QByteArray CWriter::Derived(const Query& Source)
+{
+    return Source.IsUnion() ? DerivedUnion(Source) : DerivedSelect(*Source.Members.front());
+}
+
+QByteArray CWriter::DerivedUnion(const Query& Source)
+{
+    QByteArrayList columns;
+    for (size_t i = 0; i < Source.Columns.size(); ++i) {
+        const QByteArray name = Numbered('c', qsizetype(i));
+        // What the first member says of a column decides how the union tells rows apart.
+        columns.append(IsNumeric(Source.Columns[i].Type) ? name : name + " COLLATE JETTEXT AS " + name);
+    }
+    QByteArray sql;
+    for (size_t i = 0; i < Source.Members.size(); ++i) {
+        if (i > 0)
+            sql += Source.IsAll[i - 1] ? " UNION ALL " : " UNION ";
+        sql += "SELECT " + columns.join(',') + " FROM (" + DerivedSelect(*Source.Members[i], &Source.Columns) + ')';
+    }
+    return sql;
+}
+
+QByteArray CWriter::DerivedSelect(const Select& Source, const std::vector<ResultColumn>* Types)
+{
+    QByteArrayList columns;
+    for (size_t i = 0; i < Source.Output.size(); ++i) {
+        const FieldType type = Types ? (*Types)[i].Type : Source.Output[i].Info.Type;
+        columns.append(Output(Source.Output[i], type, Source.Distinct) + " AS " + Numbered('c', qsizetype(i)));
+    }
+    if (Source.Top >= 0)
+        return Ranked(Source, columns);
+    return (Source.Distinct ? "SELECT DISTINCT " : "SELECT ") + columns.join(',') + Tail(Source);
+}
+
+// TOP inside of a statement: the rank of a row is the place of the first one that ties with it.
+QByteArray CWriter::Ranked(const Select& Source, const QByteArrayList& Columns)
+{
+    const std::vector<SortKey> keys = OrderKeys(Source);
+    const QByteArray top = QByteArray::number(Source.Top);
+    QByteArrayList inner = Columns;
+    std::vector<SortKey> ranks;
+    for (size_t i = 0; i < keys.size(); ++i) {
+        inner.append(keys[i].Sql + " AS " + Numbered('k', qsizetype(i)));
+        ranks.push_back({Numbered('k', qsizetype(i)), keys[i].Descending});
+    }
+    const QByteArray rows = (Source.Distinct ? "SELECT DISTINCT " : "SELECT ") + inner.join(',') + Tail(Source);
+    if (keys.empty() && !Source.TopPercent)
+        return rows + OrderBy(DefaultKeys(Source)) + " LIMIT " + top;
+    const QByteArray rank = keys.empty() ? QByteArray("row_number() OVER ()") : "rank() OVER (" + OrderBy(ranks).mid(1) + ')';
+    const QByteArray limit = Source.TopPercent ? "(n*" + top + "+99)/100" : top;
+    return "SELECT " + NumberedList('c', size_t(Columns.size())).join(',') + " FROM (SELECT *," + rank
+        + " AS r,count(*) OVER () AS n FROM (" + rows + ")) WHERE r<=" + limit + " ORDER BY r";
+}
+
+QByteArray CWriter::Tail(const Select& Source)
+{
+    QByteArray sql = FromList(Source.From) + Condition(Source.Where);
+    QByteArrayList groups;
+    for (const ExprPtr& group : Source.GroupBy)
+        groups.append(IsConstant(*group) ? QByteArray("NULL") : ExpressionKey(*group));
+    if (!groups.empty())
+        sql += " GROUP BY " + groups.join(',');
+    if (Source.Having)
+        sql += " HAVING " + Truth(*Source.Having).Sql;
+    return sql;
+}
+
+QByteArray CWriter::FromList(const std::vector<std::unique_ptr<TableRef>>& From)
+{
+    QByteArray sql;
+    for (const auto& table : From) {
+        const QByteArray reference = Reference(*table);
+        if (sql.isEmpty())
+            sql = " FROM " + reference;
+        else
+            sql += " JOIN " + (table->Join == JoinKind::None ? reference : '(' + reference + ')');
+    }
+    return sql;
+}
+
+QByteArray CWriter::Reference(const TableRef& Table)
+{
+    if (Table.Join == JoinKind::None)
+        return (Table.Table ? Quoted(Table.Table->Name) : '(' + Derived(*Table.Derived) + ')') + " AS " + Table.SqlAlias;
+    const char* kind = Table.Join == JoinKind::Inner ? " JOIN " : Table.Join == JoinKind::Left ? " LEFT JOIN " : " RIGHT JOIN ";
+    const QByteArray right = Reference(*Table.Right);
+    return Reference(*Table.Left) + kind + (Table.Right->Join == JoinKind::None ? right : '(' + right + ')') + " ON "
+        + Truth(*Table.On).Sql;
+}
+
+// A column as its type says: a calculated whole number that is too large must not come out cut.
+QByteArray CWriter::Output(const OutputColumn& Column, FieldType Wanted, bool Distinct)
+{
+    QByteArray sql;
+    if (Column.Value)
+        sql = As(*Column.Value, Wanted).Sql;
+    else
+        sql = NeedsConversion(Column.Field->Type, Wanted) ? Converted(Column.Field->Sql, Column.Field->Type, Wanted).Sql : Column.Field->Sql;
+    return Distinct && !IsNumeric(Wanted) ? '(' + sql + ") COLLATE JETTEXT" : sql;
+}
+
+std::vector<CWriter::SortKey> CWriter::OrderKeys(const Select& Source)
+{
+    std::vector<SortKey> keys;
+    for (const OrderItem& item : Source.OrderBy) {
+        if (item.Position > 0)
+            keys.push_back({OutputKey(Source.Output[size_t(item.Position) - 1]), item.Descending});
+        else if (!IsConstant(*item.Value))   // SQLite would take a bare number for a position
+            keys.push_back({ExpressionKey(*item.Value), item.Descending});
+    }
+    return keys;
+}
+
+// Grouped and distinct rows come sorted, as everyone is used to.
+std::vector<CWriter::SortKey> CWriter::DefaultKeys(const Select& Source)
+{
+    std::vector<SortKey> keys;
+    if (Source.Distinct) {
+        for (const OutputColumn& output : Source.Output)
+            if (!output.Value || !IsConstant(*output.Value))
+                keys.push_back({OutputKey(output)});
+    } else {
+        for (const ExprPtr& group : Source.GroupBy)
+            if (!IsConstant(*group))
+                keys.push_back({ExpressionKey(*group)});
+    }
+    return keys;
+}
+
+QByteArray CWriter::OutputKey(const OutputColumn& Column)
+{
+    if (Column.Value)
+        return IsConstant(*Column.Value) ? QByteArray("NULL") : ExpressionKey(*Column.Value);
+    return IsNumeric(Column.Field->Type) ? Column.Field->Sql : "jet_sortkey(" + Column.Field->Sql + ')';
+}
+
+QByteArray CWriter::ExpressionKey(const Expr& Which)
+{
+    const QByteArray value = Value(Which).Sql;
+    return IsNumeric(Which.Type) ? value : "jet_sortkey(" + value + ')';
+}
+
+QByteArray CWriter::OrderBy(const std::vector<SortKey>& Keys)
+{
+    QByteArrayList list;
+    for (const SortKey& key : Keys)
+        list.append(key.Descending ? key.Sql + " DESC" : key.Sql);
+    return list.empty() ? QByteArray() : " ORDER BY " + list.join(',');
+}
+
+}
