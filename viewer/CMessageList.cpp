@@ -125,7 +125,7 @@ void CMessageList::Fill(std::vector<CMessageItem> Items, const QStringList& Head
     TakeItems(std::move(Items));
     if (m_sortColumn < 0)
         SetSortState(mdlColumns::ID, Order::Descending);
-    Reorder(mdlMessageSort::SortedRows(*this, m_sortColumn, m_sortOrder));
+    Reorder(mdlMessageSort::SortedRows(*this, m_sortColumn, m_sortOrder, m_option.DateFormat));
     Q_EMIT WasReset();
     Q_EMIT HeadersChanged();
 }
@@ -261,7 +261,7 @@ void CMessageList::TellReordered(const std::vector<int>& OldRows)
 
 void CMessageList::Sort(int Column, Order Direction)
 {
-    const std::vector<int> oldRows = mdlMessageSort::SortedRows(*this, Column, Direction);
+    const std::vector<int> oldRows = mdlMessageSort::SortedRows(*this, Column, Direction, m_option.DateFormat);
     Q_EMIT AboutToReorder();
     SetSortState(Column, Direction);
     Reorder(oldRows);

@@ -163,7 +163,8 @@ void CViewer::WithdrawMessages(const std::vector<CMessage>& Messages)
     for (int row = 0; row < board.Count(); ++row)
         m_modes.Note(board.Item(row).Message.ID);
     RecountBoards();
-    m_host.SelectionChanged(m_currentList);
+    m_host.SelectionChanged(BoardList);
+    m_host.SelectionChanged(ResultList);
 }
 
 // After a run

@@ -3,6 +3,8 @@
 
 #include "viewer/mdlMessageSort.h"
 
+#include "app/Settings.h"
+#include "platform/text/DateTime.h"
 #include "platform/text/Fold.h"
 #include "viewer/mdlColumns.h"
 
@@ -71,6 +73,22 @@ std::vector<Key> KeysOf(const CMessageList& List, MakeKey Make)
     return keys;
 }
 
+/// Minutes since 1899-12-30: what the default pattern shows of a date, and in the same order as its texts.
+/// Empty where some date would not be written with a four-digit year.
+std::vector<qint64> MinutesOf(const CMessageList& List)
+{
+    constexpr double secondsPerDay = 86400;
+    std::vector<qint64> minutes;
+    minutes.reserve(static_cast<std::size_t>(List.Count()));
+    for (int row = 0; row < List.Count(); ++row) {
+        const double date = List.Item(row).Message.PostDate;
+        if (!(date >= 0 && date < text::MaxDay))
+            return {};
+        minutes.push_back(static_cast<qint64>(date * secondsPerDay + 0.5) / 60);
+    }
+    return minutes;
+}
+
 int CompareItems(const CMessageItem& Left, const CMessageItem& Right, int Column, const QString& DateFormat)
 {
     if (const auto left = NumberKey(Left, Column)) {
@@ -85,13 +103,18 @@ int CompareItems(const CMessageItem& Left, const CMessageItem& Right, int Column
 namespace mdlMessageSort
 {
 
-std::vector<int> SortedRows(const CMessageList& List, int Column, Order Direction)
+std::vector<int> SortedRows(const CMessageList& List, int Column, Order Direction, const QString& DateFormat)
 {
     if (List.Count() == 0)
         return {};
     if (NumberKey(List.Item(0), Column)) {
         const auto keys = KeysOf<qint64>(List, [&](int Row) { return *NumberKey(List.Item(Row), Column); });
         return SortedByKeys(List, keys, Direction);
+    }
+    if (!List.IsRaw() && Column == mdlColumns::Date && DateFormat == mdlSettings::DefaultDateFormat()) {
+        const std::vector<qint64> minutes = MinutesOf(List);
+        if (!minutes.empty())
+            return SortedByKeys(List, minutes, Direction);
     }
     const auto keys = KeysOf<QByteArray>(List, [&](int Row) { return text::SortKey(List.Text(Row, Column)); });
     return SortedByKeys(List, keys, Direction);
