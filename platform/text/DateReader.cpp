@@ -3,14 +3,16 @@
 
 #include "platform/text/DateTime.h"
 
-#include "platform/text/Fold.h"
 #include "platform/text/Era.h"
+#include "platform/text/Fold.h"
+
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <span>
 #include <string_view>
-#include <vector>
 
 namespace text
 {
@@ -18,9 +20,9 @@ namespace text
 namespace
 {
 
-constexpr std::size_t MaxNumbers = 6;     // year, month, day, hour, minute, second
-constexpr qsizetype MaxDateText = 100;    // no date is that long, blanks included
-constexpr int PivotYear = 30;             // 0-29 are of this century, 30-99 of the last one
+constexpr qsizetype MaxNumbers = 6;   // year, month, day, hour, minute, second
+constexpr qsizetype MaxDateText = 100; // no date is that long, blanks included
+constexpr int PivotYear = 30;          // 0-29 are of this century, 30-99 of the last one
 
 /// What a number has been said to be by the sign behind it or the era before it.
 enum class Role { Open, Year, Month, Day, Hour, Minute, Second };
@@ -33,6 +35,8 @@ struct Number
     bool IsDate = false; // has a "/" or "-" at one of its sides
     int EraStart = 0;    // year 1 of the era named before the number; 0 without one
 };
+
+using CNumbers = QVarLengthArray<Number, 6>;
 
 enum class HalfDay { None, Before, After };
 
@@ -68,13 +72,13 @@ private:
 
     QString m_text;
     qsizetype m_place = 0;
-    std::vector<Number> m_numbers;
+    CNumbers m_numbers;
     int m_eraStart = 0;
     bool m_wantsNumber = false; // a separator stands before
     bool m_tiesToTime = false;  // that separator was one of the time
     int m_dateSigns = 0;
     HalfDay m_half = HalfDay::None;
-    std::size_t m_halfBehind = 0; // how many numbers stand before AM or PM
+    qsizetype m_halfBehind = 0; // how many numbers stand before AM or PM
 };
 
 bool CDateReader::Take(QStringView Word)
@@ -270,15 +274,15 @@ std::optional<QDate> CDateReader::Date(QDate Today) const
         {{Year, Month, Day}, {Year, Day, Month}, {Month, Day, Year}, {Day, Month, Year}}};
     static constexpr std::array<std::array<Role, 2>, 2> two = {{{Month, Day}, {Year, Month}}};
 
-    std::vector<Number> numbers;
+    CNumbers numbers;
     std::copy_if(m_numbers.begin(), m_numbers.end(), std::back_inserter(numbers),
                  [](const Number& One) { return !One.IsTime; });
-    const QDate firstOfYear(Today.year(), 1, 1);
     QDate day;
     if (numbers.size() == 3) {
         for (auto order = three.begin(); order != three.end() && !day.isValid(); ++order)
-            day = DayOf(numbers, *order, firstOfYear);
+            day = DayOf(numbers, *order, DayZero);
     } else if (numbers.size() == 2) {
+        const QDate firstOfYear((Today.isValid() ? Today : QDate::currentDate()).year(), 1, 1);
         for (auto order = two.begin(); order != two.end() && !day.isValid(); ++order)
             day = DayOf(numbers, *order, firstOfYear);
     }
@@ -288,11 +292,11 @@ std::optional<QDate> CDateReader::Date(QDate Today) const
 std::optional<double> CDateReader::Serial(QDate Today) const
 {
     const auto times = std::count_if(m_numbers.begin(), m_numbers.end(), [](const Number& One) { return One.IsTime; });
-    const bool hasDate = static_cast<std::size_t>(times) < m_numbers.size();
+    const bool hasDate = times < m_numbers.size();
     const std::optional<QTime> time = times > 0 ? Time() : QTime(0, 0);
     if (!time)
         return std::nullopt;
-    const std::optional<QDate> date = hasDate ? Date(Today) : QDate(1899, 12, 30);
+    const std::optional<QDate> date = hasDate ? Date(Today) : DayZero;
     if (!date)
         return std::nullopt;
     return ToSerial(QDateTime(*date, *time, Qt::UTC));

@@ -15,18 +15,13 @@ namespace
 constexpr double MsPerDay = 86'400'000.0;
 constexpr int SecondsPerDay = 86'400;
 
-QDate DayZero()
-{
-    return {1899, 12, 30};
-}
-
 } // namespace
 
 double ToSerial(const QDateTime& Moment)
 {
     if (!Moment.isValid())
         return 0;
-    const auto day = static_cast<double>(DayZero().daysTo(Moment.date()));
+    const auto day = static_cast<double>(DayZero.daysTo(Moment.date()));
     const double fraction = Moment.time().msecsSinceStartOfDay() / MsPerDay;
     return day < 0 ? day - fraction : day + fraction;
 }
@@ -40,7 +35,7 @@ QDateTime FromSerial(double Serial)
     const qint64 wholeDay = static_cast<qint64>(day) + seconds / SecondsPerDay;
     if (wholeDay > MaxDay)
         return {};
-    return {DayZero().addDays(wholeDay), QTime::fromMSecsSinceStartOfDay(seconds % SecondsPerDay * 1000), Qt::UTC};
+    return {DayZero.addDays(wholeDay), QTime::fromMSecsSinceStartOfDay(seconds % SecondsPerDay * 1000), Qt::UTC};
 }
 
 } // namespace text

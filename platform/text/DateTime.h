@@ -17,6 +17,9 @@ namespace text
 inline constexpr qint64 MinDay = -657434;
 inline constexpr qint64 MaxDay = 2958465;
 
+/// The day with the number 0, on which a time alone lies.
+inline constexpr QDate DayZero = QDate::fromJulianDay(2415019);
+
 /// Days since 1899-12-30 of the wall clock that Moment shows; before that day the fraction still counts forward
 /// (-1.25 is 1899-12-29 06:00). No time zone takes part. An invalid Moment is 0.
 double ToSerial(const QDateTime& Moment);
@@ -27,9 +30,9 @@ QDateTime FromSerial(double Serial);
 
 /// Reads a date, a time or both by its numbers and separators: "2002/01/15 9:05", "12:34 2002-1-15", "平成14年1月15日".
 ///
-/// Two-digit years are 1930 to 2029; month/day alone takes the year of Today. A time alone is on day 0. Empty where the
-/// text does not hold exactly that, or the day or time does not exist.
-std::optional<double> TextToDate(QStringView Text, QDate Today = QDate::currentDate());
+/// Two-digit years are 1930 to 2029; month/day alone takes the year of Today, an invalid Today being the current day. A
+/// time alone is on day 0. Empty where the text does not hold exactly that, or the day or time does not exist.
+std::optional<double> TextToDate(QStringView Text, QDate Today = {});
 
 } // namespace text
 

@@ -58,7 +58,7 @@ Choice Choose(QStringView Pattern)
     if (Pattern.compare(u"General Number", Qt::CaseInsensitive) == 0)
         return {Pattern, PatternKind::Number, true};
     for (const NamedFormat& named : NamedFormats) {
-        if (Pattern.compare(named.Name, Qt::CaseInsensitive) == 0)
+        if (Pattern.size() == named.Name.size() && Pattern.compare(named.Name, Qt::CaseInsensitive) == 0)
             return {named.Pattern, named.Kind};
     }
     const QStringView read = Pattern.first(std::min(Pattern.size(), MaxPattern));

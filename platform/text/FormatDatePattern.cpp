@@ -3,10 +3,10 @@
 
 #include "platform/text/FormatParts.h"
 
+#include "platform/text/DateTime.h"
 #include "platform/text/Era.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 
@@ -23,29 +23,39 @@ constexpr QStringView MonthNames[] = {u"January", u"February", u"March",     u"A
                                       u"July",    u"August",   u"September", u"October", u"November", u"December"};
 constexpr QStringView KanjiWeekdays = u"日月火水木金土";
 
-/// A letter and the run lengths that are fields of it, the longest first.
-struct FieldLetter
+/// The run lengths of a letter that are fields, as bits: bit 4 of y says that yyyy is one. 0 for other letters.
+constexpr unsigned FieldLengths(char16_t Letter)
 {
-    char16_t Letter;
-    std::initializer_list<qsizetype> Lengths;
-};
+    switch (Letter) {
+    case u'y': return 0b10110;
+    case u'm': return 0b11110;
+    case u'd': return 0b1111110;
+    case u'a': return 0b11000;
+    case u'g': return 0b1110;
+    case u'w':
+    case u'e':
+    case u'h':
+    case u'n':
+    case u's': return 0b110;
+    case u'q':
+    case u'c': return 0b10;
+    case u't': return 0b100000;
+    case u'o': return 0b10000;
+    default: return 0;
+    }
+}
 
-const FieldLetter* FindLetter(QChar Letter)
+/// The small letter of an ASCII letter.
+constexpr char16_t Lower(QChar Unit)
 {
-    static const FieldLetter letters[] = {{u'y', {4, 2, 1}}, {u'm', {4, 3, 2, 1}}, {u'd', {6, 5, 4, 3, 2, 1}},
-                                          {u'a', {4, 3}},    {u'w', {2, 1}},       {u'q', {1}},
-                                          {u'g', {3, 2, 1}}, {u'e', {2, 1}},       {u'h', {2, 1}},
-                                          {u'n', {2, 1}},    {u's', {2, 1}},       {u't', {5}},
-                                          {u'c', {1}},       {u'o', {4}}};
-    const auto found = std::find_if(std::begin(letters), std::end(letters), [&](const FieldLetter& One) {
-        return One.Letter == Letter.toLower().unicode();
-    });
-    return found != std::end(letters) ? found : nullptr;
+    return Unit >= u'A' && Unit <= u'Z' ? static_cast<char16_t>(Unit.unicode() + 0x20) : Unit.unicode();
 }
 
 /// Length of the AM or PM field at the front of Rest; 0 when there is none.
 qsizetype HalfDayLength(QStringView Rest)
 {
+    if (Lower(Rest.front()) != u'a')
+        return 0;
     for (const QStringView word : {QStringView(u"AM/PM"), QStringView(u"AMPM"), QStringView(u"A/P")}) {
         if (Rest.startsWith(word, Qt::CaseInsensitive))
             return word.size();
@@ -56,15 +66,15 @@ qsizetype HalfDayLength(QStringView Rest)
 /// Length of the letter field at the front of Rest; 0 when there is none.
 qsizetype FieldLength(QStringView Rest)
 {
-    const FieldLetter* const letter = FindLetter(Rest.front());
-    if (letter == nullptr)
+    const char16_t letter = Lower(Rest.front());
+    const unsigned lengths = FieldLengths(letter);
+    if (lengths == 0)
         return 0;
-    const QChar other = Rest.front();
-    const auto run = std::find_if(Rest.begin(), Rest.end(), [other](QChar One) { return One.toLower() != other.toLower(); })
-        - Rest.begin();
-    const auto length = std::find_if(letter->Lengths.begin(), letter->Lengths.end(),
-                                     [run](qsizetype One) { return One <= run; });
-    return length != letter->Lengths.end() ? *length : 0;
+    const auto run = std::find_if(Rest.begin(), Rest.end(), [letter](QChar One) { return Lower(One) != letter; });
+    qsizetype length = std::min<qsizetype>(run - Rest.begin(), 6);
+    while (length > 0 && (lengths >> length & 1) == 0)
+        --length;
+    return length;
 }
 
 class CDateWriter
@@ -83,14 +93,14 @@ private:
     bool HasHalfDay() const;
     qsizetype WriteNext(qsizetype Place);
     void WriteHalfDay(QStringView Field);
-    void WriteField(QChar Letter, qsizetype Length);
+    void WriteField(char16_t Letter, qsizetype Length);
     void WriteDay(qsizetype Length);
     void WriteMonth(qsizetype Length);
     void WriteYear(qsizetype Length);
-    void WriteEra(QChar Letter, qsizetype Length);
+    void WriteEra(char16_t Letter, qsizetype Length);
     void WriteGeneral();
     void WriteLongTime();
-    void Number(int Value, qsizetype Width) { m_text += u"%1"_s.arg(Value, static_cast<int>(Width), 10, QChar(u'0')); }
+    void Number(int Value, qsizetype Width); // Value of at least 0, Width at least 1 and at most 4
     int Weekday() const { return m_date.dayOfWeek() % 7; } // Sunday is 0
     int WeekOfYear() const;
 
@@ -105,9 +115,20 @@ private:
 QString CDateWriter::Write()
 {
     m_isHalfDay = HasHalfDay();
+    m_text.reserve(m_pattern.size() + 8);
     for (qsizetype place = 0; place < m_pattern.size();)
         place += WriteNext(place);
     return m_text;
+}
+
+void CDateWriter::Number(int Value, qsizetype Width)
+{
+    char16_t digits[10];
+    qsizetype size = 0;
+    for (; Value > 0 || size < Width; Value /= 10)
+        digits[size++] = static_cast<char16_t>(u'0' + Value % 10);
+    std::reverse(digits, digits + size);
+    m_text.append(QStringView(digits, size));
 }
 
 bool CDateWriter::HasHalfDay() const
@@ -136,7 +157,7 @@ qsizetype CDateWriter::WriteNext(qsizetype Place)
         return length;
     }
     if (const qsizetype length = FieldLength(rest); length > 0) {
-        WriteField(rest.front().toLower(), length);
+        WriteField(Lower(rest.front()), length);
         return length;
     }
     m_text += rest.front();
@@ -154,11 +175,11 @@ void CDateWriter::WriteHalfDay(QStringView Field)
     m_text += isAfter ? Field.sliced(slash + 1) : Field.first(slash);
 }
 
-void CDateWriter::WriteField(QChar Letter, qsizetype Length)
+void CDateWriter::WriteField(char16_t Letter, qsizetype Length)
 {
     const bool isMinutes = m_isAfterHour && Letter == u'm' && Length <= 2;
     m_isAfterHour = Letter == u'h';
-    switch (Letter.unicode()) {
+    switch (Letter) {
     case u'y': WriteYear(Length); break;
     case u'm': isMinutes ? Number(m_time.minute(), Length) : WriteMonth(Length); break;
     case u'd': WriteDay(Length); break;
@@ -207,7 +228,7 @@ void CDateWriter::WriteYear(qsizetype Length)
 }
 
 /// Before the first era there is no name, and the year is the common one.
-void CDateWriter::WriteEra(QChar Letter, qsizetype Length)
+void CDateWriter::WriteEra(char16_t Letter, qsizetype Length)
 {
     const Era* const era = EraOf(m_date);
     if (Letter == u'e')
@@ -225,7 +246,7 @@ void CDateWriter::WriteLongTime()
 
 void CDateWriter::WriteGeneral()
 {
-    const bool isDayZero = m_date == QDate(1899, 12, 30);
+    const bool isDayZero = m_date == DayZero;
     const bool hasTime = m_time != QTime(0, 0);
     if (!isDayZero)
         WriteDay(5);

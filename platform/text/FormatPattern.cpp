@@ -14,7 +14,7 @@ namespace
 /// The kind that the character at the front of Rest asks for.
 PatternKind KindOfFirst(QStringView Rest)
 {
-    const char16_t unit = Rest.front().toLower().unicode();
+    const char16_t unit = Rest.front().toCaseFolded().unicode();
     if (QStringView(u"0#.%").contains(unit))
         return PatternKind::Number;
     if (QStringView(u"@&<>!").contains(unit))
@@ -88,11 +88,11 @@ PatternKind KindOf(QStringView Pattern)
 qsizetype TakeLiteral(QStringView Pattern, qsizetype Place, QString& Literal)
 {
     const QStringView rest = Pattern.sliced(Place);
-    if (rest.startsWith(u'\\')) {
+    if (rest.front() == u'\\') {
         Literal = rest.sliced(1, std::min<qsizetype>(1, rest.size() - 1)).toString();
         return 1 + Literal.size();
     }
-    if (!rest.startsWith(u'"'))
+    if (rest.front() != u'"')
         return 0;
     const qsizetype end = rest.indexOf(u'"', 1);
     Literal = (end < 0 ? rest.sliced(1) : rest.sliced(1, end - 1)).toString();
