@@ -26,7 +26,7 @@ CPanel::CPanel(int Columns, QWidget* Parent)
     , m_columns(Columns)
 {
     setTextFormat(Qt::PlainText);
-    setSizePolicy(Columns > 0 ? QSizePolicy::Fixed : QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setSizePolicy(Columns > 0 ? QSizePolicy::Preferred : QSizePolicy::Ignored, QSizePolicy::Preferred);
 }
 
 QSize CPanel::sizeHint() const
@@ -34,7 +34,8 @@ QSize CPanel::sizeHint() const
     return {fontMetrics().horizontalAdvance(u'0') * m_columns + 2 * Margin, fontMetrics().height() + 4};
 }
 
-QSize CPanel::minimumSizeHint() const { return {m_columns > 0 ? sizeHint().width() : 0, sizeHint().height()}; }
+// The bar must not keep the window from getting narrow.
+QSize CPanel::minimumSizeHint() const { return {m_columns > 0 ? 2 * Margin : 0, sizeHint().height()}; }
 
 void CPanel::paintEvent(QPaintEvent*)
 {
@@ -122,8 +123,12 @@ void CStatusPanels::ShowLink(uClickableLabel* Link, const QString& Caption)
 
 void CStatusPanels::PlaceOverPanels()
 {
-    m_mail->setGeometry(Panel(u"Mail")->geometry().adjusted(Margin, 0, -Margin, 0));
-    m_homePage->setGeometry(Panel(u"HomePage")->geometry().adjusted(Margin, 0, -Margin, 0));
+    const auto within = [this](QStringView Key) { // in a narrow window nothing may be left of the panel
+        const QRect panel = Panel(Key)->geometry();
+        return QRect(panel.x() + Margin, panel.y(), qMax(panel.width() - 2 * Margin, 0), panel.height());
+    };
+    m_mail->setGeometry(within(u"Mail"));
+    m_homePage->setGeometry(within(u"HomePage"));
     m_editor->setGeometry(Panel(u"NoReadPoint")->geometry());
     m_mail->raise();
     m_homePage->raise();

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTest>
 #include <QToolButton>
@@ -136,7 +137,7 @@ class tst_CommandTables : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(); }
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
     void MenuBarIsWhole();
     void MenusHoldTheirEntriesInOrder_data();
     void MenusHoldTheirEntriesInOrder();
@@ -233,7 +234,7 @@ void tst_CommandTables::ShortcutsAndKeysAreUnique()
         const QKeyCombination key = action->shortcut()[0];
         QVERIFY2(!mdlCommands::FindKey(key.key(), key.keyboardModifiers()), qPrintable(action->objectName()));
     }
-    QCOMPARE(seen.size(), 15);
+    QCOMPARE(seen.size(), 14);
 }
 
 void tst_CommandTables::ItemsWithoutACommandStayDisabled()
