@@ -37,7 +37,8 @@ public:
         m_port = probe.serverPort();
         probe.close();
         m_process.start(QStringLiteral(TAVORA_BINARY_DIR "/boardd/tavora-boardd"),
-                        {u"--port"_s, QString::number(m_port), u"--messages"_s, QString::number(PageCount * PerPage)});
+                        {u"--port"_s, QString::number(m_port), u"--data"_s, m_folder.path(), u"--messages"_s,
+                         QString::number(PageCount * PerPage)});
         m_process.waitForStarted();
         while (QProcess::execute(u"curl"_s, {u"-s"_s, u"-o"_s, u"/dev/null"_s, BoardUrl()}) != 0
                && m_process.state() == QProcess::Running) {
@@ -53,6 +54,7 @@ public:
     QString PageUrl(int Page) const { return BoardUrl() + u"?dousa=log&logmidoku=0&logno="_s + QString::number(Page); }
 
 private:
+    QTemporaryDir m_folder; // of the posts, which nobody makes
     QProcess m_process;
     quint16 m_port = 0;
 };
