@@ -195,6 +195,8 @@ const jetsql::TableInfo* CSchema::FindTable(QStringView Name) const
 
 const QString* CSchema::FindQuery(QStringView Name) const
 {
+    if (m_queries.empty())
+        return nullptr;
     const auto found = m_queries.find(text::Fold(Name));
     return found == m_queries.end() ? nullptr : &found->second.Sql;
 }

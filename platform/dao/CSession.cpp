@@ -94,15 +94,31 @@ void CSession::RequireParameters(const Filled& Query)
         throw jetsql::MakeError(3061, {QString::number(wanted)});
 }
 
+namespace
+{
+
+Value BoundValue(const jetsql::Binding& Wanted, const CSession::Filled& Query)
+{
+    const size_t index = size_t(Wanted.Index);
+    if (Wanted.Source == jetsql::Binding::Parameter)
+        return mdlValues::ConvertTo(Wanted.As, Query.Parameters[index]);
+    try {
+        return mdlValues::ConvertTo(Wanted.As, Query.Shape.Literals[index]);
+    } catch (Error& error) {
+        error.Offset = Query.Shape.Offsets[2 * index];
+        throw;
+    }
+}
+
+} // namespace
+
 std::vector<Value> CSession::BoundValues(const Filled& Query, bool IsStrict)
 {
     std::vector<Value> values;
     values.reserve(Query.Statement.Bindings.size());
     for (const jetsql::Binding& binding : Query.Statement.Bindings) {
-        const auto& source = binding.Source == jetsql::Binding::Literal ? Query.Literals : Query.Parameters;
-        const Value& value = source[size_t(binding.Index)];
         try {
-            values.push_back(mdlValues::ConvertTo(binding.As, value));
+            values.push_back(BoundValue(binding, Query));
         } catch (const Error&) {
             // Where nobody asked for errors, what does not fit its field becomes Null and the row is kept.
             if (IsStrict)

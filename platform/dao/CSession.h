@@ -39,7 +39,7 @@ public:
     struct Filled
     {
         const jetsql::Statement& Statement;
-        const std::vector<Value>& Literals;
+        const jetsql::Shape& Shape;
         const std::vector<Value>& Parameters;
     };
 

@@ -75,7 +75,7 @@ void Database::Execute(const QString& Sql, ExecuteOption Option)
     m_recordsAffected = 0;
     const jetsql::Shape shape = jetsql::TakeShape(StatementText(Sql));
     const auto statement = Session().Compile(shape);
-    m_recordsAffected = Session().Run({*statement, shape.Literals, NoParameters}, Option);
+    m_recordsAffected = Session().Run({*statement, shape, NoParameters}, Option);
 }
 
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, RecordsetType Type)
@@ -88,7 +88,7 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, Record
     }
     const jetsql::Shape shape = jetsql::TakeShape(StatementText(Source));
     const auto statement = Session().Compile(shape);
-    return Session().Open({*statement, shape.Literals, NoParameters}, Type);
+    return Session().Open({*statement, shape, NoParameters}, Type);
 }
 
 void Database::BeginTrans() { Session().Connection().Begin(); }

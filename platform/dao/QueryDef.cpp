@@ -64,7 +64,7 @@ void QueryDef::Execute(ExecuteOption Option)
     if (jetsql::ReturnsRows(statement->Type))
         throw jetsql::MakeError(3065);
     const std::vector<Value> parameters = FilledParameters(*statement);
-    m_recordsAffected = m_owner.Session().Run({*statement, m_shape.Literals, parameters}, Option);
+    m_recordsAffected = m_owner.Session().Run({*statement, m_shape, parameters}, Option);
     m_owner.m_recordsAffected = m_recordsAffected;
 }
 
@@ -72,7 +72,7 @@ std::unique_ptr<Recordset> QueryDef::OpenRecordset(RecordsetType Type)
 {
     const auto statement = Statement();
     const std::vector<Value> parameters = FilledParameters(*statement);
-    return m_owner.Session().Open({*statement, m_shape.Literals, parameters}, Type);
+    return m_owner.Session().Open({*statement, m_shape, parameters}, Type);
 }
 
 } // namespace dao

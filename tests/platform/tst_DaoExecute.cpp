@@ -31,6 +31,7 @@ private Q_SLOTS:
     void SkippedRows();
     void RecordsAffected();
     void WrongKindOfStatement();
+    void ErrorsShowTheirPlace();
     void StructureChangesUnderKnownStatements();
     void TransactionsNest();
     void ScopeRollsBack();
@@ -190,6 +191,21 @@ void tst_DaoExecute::WrongKindOfStatement()
     QCOMPARE(ErrorNumber([this] { m_db->OpenRecordset(u"SELECT * FROM [~Queries]"_s); }), 3078);
     QCOMPARE(ErrorNumber([this] { m_db->OpenRecordset(u"Nope"_s, RecordsetType::Table); }), 3011);
     QCOMPARE(m_db->OpenRecordset(u"posts"_s)->FieldCount(), 8);
+}
+
+void tst_DaoExecute::ErrorsShowTheirPlace()
+{
+    const auto place = [this](const QString& Sql) {
+        try {
+            m_db->Execute(Sql);
+        } catch (const dao::Error& error) {
+            return QString::number(error.Number) + u'@' + QString::number(error.Offset);
+        }
+        return u"no error"_s;
+    };
+    QCOMPARE(place(u"INSERT INTO Posts(BBS_ID, ID, Must) VALUES(3, 4, 'x')"_s), u"3421@49"_s);
+    QCOMPARE(place(u"INSERT INTO Posts(BBS_ID,  ID, Must) VALUES(3,  4, 'y')"_s), u"3421@51"_s);
+    QCOMPARE(place(u"DELETE FROM 件数 WHERE ID = 1"_s), u"3078@12"_s);
 }
 
 void tst_DaoExecute::StructureChangesUnderKnownStatements()
