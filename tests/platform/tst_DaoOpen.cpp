@@ -36,6 +36,7 @@ private Q_SLOTS:
     void CreateNeverReplaces();
     void ReadOnlyFile();
     void ReadOnlyFolder();
+    void OddFileNames();
     void ExclusivelyLocked();
     void ClosedObjects();
     void LeaveLogMakesOneFile();
@@ -244,6 +245,23 @@ void tst_DaoOpen::ReadOnlyFolder()
     db->BeginTrans();
     db->Rollback();
     QCOMPARE(ErrorNumber([this] { Database::Create(Path(u"b.mdb"_s)); }), 3051);
+}
+
+void tst_DaoOpen::OddFileNames()
+{
+    MakeDatabase();
+    const QString folder = Path(u"ソ表 %41?#'&"_s);
+    QVERIFY(QDir().mkdir(folder));
+    const QString name = folder + u"/log?mode=memory#1.mdb"_s;
+    QVERIFY(QFile::rename(Path(), name));
+    QVERIFY(!Database::Open(name)->IsReadOnly());
+    QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(folder, QFile::Permissions(0x5555)));
+    {
+        const CReadOnlyUser user;
+        QCOMPARE(Database::Open(name)->OpenRecordset(u"T"_s, dao::RecordsetType::Table)->RecordCount(), 500);
+    }
+    QFile::setPermissions(folder, QFile::Permissions(0x7777));
 }
 
 void tst_DaoOpen::ExclusivelyLocked()

@@ -11,6 +11,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 using namespace mdlDaoHelpers;
 using dao::Database;
@@ -35,6 +39,7 @@ private Q_SLOTS:
     void StepsFailQuietly();
     void NeverReplaces();
     void NothingLeftBehindWhenRefused();
+    void NothingLeftBehindOnAFullDisk();
     void LostLogDoesNotJoinTheNewFile();
 
 private:
@@ -253,6 +258,21 @@ void tst_Schema::NothingLeftBehindWhenRefused()
 {
     QVERIFY(!mdlStore::CreateNewDatabase(m_folder->filePath(u"nowhere/log.mdb"_s)));
     QCOMPARE(Files(), QStringList());
+}
+
+/// A limit on the size of files stands for the end of the disk.
+void tst_Schema::NothingLeftBehindOnAFullDisk()
+{
+    rlimit before{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit tight{10000, before.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    const auto db = mdlStore::CreateNewDatabase(m_file);
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
+    QVERIFY(!db);
+    QCOMPARE(Files(), QStringList());
+    QVERIFY(mdlStore::CreateNewDatabase(m_file));
 }
 
 /// Someone deleted the database but not the log beside it. Read into the new file it would spoil it.
