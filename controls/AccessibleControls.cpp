@@ -18,13 +18,15 @@ namespace
 class CLinkInterface : public QAccessibleWidget
 {
 public:
-    explicit CLinkInterface(uClickableLabel* Label) : QAccessibleWidget(Label, QAccessible::Link) {}
+    explicit CLinkInterface(uClickableLabel* Label)
+        : QAccessibleWidget(Label, QAccessible::Link)
+    {}
 
     QString text(QAccessible::Text Kind) const override
     {
         return Kind == QAccessible::Name ? Link().Caption() : QAccessibleWidget::text(Kind);
     }
-    int childCount() const override { return 0; }   // the inner label says nothing more
+    int childCount() const override { return 0; } // the inner label says nothing more
     QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }
     void doAction(const QString& Action) override
     {
@@ -41,7 +43,9 @@ private:
 class CBarInterface : public QAccessibleWidget, public QAccessibleValueInterface
 {
 public:
-    explicit CBarInterface(uSeparatorBar* Bar) : QAccessibleWidget(Bar, QAccessible::Splitter) {}
+    explicit CBarInterface(uSeparatorBar* Bar)
+        : QAccessibleWidget(Bar, QAccessible::Splitter)
+    {}
 
     void* interface_cast(QAccessible::InterfaceType Type) override
     {
@@ -67,7 +71,7 @@ QAccessibleInterface* Make(const QString& ClassName, QObject* Object)
         return new CBarInterface(static_cast<uSeparatorBar*>(Object));
     return nullptr;
 }
-}
+} // namespace
 
 void Install()
 {
@@ -76,4 +80,4 @@ void Install()
         return true;
     }();
 }
-}
+} // namespace mdlAccessibleControls

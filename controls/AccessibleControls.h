@@ -9,6 +9,6 @@ namespace mdlAccessibleControls
 /// Makes the clickable label a link and the splitter's bar a splitter with a value. Controls call it when they are
 /// made; only the first call does something.
 void Install();
-}
+} // namespace mdlAccessibleControls
 
 #endif

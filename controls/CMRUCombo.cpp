@@ -12,7 +12,9 @@
 
 #include <algorithm>
 
-CMRUCombo::CMRUCombo(QObject* Parent) : QObject(Parent) {}
+CMRUCombo::CMRUCombo(QObject* Parent)
+    : QObject(Parent)
+{}
 
 void CMRUCombo::SetComboBox(QComboBox* NewComboBox)
 {
@@ -32,9 +34,9 @@ void CMRUCombo::SetComboBox(QComboBox* NewComboBox)
         return;
     m_combo->setEditable(true);
     m_combo->setInsertPolicy(QComboBox::NoInsert);
-    m_combo->setCompleter(nullptr);   // the toolkit's own ignores case and opens a list
+    m_combo->setCompleter(nullptr); // the toolkit's own ignores case and opens a list
     m_edit = m_combo->lineEdit();
-    m_combo->installEventFilter(this);   // has the focus and passes the keys on
+    m_combo->installEventFilter(this); // has the focus and passes the keys on
     m_edit->installEventFilter(this);
     connect(m_edit, &QLineEdit::textEdited, this, &CMRUCombo::OnTextEdited);
 }
@@ -122,7 +124,7 @@ void CMRUCombo::OnTextEdited(const QString& Text)
     if (Text == m_lastSeen)
         return;
     const int caret = Caret();
-    if (caret <= m_caretBefore) {   // deleted, or written over
+    if (caret <= m_caretBefore) { // deleted, or written over
         m_caretBefore = caret;
         return;
     }

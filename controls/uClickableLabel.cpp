@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 float Twips(double Pixels) { return static_cast<float>(Pixels * mdlGeometry::TwipsPerPixel); }
-}
+} // namespace
 
 uClickableLabel::uClickableLabel(Desktop& Shell, QWidget* Parent)
     : QWidget(Parent)
@@ -32,10 +32,10 @@ uClickableLabel::uClickableLabel(Desktop& Shell, QWidget* Parent)
     mdlAccessibleControls::Install();
     m_label->setObjectName(u"lblCaption"_s);
     m_label->setTextFormat(Qt::PlainText);
-    m_label->setAttribute(Qt::WA_TransparentForMouseEvents);   // clicks and hovering are this control's
+    m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // clicks and hovering are this control's
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSizeConstraint(QLayout::SetNoConstraint);   // a long address is cut, it does not widen the window
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a long address is cut, it does not widen the window
     layout->addWidget(m_label);
     UpdateReach();
 }
@@ -97,7 +97,7 @@ void uClickableLabel::ShowState()
         font.setUnderline(marked);
         m_label->setFont(font);
     }
-    QPalette colours;   // nothing set: the inherited ones
+    QPalette colours; // nothing set: the inherited ones
     if (marked)
         colours.setColor(QPalette::WindowText, HoverColor(palette().color(QPalette::Window)));
     m_label->setPalette(colours);

@@ -16,7 +16,9 @@
 using mdlGeometry::ToPixels;
 using mdlGeometry::ToTwips;
 
-uSeparator::uSeparator(QWidget* Parent) : QWidget(Parent), m_bar(new uSeparatorBar(this))
+uSeparator::uSeparator(QWidget* Parent)
+    : QWidget(Parent)
+    , m_bar(new uSeparatorBar(this))
 {
     mdlAccessibleControls::Install();
     SetAspect(Vertical);
@@ -136,7 +138,7 @@ void uSeparator::EndDrag()
 {
     const int position = IsHorizontal() ? m_bar->y() : m_bar->x();
     if (position == BarPosition())
-        return;   // pressed and let go
+        return; // pressed and let go
     SetOffset(ToTwips(position));
     Q_EMIT Moved();
 }
@@ -155,7 +157,7 @@ void uSeparator::ToggleCollapsed()
     } else if (m_remembered) {
         SetOffset(*m_remembered);
     } else {
-        SetOffset(ToTwips(InnerLength() / 2));   // it was collapsed in an earlier run
+        SetOffset(ToTwips(InnerLength() / 2)); // it was collapsed in an earlier run
     }
     Q_EMIT Moved();
 }

@@ -89,15 +89,15 @@ private:
     void Arrange();
     QRect Part(int From, int Length) const;
 
-    uSeparatorBar* m_bar;   // a child
+    uSeparatorBar* m_bar; // a child
     QPointer<QWidget> m_panel1;
     QPointer<QWidget> m_panel2;
     int m_aspect = Vertical;
     int m_sideMin = 100;
-    QColor m_backColor;                // invalid: the palette's
-    std::optional<int> m_offset;       // twips as last set; none: the middle, or m_percent
-    std::optional<double> m_percent;   // set before the size was known
-    std::optional<int> m_remembered;   // twips before the collapse
+    QColor m_backColor;              // invalid: the palette's
+    std::optional<int> m_offset;     // twips as last set; none: the middle, or m_percent
+    std::optional<double> m_percent; // set before the size was known
+    std::optional<int> m_remembered; // twips before the collapse
 };
 
 #endif

@@ -17,13 +17,15 @@ namespace
 /// How far one press of an arrow key moves the bar, in pixels.
 constexpr int KeyStep = 8;
 constexpr int Everything = 1'000'000;
-}
+} // namespace
 
-uSeparatorBar::uSeparatorBar(uSeparator* Owner) : QWidget(Owner), m_owner(*Owner)
+uSeparatorBar::uSeparatorBar(uSeparator* Owner)
+    : QWidget(Owner)
+    , m_owner(*Owner)
 {
     setObjectName(u"picBar"_s);
     setAccessibleName(u"区切りバー"_s);
-    setFocusPolicy(Qt::TabFocus);   // a drag must not take the focus from the list
+    setFocusPolicy(Qt::TabFocus); // a drag must not take the focus from the list
 }
 
 int uSeparatorBar::Along(const QPointF& Position) const

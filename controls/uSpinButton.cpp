@@ -22,15 +22,16 @@ bool IsModified(const QKeyEvent& Event)
 {
     return Event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
 }
-}
+} // namespace
 
-uSpinButton::uSpinButton(QWidget* Parent) : QSpinBox(Parent)
+uSpinButton::uSpinButton(QWidget* Parent)
+    : QSpinBox(Parent)
 {
     setRange(0, 50);
-    lineEdit()->setText(textFromValue(value()));   // the base waits with it until it is shown
+    lineEdit()->setText(textFromValue(value())); // the base waits with it until it is shown
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QSpinBox::valueChanged, this, &uSpinButton::Change);
-    connect(lineEdit(), &QLineEdit::textChanged, this, &uSpinButton::OnTextChanged);   // after the base has the value
+    connect(lineEdit(), &QLineEdit::textChanged, this, &uSpinButton::OnTextChanged); // after the base has the value
 }
 
 void uSpinButton::SetValue(qint32 NewValue)
@@ -42,7 +43,7 @@ void uSpinButton::SetValue(qint32 NewValue)
 QValidator::State uSpinButton::validate(QString& Input, [[maybe_unused]] int& Position) const
 {
     if (Input.isEmpty())
-        return QValidator::Intermediate;   // OnTextChanged puts Min there
+        return QValidator::Intermediate; // OnTextChanged puts Min there
     for (QChar& c : Input) {
         c = Narrow(c);
         if ((c < u'0' || c > u'9') && c != u'-')
@@ -56,7 +57,7 @@ QValidator::State uSpinButton::validate(QString& Input, [[maybe_unused]] int& Po
 void uSpinButton::OnTextChanged(const QString& Text)
 {
     const QString plain = textFromValue(Text.isEmpty() ? minimum() : value());
-    if (Text == plain || m_composing)   // what is composed replaces the selection first, and then is text
+    if (Text == plain || m_composing) // what is composed replaces the selection first, and then is text
         return;
     if (Text.isEmpty()) {
         setValue(minimum());
@@ -76,7 +77,7 @@ bool uSpinButton::event(QEvent* Event)
         return QSpinBox::event(Event);
     m_composing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
     const bool handled = QSpinBox::event(Event);
-    OnTextChanged(lineEdit()->text());   // composing given up: nothing may be left empty
+    OnTextChanged(lineEdit()->text()); // composing given up: nothing may be left empty
     return handled;
 }
 
@@ -96,5 +97,5 @@ void uSpinButton::wheelEvent(QWheelEvent* Event)
     if (hasFocus())
         QSpinBox::wheelEvent(Event);
     else
-        Event->ignore();   // scrolling past the box must not change it
+        Event->ignore(); // scrolling past the box must not change it
 }

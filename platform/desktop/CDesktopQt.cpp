@@ -75,7 +75,7 @@ void TakeTextsAsPlain(QWidget& Dialog)
     for (QLabel* label : labels)
         label->setTextFormat(Qt::PlainText);
 }
-}
+} // namespace
 
 void CDesktopQt::SetParent(QWidget* Parent) { m_parent = Parent; }
 void CDesktopQt::SetCaption(const QString& Caption) { m_caption = Caption; }

@@ -39,9 +39,11 @@ QString SocketPath(const QString& ProgramPath)
     return (folder.isEmpty() ? QDir::tempPath() : folder) + u'/' + name;
 #endif
 }
-}
+} // namespace
 
-CSingleInstance::CSingleInstance(const QString& ProgramPath) : m_socketPath(SocketPath(ProgramPath)) {}
+CSingleInstance::CSingleInstance(const QString& ProgramPath)
+    : m_socketPath(SocketPath(ProgramPath))
+{}
 
 CSingleInstance::~CSingleInstance() = default;
 
@@ -83,8 +85,8 @@ void CSingleInstance::Listen()
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this, &CSingleInstance::OnConnection);
-    QLocalServer::removeServer(m_socketPath);   // nobody answered there: a crash left it behind
-    m_server->listen(m_socketPath);             // where that fails the program runs all the same
+    QLocalServer::removeServer(m_socketPath); // nobody answered there: a crash left it behind
+    m_server->listen(m_socketPath);           // where that fails the program runs all the same
 }
 
 void CSingleInstance::OnConnection()

@@ -19,7 +19,7 @@ double Luminance(const QColor& Colour)
 {
     return 0.2126 * Linear(Colour.redF()) + 0.7152 * Linear(Colour.greenF()) + 0.0722 * Linear(Colour.blueF());
 }
-}
+} // namespace
 
 double Ratio(const QColor& A, const QColor& B)
 {
@@ -42,4 +42,4 @@ QColor Legible(const QColor& Wanted, const QColor& Background)
     }
     return Ratio(Qt::white, Background) > Ratio(Qt::black, Background) ? QColor(Qt::white) : QColor(Qt::black);
 }
-}
+} // namespace mdlContrast

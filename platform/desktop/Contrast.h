@@ -17,6 +17,6 @@ double Ratio(const QColor& A, const QColor& B);
 /// Wanted itself where it is Readable on Background, else the same hue made lighter, or darker where no lighter one
 /// will do, just as far as it takes; at worst black or white.
 QColor Legible(const QColor& Wanted, const QColor& Background);
-}
+} // namespace mdlContrast
 
 #endif

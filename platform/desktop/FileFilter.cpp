@@ -28,7 +28,7 @@ QString Description(QString Text)
         Text.truncate(bracket);
     return Text.trimmed();
 }
-}
+} // namespace
 
 QStringList NameFilters(const QString& Filter)
 {
@@ -41,4 +41,4 @@ QStringList NameFilters(const QString& Filter)
     }
     return filters;
 }
-}
+} // namespace mdlFileFilter

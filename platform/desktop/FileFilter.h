@@ -12,6 +12,6 @@ namespace mdlFileFilter
 /// ";". "*.*" becomes "*": a file without a dot is a file. A description that already ends in its patterns does not
 /// repeat them. A last description without patterns shows all files.
 QStringList NameFilters(const QString& Filter);
-}
+} // namespace mdlFileFilter
 
 #endif

@@ -39,7 +39,7 @@ QRect MovedInto(const QRect& Window, const QRect& Screen)
     const int top = std::clamp(Window.top(), Screen.top(), Screen.top() + Screen.height() - size.height());
     return {QPoint(left, top), size};
 }
-}
+} // namespace
 
 int ToPixels(qint64 Twips)
 {
@@ -48,10 +48,7 @@ int ToPixels(qint64 Twips)
     return static_cast<int>((twips + half) / TwipsPerPixel);
 }
 
-int ToTwips(int Pixels)
-{
-    return static_cast<int>(std::clamp<qint64>(Pixels, -MaxPixels, MaxPixels) * TwipsPerPixel);
-}
+int ToTwips(int Pixels) { return static_cast<int>(std::clamp<qint64>(Pixels, -MaxPixels, MaxPixels) * TwipsPerPixel); }
 
 QRect ToPixels(const QRect& Twips)
 {
@@ -94,4 +91,4 @@ QRect Centred(const QSize& Size)
         area.moveCenter(screen->availableGeometry().center());
     return area;
 }
-}
+} // namespace mdlGeometry

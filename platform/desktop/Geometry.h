@@ -28,6 +28,6 @@ QRect OnScreen(const QRect& Wanted);
 
 /// A rectangle of this size in the middle of the available area of the primary screen.
 QRect Centred(const QSize& Size);
-}
+} // namespace mdlGeometry
 
 #endif

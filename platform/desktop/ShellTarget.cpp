@@ -19,8 +19,8 @@ bool HasControlCharacter(const QString& Text)
     return std::any_of(Text.begin(), Text.end(), [](QChar c) {
         const QChar::Category category = c.category();
         // Format characters can turn the reading direction, so that an address shows as another one.
-        return category == QChar::Other_Control || category == QChar::Other_Format
-            || category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
+        return category == QChar::Other_Control || category == QChar::Other_Format ||
+               category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
     });
 }
 
@@ -33,8 +33,11 @@ bool AttachesFile(const QUrl& Url)
     });
 }
 
-bool IsMailTarget(const QUrl& Url) { return !Url.path().trimmed().isEmpty() && Url.host().isEmpty() && !AttachesFile(Url); }
+bool IsMailTarget(const QUrl& Url)
+{
+    return !Url.path().trimmed().isEmpty() && Url.host().isEmpty() && !AttachesFile(Url);
 }
+} // namespace
 
 std::optional<QString> AcceptTarget(const QString& Target)
 {
@@ -46,10 +49,10 @@ std::optional<QString> AcceptTarget(const QString& Target)
     const QUrl url(target, QUrl::TolerantMode);
     if (!url.isValid())
         return std::nullopt;
-    const QString scheme = url.scheme();   // in lower case
+    const QString scheme = url.scheme(); // in lower case
     if (scheme == u"mailto")
         return IsMailTarget(url) ? std::optional(target) : std::nullopt;
     const bool isNet = scheme == u"http" || scheme == u"https" || scheme == u"ftp";
     return isNet && !url.host().isEmpty() ? std::optional(target) : std::nullopt;
 }
-}
+} // namespace mdlShell

@@ -19,6 +19,6 @@ inline constexpr qsizetype MaxTargetLength = 4096;
 /// Blanks around it are dropped. Refused are all other schemes, paths of files, control characters, and mail links
 /// that would attach a file of the reader's own.
 std::optional<QString> AcceptTarget(const QString& Target);
-}
+} // namespace mdlShell
 
 #endif

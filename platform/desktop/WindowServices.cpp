@@ -27,7 +27,7 @@ int WidestItem(const QComboBox& Combo)
         widest = std::max(widest, metrics.horizontalAdvance(Combo.itemText(i)));
     return widest;
 }
-}
+} // namespace
 
 void SelectAllText(QWidget* Control)
 {
@@ -44,9 +44,9 @@ void SelectAllText(QWidget* Control)
 void AdjustComboDropDown(QComboBox* Combo, int VisibleRows)
 {
     Combo->setMaxVisibleItems(VisibleRows < 1 ? DefaultRows : VisibleRows);
-    const int margins = 2 * Combo->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, Combo)
-        + 2 * Combo->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, Combo)
-        + Combo->view()->verticalScrollBar()->sizeHint().width();
+    const int margins = 2 * Combo->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, Combo) +
+                        2 * Combo->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, Combo) +
+                        Combo->view()->verticalScrollBar()->sizeHint().width();
     Combo->view()->setMinimumWidth(WidestItem(*Combo) + margins);
 }
 
@@ -64,4 +64,4 @@ void ActivateWindow(QWidget* Window)
     Window->raise();
     Window->activateWindow();
 }
-}
+} // namespace mdlWindow

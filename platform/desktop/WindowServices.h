@@ -23,6 +23,6 @@ QRect GetNormalWindowRect(const QWidget* Window);
 
 /// Brings the window to the front, restoring it unless it is maximised; shows it when it was hidden.
 void ActivateWindow(QWidget* Window);
-}
+} // namespace mdlWindow
 
 #endif

@@ -30,8 +30,7 @@ public:
                               Buttons BoxButtons = Buttons::Ok, Answer Default = Answer::Ok) = 0;
 
     /// Asks for one line of text, beginning with Text. Nothing when the user cancelled; empty when he left it empty.
-    virtual std::optional<QString> InputBox(const QString& Prompt, const QString& Title,
-                                            const QString& Text = {}) = 0;
+    virtual std::optional<QString> InputBox(const QString& Prompt, const QString& Title, const QString& Text = {}) = 0;
 
     /// Lets the user choose one or more existing files; full paths, none when he cancelled.
     ///

@@ -59,10 +59,7 @@ bool StartsWithIgnoringCase(const QByteArray& Text, const QByteArray& Start)
     return Text.size() >= Start.size() && Text.left(Start.size()).compare(Start, Qt::CaseInsensitive) == 0;
 }
 
-bool IsOver(const CCookie& Cookie, const QDateTime& Now)
-{
-    return Cookie.Expires.isValid() && Cookie.Expires <= Now;
-}
+bool IsOver(const CCookie& Cookie, const QDateTime& Now) { return Cookie.Expires.isValid() && Cookie.Expires <= Now; }
 
 bool SamePlace(const CCookie& A, const CCookie& B)
 {
@@ -75,26 +72,28 @@ bool IsOwn(const CCookie& Cookie) { return Cookie.Persistent && !Cookie.Expires.
 /// True when Later differs from Earlier in no more than a slightly later end.
 bool IsMinorChange(const CCookie& Earlier, const CCookie& Later)
 {
-    return Earlier.Value == Later.Value && Earlier.HostOnly == Later.HostOnly && Earlier.Secure == Later.Secure
-        && Earlier.HttpOnly == Later.HttpOnly && Earlier.Persistent == Later.Persistent
-        && Earlier.Expires.isValid() && Later.Expires.isValid()
-        && qAbs(Earlier.Expires.secsTo(Later.Expires)) < MinorShiftSecs;
+    return Earlier.Value == Later.Value && Earlier.HostOnly == Later.HostOnly && Earlier.Secure == Later.Secure &&
+           Earlier.HttpOnly == Later.HttpOnly && Earlier.Persistent == Later.Persistent && Earlier.Expires.isValid() &&
+           Later.Expires.isValid() && qAbs(Earlier.Expires.secsTo(Later.Expires)) < MinorShiftSecs;
 }
 
 /// The renamed file is only safe from a power cut when its folder is on the disk too.
 void SyncFolderOf([[maybe_unused]] const QString& FileName)
 {
 #ifdef Q_OS_UNIX
-    const int folder = ::open(QFile::encodeName(QFileInfo(FileName).absolutePath()).constData(), O_RDONLY | O_DIRECTORY);
+    const int folder =
+        ::open(QFile::encodeName(QFileInfo(FileName).absolutePath()).constData(), O_RDONLY | O_DIRECTORY);
     if (folder < 0)
         return;
     ::fsync(folder);
     ::close(folder);
 #endif
 }
-}
+} // namespace
 
-CCookieStore::CCookieStore(const QString& FileName) : m_fileName(FileName) {}
+CCookieStore::CCookieStore(const QString& FileName)
+    : m_fileName(FileName)
+{}
 
 CCookieStore::~CCookieStore()
 {
@@ -110,7 +109,7 @@ bool CCookieStore::Load()
     m_unreadable = file.exists() && !file.open(QIODevice::ReadOnly);
     if (!file.isOpen())
         return !m_unreadable;
-    file.setPermissions(OwnerOnly);   // a copy from elsewhere may have come readable for all
+    file.setPermissions(OwnerOnly); // a copy from elsewhere may have come readable for all
     const QByteArrayList lines = file.read(MaxFileBytes).split('\n');
     const QDateTime now = QDateTime::currentDateTimeUtc();
     for (const QByteArray& line : lines) {
@@ -134,7 +133,7 @@ bool CCookieStore::Save()
         if (cookie.Persistent)
             file.write(mdlCookieText::ToLine(cookie) + '\n');
     }
-    if (!file.commit())   // syncs before it renames
+    if (!file.commit()) // syncs before it renames
         return false;
     SyncFolderOf(m_fileName);
     m_dirty = false;
@@ -183,9 +182,9 @@ bool CCookieStore::Store(const QUrl& Url, CCookie Cookie, const QByteArray& Attr
     const mdlCookieText::Attributes given = mdlCookieText::ReadAttributes(Attributes);
     const QByteArray host = HostOf(Url);
     const bool wide = !given.Domain.isEmpty() && given.Domain != host;
-    if (!mdlCookieText::IsDomain(host) || (given.HttpOnly && From == Origin::Program)
-        || (wide && (!IsBelow(host, given.Domain) || IsSharedByStrangers(given.Domain)
-                     || !QHostAddress(QString::fromLatin1(host)).isNull())))
+    if (!mdlCookieText::IsDomain(host) || (given.HttpOnly && From == Origin::Program) ||
+        (wide && (!IsBelow(host, given.Domain) || IsSharedByStrangers(given.Domain) ||
+                  !QHostAddress(QString::fromLatin1(host)).isNull())))
         return false;
     Cookie.Domain = wide ? given.Domain : host;
     Cookie.HostOnly = !wide;
@@ -193,15 +192,15 @@ bool CCookieStore::Store(const QUrl& Url, CCookie Cookie, const QByteArray& Attr
     Cookie.Secure = given.Secure;
     Cookie.HttpOnly = given.HttpOnly;
     Cookie.Persistent = given.Expires.isValid();
-    if (!mdlCookieText::IsName(Cookie.Name) || !mdlCookieText::IsPath(Cookie.Path)
-        || Cookie.Name.size() + Cookie.Value.size() > MaxCookieBytes)
+    if (!mdlCookieText::IsName(Cookie.Name) || !mdlCookieText::IsPath(Cookie.Path) ||
+        Cookie.Name.size() + Cookie.Value.size() > MaxCookieBytes)
         return false;
 
     const bool over = given.Expires.isValid() && given.Expires <= QDateTime::currentDateTimeUtc();
     if (From == Origin::Server)
         Cookie.Expires = given.Expires;
-    const auto old = std::find_if(m_cookies.begin(), m_cookies.end(),
-                                  [&](const CCookie& held) { return SamePlace(held, Cookie); });
+    const auto old =
+        std::find_if(m_cookies.begin(), m_cookies.end(), [&](const CCookie& held) { return SamePlace(held, Cookie); });
     const bool wasInFile = old != m_cookies.end() && old->Persistent;
     const bool minor = old != m_cookies.end() && !over && IsMinorChange(*old, Cookie);
     const bool toFile = (wasInFile || Cookie.Persistent) && (wasInFile || !over);

@@ -82,7 +82,7 @@ private:
     void DropExpired();
 
     QString m_fileName;
-    std::vector<CCookie> m_cookies;   // oldest first
+    std::vector<CCookie> m_cookies; // oldest first
     bool m_unreadable = false;
     bool m_dirty = false;
 };

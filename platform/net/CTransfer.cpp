@@ -9,8 +9,7 @@
 CTransfer::CTransfer(CCookieStore& Cookies, QObject* Parent)
     : QObject(Parent)
     , m_run(std::make_unique<CRun>(*this, Cookies))
-{
-}
+{}
 
 CTransfer::~CTransfer() = default;
 

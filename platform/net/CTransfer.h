@@ -32,12 +32,12 @@ public:
         Connected,
         Requesting,
         RequestSent,
-        ReceivingResponse,   ///< the header is there, data begins to come
-        ResponseReceived,    ///< some more of the body can be read by GetChunk
+        ReceivingResponse, ///< the header is there, data begins to come
+        ResponseReceived,  ///< some more of the body can be read by GetChunk
         Disconnecting,
         Disconnected,
-        Error,               ///< the end: see ResponseCode and ResponseInfo
-        ResponseCompleted    ///< the end: the whole body can be read
+        Error,            ///< the end: see ResponseCode and ResponseInfo
+        ResponseCompleted ///< the end: the whole body can be read
     };
     Q_ENUM(State)
 

@@ -45,11 +45,13 @@ public:
         return proxies.isEmpty() || proxies.first().type() == QNetworkProxy::NoProxy;
     }
 };
-}
+} // namespace
 
-CTransfer::CRun::CRun(CTransfer& Owner, CCookieStore& Cookies) : m_owner(Owner), m_cookies(Cookies)
+CTransfer::CRun::CRun(CTransfer& Owner, CCookieStore& Cookies)
+    : m_owner(Owner)
+    , m_cookies(Cookies)
 {
-    m_manager.setProxyFactory(new CProxies);   // the manager owns it
+    m_manager.setProxyFactory(new CProxies); // the manager owns it
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, [this] { Fail(TimedOut); });
 }
@@ -163,7 +165,7 @@ void CTransfer::CRun::Resolve()
 
 void CTransfer::CRun::OnResolved(const QHostInfo& Found)
 {
-    if (Found.lookupId() != m_lookup)   // of a run that was cancelled
+    if (Found.lookupId() != m_lookup) // of a run that was cancelled
         return;
     m_lookup = -1;
     if (Found.error() != QHostInfo::NoError || Found.addresses().isEmpty()) {
@@ -197,7 +199,7 @@ QNetworkRequest CTransfer::CRun::MakeRequest() const
     const QByteArray cookies = m_cookies.Get(Current);
     if (!cookies.isEmpty())
         request.setRawHeader("Cookie", cookies);
-    request.setRawHeader("Accept-Encoding", "identity");   // a packed body could unpack to anything
+    request.setRawHeader("Accept-Encoding", "identity"); // a packed body could unpack to anything
     request.setRawHeader("User-Agent", "Tavora");
     return request;
 }
@@ -300,8 +302,7 @@ void CTransfer::CRun::OnFinished()
 bool CTransfer::CRun::IsCutShort() const
 {
     const auto promised = mdlHttpReply::PromisedLength(*m_reply);
-    return promised && m_received < *promised
-        && !mdlHttpReply::HasNoBody(m_method, mdlHttpReply::StatusOf(*m_reply));
+    return promised && m_received < *promised && !mdlHttpReply::HasNoBody(m_method, mdlHttpReply::StatusOf(*m_reply));
 }
 
 void CTransfer::CRun::KeepCookies()

@@ -66,16 +66,16 @@ private:
     QPointer<QNetworkReply> m_reply;
     QByteArray m_method;
     bool m_running = false;
-    int m_number = 0;           // of the run, to tell a later one from this one
-    int m_lookup = -1;          // of the name look-up under way
-    QString m_keptFor;          // scheme, host and port whose connection is probably still open
+    int m_number = 0;  // of the run, to tell a later one from this one
+    int m_lookup = -1; // of the name look-up under way
+    QString m_keptFor; // scheme, host and port whose connection is probably still open
     bool m_connecting = false;
     bool m_headerSeen = false;
-    QUrl m_redirect;            // where the reply under way sends us; empty: nowhere
+    QUrl m_redirect; // where the reply under way sends us; empty: nowhere
     int m_redirects = 0;
     QByteArray m_body;
-    qsizetype m_taken = 0;      // bytes of m_body that were handed out
-    qint64 m_received = 0;      // bytes of the reply under way
+    qsizetype m_taken = 0; // bytes of m_body that were handed out
+    qint64 m_received = 0; // bytes of the reply under way
 };
 
 #endif

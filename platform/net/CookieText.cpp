@@ -77,9 +77,9 @@ std::optional<bool> FlagOf(const QByteArray& Field)
 
 bool IsSound(const CCookie& Cookie)
 {
-    return IsName(Cookie.Name) && IsDomain(Cookie.Domain) && IsPath(Cookie.Path)
-        && Cookie.Name.size() + Cookie.Value.size() <= CCookieStore::MaxCookieBytes
-        && OneLine(Cookie.Value) == Cookie.Value && !Cookie.Value.contains(';');
+    return IsName(Cookie.Name) && IsDomain(Cookie.Domain) && IsPath(Cookie.Path) &&
+           Cookie.Name.size() + Cookie.Value.size() <= CCookieStore::MaxCookieBytes &&
+           OneLine(Cookie.Value) == Cookie.Value && !Cookie.Value.contains(';');
 }
 
 /// Splits off the fields before the value; the value keeps its tabs. Empty when there are too few.
@@ -97,7 +97,7 @@ QByteArrayList FieldsOf(const QByteArray& Line)
     fields << Line.mid(from);
     return fields;
 }
-}
+} // namespace
 
 Attributes ReadAttributes(const QByteArray& Text)
 {
@@ -156,8 +156,8 @@ QByteArray OneLine(QByteArray Text)
 
 bool IsName(const QByteArray& Name)
 {
-    return !Name.isEmpty() && Name.size() <= CCookieStore::MaxCookieBytes && Name.trimmed() == Name
-        && HasOnly(Name, [](char c) { return !IsControl(c) && c != '=' && c != ';'; });
+    return !Name.isEmpty() && Name.size() <= CCookieStore::MaxCookieBytes && Name.trimmed() == Name &&
+           HasOnly(Name, [](char c) { return !IsControl(c) && c != '=' && c != ';'; });
 }
 
 bool IsDomain(const QByteArray& Domain)
@@ -169,16 +169,22 @@ bool IsDomain(const QByteArray& Domain)
 
 bool IsPath(const QByteArray& Path)
 {
-    return Path.startsWith('/') && Path.size() <= 1024
-        && HasOnly(Path, [](char c) { return !IsControl(c) && c != ';'; });
+    return Path.startsWith('/') && Path.size() <= 1024 &&
+           HasOnly(Path, [](char c) { return !IsControl(c) && c != ';'; });
 }
 
 QByteArray ToLine(const CCookie& Cookie)
 {
     const QByteArray end =
         Cookie.Expires.isValid() ? QByteArray::number(Cookie.Expires.toSecsSinceEpoch()) : QByteArray("-");
-    return QByteArrayList{Cookie.Domain, Cookie.HostOnly ? "0" : "1",  Cookie.Path, Cookie.Secure ? "1" : "0",
-                          Cookie.HttpOnly ? "1" : "0", end, Cookie.Name, Cookie.Value}
+    return QByteArrayList{Cookie.Domain,
+                          Cookie.HostOnly ? "0" : "1",
+                          Cookie.Path,
+                          Cookie.Secure ? "1" : "0",
+                          Cookie.HttpOnly ? "1" : "0",
+                          end,
+                          Cookie.Name,
+                          Cookie.Value}
         .join(FieldEnd);
 }
 
@@ -208,4 +214,4 @@ std::optional<CCookie> FromLine(const QByteArray& Line)
     cookie.Persistent = true;
     return IsSound(cookie) ? std::optional(cookie) : std::nullopt;
 }
-}
+} // namespace mdlCookieText

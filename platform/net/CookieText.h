@@ -16,9 +16,9 @@ namespace mdlCookieText
 /// skipped, and so is max-age: the boards' servers never meant it.
 struct Attributes
 {
-    QDateTime Expires;     ///< UTC; invalid when missing, empty or unreadable
-    QByteArray Path;       ///< empty when missing
-    QByteArray Domain;     ///< lower case without a leading dot; empty when missing
+    QDateTime Expires; ///< UTC; invalid when missing, empty or unreadable
+    QByteArray Path;   ///< empty when missing
+    QByteArray Domain; ///< lower case without a leading dot; empty when missing
     bool Secure = false;
     bool HttpOnly = false;
 };
@@ -49,6 +49,6 @@ bool IsPath(const QByteArray& Path);
 QByteArray ToLine(const CCookie& Cookie);
 /// Nothing for a line that ToLine could not have written.
 std::optional<CCookie> FromLine(const QByteArray& Line);
-}
+} // namespace mdlCookieText
 
 #endif

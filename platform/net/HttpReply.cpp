@@ -9,10 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace mdlHttpReply
 {
-int StatusOf(const QNetworkReply& Reply)
-{
-    return Reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-}
+int StatusOf(const QNetworkReply& Reply) { return Reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
 
 QByteArray HeaderBlock(const QNetworkReply& Reply)
 {
@@ -26,7 +23,7 @@ QByteArray HeaderBlock(const QNetworkReply& Reply)
         block += ' ' + reason;
     block += "\r\n";
     for (const auto& [name, value] : Reply.rawHeaderPairs()) {
-        const QByteArrayList lines = value.split('\n');   // several Set-Cookie lines come as one value
+        const QByteArrayList lines = value.split('\n'); // several Set-Cookie lines come as one value
         for (const QByteArray& line : lines)
             block += name + ": " + line + "\r\n";
     }
@@ -72,9 +69,10 @@ bool HasNoBody(const QByteArray& Method, int Status)
 
 bool IsConnectionFault(QNetworkReply::NetworkError Error)
 {
-    const bool answered = Error == QNetworkReply::NoError
-        || (Error >= QNetworkReply::ContentAccessDenied && Error <= QNetworkReply::UnknownContentError)
-        || Error >= QNetworkReply::InternalServerError || Error == QNetworkReply::ProxyAuthenticationRequiredError;
+    const bool answered =
+        Error == QNetworkReply::NoError ||
+        (Error >= QNetworkReply::ContentAccessDenied && Error <= QNetworkReply::UnknownContentError) ||
+        Error >= QNetworkReply::InternalServerError || Error == QNetworkReply::ProxyAuthenticationRequiredError;
     return !answered;
 }
 
@@ -118,4 +116,4 @@ QString TextOf(int Code)
         return {};
     }
 }
-}
+} // namespace mdlHttpReply

@@ -38,6 +38,6 @@ int CodeOf(QNetworkReply::NetworkError Error);
 
 /// The sentence for a transfer's code.
 QString TextOf(int Code);
-}
+} // namespace mdlHttpReply
 
 #endif

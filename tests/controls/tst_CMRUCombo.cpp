@@ -43,7 +43,7 @@ public:
     QComboBox Combo;
     CMRUCombo Mru;
 };
-}
+} // namespace
 
 class tst_CMRUCombo : public QObject
 {
@@ -67,7 +67,7 @@ private Q_SLOTS:
 void tst_CMRUCombo::Adding_data()
 {
     QTest::addColumn<int>("max");
-    QTest::addColumn<QStringList>("texts");   // added at the top in this order
+    QTest::addColumn<QStringList>("texts"); // added at the top in this order
     QTest::addColumn<QStringList>("wanted");
     QTest::newRow("latest first") << 10 << QStringList{u"a"_s, u"b"_s} << QStringList{u"b"_s, u"a"_s};
     QTest::newRow("again moves up") << 10 << QStringList{u"a"_s, u"b"_s, u"a"_s} << QStringList{u"a"_s, u"b"_s};
@@ -133,7 +133,7 @@ void tst_CMRUCombo::AttachingStartsANewList()
     QVERIFY(first.isEditable());
     auto second = std::make_unique<QComboBox>();
     mru.SetComboBox(second.get());
-    QTest::keyClicks(&first, u"x"_s);   // no longer ours
+    QTest::keyClicks(&first, u"x"_s); // no longer ours
     second.reset();
     mru.AddMRU(true);
     QCOMPARE(mru.ComboBox(), nullptr);
@@ -143,7 +143,7 @@ void tst_CMRUCombo::TextInTheBoxIsLeftAlone()
 {
     CBox box({u"a"_s, u"b"_s});
     box.Combo.setCurrentIndex(1);
-    box.Mru.AddMRU(true);   // the box's own text
+    box.Mru.AddMRU(true); // the box's own text
     QCOMPARE(box.Items(), QStringList({u"b"_s, u"a"_s}));
     QCOMPARE(box.Combo.currentText(), u"b"_s);
     box.Combo.setEditText(u"half typed"_s);
@@ -156,7 +156,7 @@ void tst_CMRUCombo::TextInTheBoxIsLeftAlone()
 void tst_CMRUCombo::Typing_data()
 {
     QTest::addColumn<QStringList>("items");
-    QTest::addColumn<QString>("keys");   // "<" Backspace, "~" Delete, "_" Left
+    QTest::addColumn<QString>("keys"); // "<" Backspace, "~" Delete, "_" Left
     QTest::addColumn<QString>("wanted");
 
     const QStringList two = {u"abcd"_s, u"abce"_s};
@@ -197,12 +197,12 @@ void tst_CMRUCombo::Typing()
 void tst_CMRUCombo::InputMethod()
 {
     CBox box({u"入門者ひろば"_s});
-    QTest::keyClicks(&box.Combo, u"xy"_s);   // some keys before, to leave a caret far to the right
+    QTest::keyClicks(&box.Combo, u"xy"_s); // some keys before, to leave a caret far to the right
     QTest::keyClick(&box.Combo, Qt::Key_Backspace);
     QTest::keyClick(&box.Combo, Qt::Key_Backspace);
     QInputMethodEvent composing(u"にゅうもん"_s, {});
     QCoreApplication::sendEvent(&box.Combo, &composing);
-    QCOMPARE(box.Combo.currentText(), QString());   // nothing is added while it composes
+    QCOMPARE(box.Combo.currentText(), QString()); // nothing is added while it composes
     QInputMethodEvent done;
     done.setCommitString(u"入門"_s);
     QCoreApplication::sendEvent(&box.Combo, &done);
@@ -231,7 +231,7 @@ void tst_CMRUCombo::TabAccepts()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QCOMPARE(box.Combo.currentText(), u"abcd"_s);
     QVERIFY(!box.Combo.lineEdit()->hasSelectedText());
-    QVERIFY(next.hasFocus());   // the key does what it always does, too
+    QVERIFY(next.hasFocus()); // the key does what it always does, too
     box.Combo.setParent(nullptr);
 }
 

@@ -57,7 +57,7 @@ bool Activate(QWidget& Window)
     Window.activateWindow();
     return QTest::qWaitForWindowActive(&Window);
 }
-}
+} // namespace
 
 void tst_uClickableLabel::ClickOpens_data()
 {
@@ -151,7 +151,7 @@ void tst_uClickableLabel::Keys()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QVERIFY(second.hasFocus());
-    QVERIFY(second.Label()->font().underline());   // the focus is seen
+    QVERIFY(second.Label()->font().underline()); // the focus is seen
     QVERIFY(!first.Label()->font().underline());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Enter);
@@ -188,7 +188,7 @@ void tst_uClickableLabel::HoverNeedsTheActiveWindow()
     QVERIFY(Activate(window));
     Enter(label, QPointF(2, 3));
     QVERIFY(label.Label()->font().underline());
-    QVERIFY(Activate(other));   // the pointer stays, another window comes to the front
+    QVERIFY(Activate(other)); // the pointer stays, another window comes to the front
     QVERIFY(!label.Label()->font().underline());
 }
 
@@ -214,7 +214,7 @@ void tst_uClickableLabel::HoverIsShown()
     QPalette dark;
     dark.setColor(QPalette::Window, QColor(32, 32, 32));
     dark.setColor(QPalette::WindowText, Qt::white);
-    window.setPalette(dark);   // the desktop turns dark while the pointer rests
+    window.setPalette(dark); // the desktop turns dark while the pointer rests
     QVERIFY(mdlContrast::Ratio(colour(), QColor(32, 32, 32)) >= 4.5);
     Leave(label);
     QCOMPARE(colour(), QColor(Qt::white));

@@ -16,7 +16,11 @@ namespace
 class CWindow : public QWidget
 {
 public:
-    explicit CWindow(int Aspect) : Separator(this), Panel1(this), Panel2(this), Panel3(this)
+    explicit CWindow(int Aspect)
+        : Separator(this)
+        , Panel1(this)
+        , Panel2(this)
+        , Panel3(this)
     {
         resize(400, 604);
         Separator.SetAspect(Aspect);
@@ -53,7 +57,7 @@ public:
     QWidget Panel2;
     QWidget Panel3;
 };
-}
+} // namespace
 
 class tst_uSeparator : public QObject
 {
@@ -81,7 +85,7 @@ private Q_SLOTS:
 void tst_uSeparator::PanesLieOverTheArea()
 {
     CWindow above(uSeparator::Horizontal);
-    QCOMPARE(above.Panel1.geometry(), QRect(10, 20, 300, 252));   // the bar begins in the middle
+    QCOMPARE(above.Panel1.geometry(), QRect(10, 20, 300, 252)); // the bar begins in the middle
     above.Separator.SetOffset(1500);
     QCOMPARE(above.Panel1.geometry(), QRect(10, 20, 300, 100));
     QCOMPARE(above.Panel2.geometry(), QRect(10, 124, 300, 400));
@@ -142,7 +146,7 @@ void tst_uSeparator::PercentBeforeTheSizeIsKnown()
     window.show();
     QCOMPARE(separator->Offset(), 350 * 15);
     separator->resize(100, 704);
-    QCOMPARE(separator->Offset(), 350 * 15);   // from then on it is a place like any other
+    QCOMPARE(separator->Offset(), 350 * 15); // from then on it is a place like any other
     separator->SetParsent(50);
     QCOMPARE(separator->Offset(), 350 * 15);
     separator->SetParsent(qQNaN());
@@ -153,7 +157,7 @@ void tst_uSeparator::DragStopsAtTheSides_data()
 {
     QTest::addColumn<int>("aspect");
     QTest::addColumn<int>("to");
-    QTest::addColumn<int>("wanted");   // pixels; a side of 300 twips is 20 of them
+    QTest::addColumn<int>("wanted"); // pixels; a side of 300 twips is 20 of them
     for (const int aspect : {0, 1}) {
         QTest::addRow("to the middle, %d", aspect) << aspect << 300 << 300;
         QTest::addRow("near edge, %d", aspect) << aspect << 5 << 20;
@@ -241,7 +245,7 @@ void tst_uSeparator::DoubleClickCollapses()
     window.DoubleClick();
     QCOMPARE(window.Separator.Offset(), 1500);
 
-    CWindow found(uSeparator::Horizontal);   // collapsed by an earlier run
+    CWindow found(uSeparator::Horizontal); // collapsed by an earlier run
     found.Separator.SetOffset(100);
     found.DoubleClick();
     QCOMPARE(found.Separator.Offset(), 252 * 15);
@@ -252,9 +256,9 @@ void tst_uSeparator::ShrinkingKeepsTheBarInside()
     CWindow window(uSeparator::Horizontal);
     window.Separator.SetOffset(6000);
     window.Separator.resize(300, 200);
-    QCOMPARE(window.Separator.Offset(), 196 * 15);   // 60 twips inside
+    QCOMPARE(window.Separator.Offset(), 196 * 15); // 60 twips inside
     QCOMPARE(window.Bar().geometry(), QRect(0, 196, 300, 4));
-    window.Separator.resize(300, 2);                 // nearly nothing left
+    window.Separator.resize(300, 2); // nearly nothing left
     QCOMPARE(window.Separator.Offset(), 0);
     window.Separator.resize(300, 504);
     QCOMPARE(window.Separator.Offset(), 6000);
@@ -264,7 +268,7 @@ void tst_uSeparator::Keys_data()
 {
     QTest::addColumn<int>("aspect");
     QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<int>("wanted");   // pixels, from 200
+    QTest::addColumn<int>("wanted"); // pixels, from 200
     QTest::newRow("up") << 0 << Qt::Key_Up << 192;
     QTest::newRow("down") << 0 << Qt::Key_Down << 208;
     QTest::newRow("left of a horizontal bar") << 0 << Qt::Key_Left << 200;
@@ -300,7 +304,7 @@ void tst_uSeparator::TabReachesTheBar()
     QVERIFY(window.Bar().hasFocus());
     window.Panel1.setFocus();
     QTest::mouseClick(&window.Bar(), Qt::LeftButton);
-    QVERIFY(window.Panel1.hasFocus());   // a drag leaves the focus where it is
+    QVERIFY(window.Panel1.hasFocus()); // a drag leaves the focus where it is
 }
 
 void tst_uSeparator::Accessibility()

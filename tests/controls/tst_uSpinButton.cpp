@@ -29,7 +29,7 @@ public:
         return text.insert(Edit().cursorPosition(), u'|');
     }
 };
-}
+} // namespace
 
 class tst_uSpinButton : public QObject
 {
@@ -54,7 +54,7 @@ void tst_uSpinButton::Typing_data()
     QTest::addColumn<int>("min");
     QTest::addColumn<int>("max");
     QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("keys");   // "<" Backspace, "^" Home
+    QTest::addColumn<QString>("keys"); // "<" Backspace, "^" Home
     QTest::addColumn<QString>("wanted");
     QTest::addColumn<int>("wantedValue");
 
@@ -139,7 +139,7 @@ void tst_uSpinButton::InputMethod()
     spin.selectAll();
     QInputMethodEvent composing(u"２５０"_s, {});
     QCoreApplication::sendEvent(&spin, &composing);
-    QCOMPARE(spin.Edit().text(), QString());   // putting a number there would break the composing off
+    QCOMPARE(spin.Edit().text(), QString()); // putting a number there would break the composing off
     QInputMethodEvent event;
     event.setCommitString(u"２５０"_s);
     QCoreApplication::sendEvent(&spin, &event);
@@ -162,7 +162,7 @@ void tst_uSpinButton::Steps()
     QTest::keyClick(&spin, Qt::Key_Up);
     QCOMPARE(spin.State(), u"[1]"_s);
     QTest::keyClick(&spin, Qt::Key_Up);
-    QTest::keyClick(&spin, Qt::Key_Up);   // stays at the bound
+    QTest::keyClick(&spin, Qt::Key_Up); // stays at the bound
     QCOMPARE(spin.State(), u"[2]"_s);
     QTest::keyClick(&spin, Qt::Key_Down);
     QCOMPARE(spin.State(), u"[1]"_s);

@@ -20,9 +20,6 @@ using namespace Qt::StringLiterals;
 using Answer = Desktop::Answer;
 using Buttons = Desktop::Buttons;
 
-Q_DECLARE_METATYPE(Desktop::Answer)
-Q_DECLARE_METATYPE(Desktop::Buttons)
-
 namespace
 {
 /// What a box looked like before its key was pressed.
@@ -61,7 +58,7 @@ void Press(Qt::Key Key, CSeen* Seen, const QString& Typed = {})
         QTest::keyClick(box, Key);
     });
 }
-}
+} // namespace
 
 class tst_DesktopQt : public QObject
 {
@@ -152,7 +149,7 @@ void tst_DesktopQt::Input()
 {
     CDesktopQt desktop;
     CSeen seen;
-    Press(Qt::Key_Return, &seen, u"abc"_s);   // what was there is selected and goes
+    Press(Qt::Key_Return, &seen, u"abc"_s); // what was there is selected and goes
     QCOMPARE(desktop.InputBox(u"<b>名前</b>"_s, u"題"_s, u"前"_s), std::optional(u"abc"_s));
     QCOMPARE(seen.Buttons, QStringList({u"OK"_s, u"キャンセル"_s}));
     QVERIFY(seen.TextsArePlain);
@@ -204,7 +201,7 @@ void tst_DesktopQt::Twips()
     QFETCH(qint64, twips);
     QFETCH(int, pixels);
     QCOMPARE(mdlGeometry::ToPixels(twips), pixels);
-    QCOMPARE(mdlGeometry::ToPixels(qint64{mdlGeometry::ToTwips(pixels)}), pixels);   // saved and read again
+    QCOMPARE(mdlGeometry::ToPixels(qint64{mdlGeometry::ToTwips(pixels)}), pixels); // saved and read again
 }
 
 void tst_DesktopQt::OnScreen_data()

@@ -22,7 +22,7 @@ private Q_SLOTS:
 void tst_DesktopShellTarget::AcceptTarget_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("wanted");   // empty: refused
+    QTest::addColumn<QString>("wanted"); // empty: refused
 
     const auto taken = [](const char* name, const QString& text) { QTest::newRow(name) << text << text; };
     const auto refused = [](const char* name, const QString& text) { QTest::newRow(name) << text << QString(); };

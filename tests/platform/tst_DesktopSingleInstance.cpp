@@ -37,7 +37,7 @@ bool StartAgain(const QString& ProgramPath)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     return result == 1;
 }
-}
+} // namespace
 
 class tst_DesktopSingleInstance : public QObject
 {

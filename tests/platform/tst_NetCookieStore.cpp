@@ -17,7 +17,7 @@ const QByteArray Board = "http://localhost:8932/cgi-bin/keyaki.cgi";
 constexpr char Future[] = "; expires=Fri, 01-Jan-2088 00:00:00 GMT";
 
 QUrl At(const char* Address) { return QUrl(QString::fromLatin1(Address)); }
-}
+} // namespace
 
 class tst_NetCookieStore : public QObject
 {
@@ -149,7 +149,7 @@ void tst_NetCookieStore::Refusals()
 void tst_NetCookieStore::Dates_data()
 {
     QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("wanted");   // empty: unreadable
+    QTest::addColumn<QString>("wanted"); // empty: unreadable
 
     QTest::newRow("dashes") << QByteArray("Wed, 01-Jan-2003 00:00:00 GMT") << u"2003-01-01T00:00:00Z"_s;
     QTest::newRow("blanks") << QByteArray("Wed, 15 Jan 2003 23:59:58 GMT") << u"2003-01-15T23:59:58Z"_s;
@@ -257,15 +257,16 @@ void tst_NetCookieStore::ReadsAFileOfAnotherRun()
               "h.jp\t0\t/\t0\t0\t-\tgood\tv1\n"
               "h.jp\t0\t/\t0\t0\t946684800\told\tended in 2000\n"
               "h.jp\t0\t/\t0\t0\t3723753600\tlater\tv2\n"
-              "h.jp\t0\t/\t0\t0\t-\tgood2\n"            // a field is missing
-              "h.jp\t2\t/\t0\t0\t-\tgood3\tv\n"         // no flag
-              "h.jp\t0\t/\t0\t0\tsoon\tgood4\tv\n"      // no time
-              "h.jp\t0\tx\t0\t0\t-\tgood5\tv\n"         // no path
-              "H JP\t0\t/\t0\t0\t-\tgood6\tv\n"         // no host
-              "h.jp\t0\t/\t0\t0\t-\ta=b\tv\n"           // no name
-              "h.jp\t0\t/\t0\t0\t-\tgood7\tv; n2=v\n"   // would become two cookies
-              "h.jp\t0\t/\t0\t0\t-\tbig\t" + QByteArray(100'000, 'x') + "\n"
-              + QByteArray(100'000, '\0') + "\n\n\t\t\t\t\t\t\t\t\t\n"
+              "h.jp\t0\t/\t0\t0\t-\tgood2\n"          // a field is missing
+              "h.jp\t2\t/\t0\t0\t-\tgood3\tv\n"       // no flag
+              "h.jp\t0\t/\t0\t0\tsoon\tgood4\tv\n"    // no time
+              "h.jp\t0\tx\t0\t0\t-\tgood5\tv\n"       // no path
+              "H JP\t0\t/\t0\t0\t-\tgood6\tv\n"       // no host
+              "h.jp\t0\t/\t0\t0\t-\ta=b\tv\n"         // no name
+              "h.jp\t0\t/\t0\t0\t-\tgood7\tv; n2=v\n" // would become two cookies
+              "h.jp\t0\t/\t0\t0\t-\tbig\t" +
+              QByteArray(100'000, 'x') + "\n" + QByteArray(100'000, '\0') +
+              "\n\n\t\t\t\t\t\t\t\t\t\n"
               "h.jp\t0\t/\t0\t0\t-\tlast\tno line end");
     CCookieStore store(FileName());
     QVERIFY(store.Load());
@@ -289,18 +290,18 @@ void tst_NetCookieStore::FileIsTheOwnersOnly()
 
 void tst_NetCookieStore::UnreadableFileIsKept()
 {
-    QVERIFY(QDir().mkpath(FileName()));   // something is there that cannot be read
+    QVERIFY(QDir().mkpath(FileName())); // something is there that cannot be read
     CCookieStore store(FileName());
     QVERIFY(!store.Load());
     QVERIFY(!store.Set(At("http://h.jp/"), "n", QByteArray("v") + Future));
-    QCOMPARE(store.Get(At("http://h.jp/")), QByteArray("n=v"));   // still good for this run
+    QCOMPARE(store.Get(At("http://h.jp/")), QByteArray("n=v")); // still good for this run
     QVERIFY(QFileInfo(FileName()).isDir());
 }
 
 void tst_NetCookieStore::UnwritableFolderKeepsTheOldFile()
 {
     CCookieStore store(m_folder->filePath(u"no such folder/c"_s));
-    QVERIFY(store.Load());   // a missing file is an empty store
+    QVERIFY(store.Load()); // a missing file is an empty store
     QVERIFY(!store.Set(At("http://h.jp/"), "n", QByteArray("v") + Future));
     QCOMPARE(store.Get(At("http://h.jp/")), QByteArray("n=v"));
 }
@@ -326,7 +327,7 @@ void tst_NetCookieStore::LaterEndAloneIsWrittenAtTheEnd()
         QVERIFY(store.SetFromHeader(url, "n=v; expires=Fri, 01-Jan-2088 00:00:00 GMT"));
         QVERIFY(QFile::remove(FileName()));
         QVERIFY(store.SetFromHeader(url, "n=v; expires=Fri, 01-Jan-2088 00:00:10 GMT"));
-        QCOMPARE(FileText(), QByteArray("(no file)"));   // every page of a receive moves it a little
+        QCOMPARE(FileText(), QByteArray("(no file)")); // every page of a receive moves it a little
     }
     QCOMPARE(FileText(), QByteArray("# Tavora cookies 1\nh.jp\t0\t/\t0\t0\t3723753610\tn\tv\n"));
 }

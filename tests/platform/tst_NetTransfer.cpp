@@ -25,7 +25,7 @@ public:
     {
         Transfer.SetTimeoutMs(20'000);
         QObject::connect(&Transfer, &CTransfer::StateChanged, &Transfer, [this](State state) {
-            if (States.isEmpty() || States.last() != state)   // data comes in any number of pieces
+            if (States.isEmpty() || States.last() != state) // data comes in any number of pieces
                 States << state;
             if (OnState)
                 OnState(state);
@@ -69,12 +69,12 @@ private:
     QEventLoop m_loop;
 };
 
-const QList<State> WholeRun = {State::ResolvingHost, State::HostResolved,      State::Connecting,
-                               State::Connected,     State::Requesting,        State::RequestSent,
+const QList<State> WholeRun = {State::ResolvingHost,     State::HostResolved,     State::Connecting,
+                               State::Connected,         State::Requesting,       State::RequestSent,
                                State::ReceivingResponse, State::ResponseReceived, State::ResponseCompleted};
 
 QByteArray FirstLine(const QByteArray& Header) { return Header.left(Header.indexOf("\r\n")); }
-}
+} // namespace
 
 class tst_NetTransfer : public QObject
 {
@@ -206,7 +206,7 @@ void tst_NetTransfer::SendsExactlyThis()
     QCOMPARE(fetch.Run(url), QByteArray("OK x"));
     QByteArrayList lines = server.RawRequests().value(0).split('\n');
     QCOMPARE(lines.takeFirst(), QByteArray("GET /b.cgi?&l_or_r=1&dousa=log HTTP/1.1\r"));
-    lines.removeIf([](const QByteArray& line) { return line.startsWith("Accept-Language:"); });   // the user's own
+    lines.removeIf([](const QByteArray& line) { return line.startsWith("Accept-Language:"); }); // the user's own
     std::sort(lines.begin(), lines.end());
     const QByteArray host = "127.0.0.1:" + QByteArray::number(server.Port());
     const QByteArrayList wanted = {"",
@@ -222,12 +222,13 @@ void tst_NetTransfer::SendsExactlyThis()
 void tst_NetTransfer::CookiesGoAndCome()
 {
     const QByteArray name = "http://localhost:8932/cgi-bin/keyaki.cgi";
-    CLoopServer server{{CLoopServer::Page("x", "200 OK",
-                                          "Set-Cookie: " + name + "=,,,,20,,,5,30; path=/\r\n"
-                                          "set-cookie: other=a, b; path=/; expires=Fri, 01-Jan-2088 00:00:00 GMT\r\n"
-                                          "Set-Cookie: not=ours; domain=example.jp\r\n"),
-                        CLoopServer::Page("no", "404 Not Found", "Set-Cookie: third=3; path=/\r\n"),
-                        CLoopServer::Page("y")}};
+    CLoopServer server{
+        {CLoopServer::Page("x", "200 OK",
+                           "Set-Cookie: " + name +
+                               "=,,,,20,,,5,30; path=/\r\n"
+                               "set-cookie: other=a, b; path=/; expires=Fri, 01-Jan-2088 00:00:00 GMT\r\n"
+                               "Set-Cookie: not=ours; domain=example.jp\r\n"),
+         CLoopServer::Page("no", "404 Not Found", "Set-Cookie: third=3; path=/\r\n"), CLoopServer::Page("y")}};
     CFetch fetch;
     QCOMPARE(fetch.Run(server.Url(u"/a/"_s)), QByteArray("OK x"));
     QCOMPARE(fetch.Run(server.Url(u"/b/"_s)), QByteArray("OK no"));
@@ -267,8 +268,7 @@ void tst_NetTransfer::BrokenReplies_data()
     QTest::newRow("no web server") << CLoopServer::Raw("220 mail.example ESMTP\r\n") << QByteArray("error 12030");
     QTest::newRow("empty body") << CLoopServer::Page("") << QByteArray("OK ");
     QTest::newRow("no content") << CLoopServer::Raw("HTTP/1.1 204 No Content\r\n\r\n") << QByteArray("OK ");
-    QTest::newRow("old server") << CLoopServer::Raw("HTTP/1.0 200 OK\r\n\r\nhello").Closing()
-                                << QByteArray("OK hello");
+    QTest::newRow("old server") << CLoopServer::Raw("HTTP/1.0 200 OK\r\n\r\nhello").Closing() << QByteArray("OK hello");
 }
 
 void tst_NetTransfer::BrokenReplies()
@@ -276,7 +276,7 @@ void tst_NetTransfer::BrokenReplies()
     QFETCH(CLoopReply, reply);
     QFETCH(QByteArray, wanted);
     CLoopServer server;
-    server.SetDefault(reply);   // a request that got no answer at all may be tried again
+    server.SetDefault(reply); // a request that got no answer at all may be tried again
     CFetch fetch;
     QCOMPARE(fetch.Run(server.Url(u"/a"_s)), wanted);
     QVERIFY(!fetch.Transfer.StillExecuting());
@@ -322,8 +322,7 @@ void tst_NetTransfer::RefusedPort()
     CFetch fetch;
     const QUrl url(u"http://127.0.0.1:%1/"_s.arg(CLoopServer::RefusedPort()));
     QCOMPARE(fetch.Run(url), QByteArray("error 12029"));
-    QCOMPARE(fetch.States,
-             QList<State>({State::ResolvingHost, State::HostResolved, State::Connecting, State::Error}));
+    QCOMPARE(fetch.States, QList<State>({State::ResolvingHost, State::HostResolved, State::Connecting, State::Error}));
     QCOMPARE(fetch.Transfer.Header(), QByteArray());
 }
 
@@ -425,9 +424,9 @@ void tst_NetTransfer::RedirectKeepsCookiesApart()
     CLoopServer other{{CLoopServer::Page("other")}};
     QUrl target = other.Url(u"/x"_s);
     target.setHost(u"localhost"_s);
-    CLoopServer server{{CLoopServer::Page("", "302 Found",
-                                          "Location: " + target.toEncoded() + "\r\nSet-Cookie: late=1; path=/\r\n"),
-                        CLoopServer::Page("again")}};
+    CLoopServer server{
+        {CLoopServer::Page("", "302 Found", "Location: " + target.toEncoded() + "\r\nSet-Cookie: late=1; path=/\r\n"),
+         CLoopServer::Page("again")}};
     CFetch fetch;
     QVERIFY(fetch.Cookies.Set(server.Url(u"/a"_s), "secret", "password"));
     QCOMPARE(fetch.Run(server.Url(u"/a"_s)), QByteArray("OK other"));
@@ -465,7 +464,7 @@ void tst_NetTransfer::CancelAtEachStage()
     if (named)
         url.setHost(u"localhost"_s);
     QCOMPARE(fetch.Run(url), QByteArray("error 12017"));
-    QCOMPARE(told, 1);   // the error, and nothing after it
+    QCOMPARE(told, 1); // the error, and nothing after it
     QCoreApplication::processEvents();
     QCOMPARE(told, 1);
 
@@ -541,8 +540,6 @@ void tst_NetTransfer::DeadKeptConnectionIsReplaced()
     QCOMPARE(fetch.Run(server.Url(u"/two"_s)), QByteArray("OK two"));
     QCOMPARE(server.Connections(), 2);
 }
-
-Q_DECLARE_METATYPE(CLoopReply)
 
 QTEST_GUILESS_MAIN(tst_NetTransfer)
 #include "tst_NetTransfer.moc"

@@ -76,7 +76,7 @@ public:
         return m_connections;
     }
 
-    quint16 Port = 0;   // set before the thread starts to serve
+    quint16 Port = 0; // set before the thread starts to serve
 
 private:
     mutable QMutex m_mutex;
@@ -90,7 +90,9 @@ private:
 class CLoopServer::CWorker : public QObject
 {
 public:
-    explicit CWorker(std::shared_ptr<CState> State) : m_state(std::move(State)) {}
+    explicit CWorker(std::shared_ptr<CState> State)
+        : m_state(std::move(State))
+    {}
 
     bool Listen()
     {
@@ -153,7 +155,7 @@ private:
             bytes = bytes.left(Reply.CutAfter);
         Socket->write(bytes);
         if (Reply.CutAfter >= 0)
-            Socket->disconnectFromHost();   // after the bytes have gone
+            Socket->disconnectFromHost(); // after the bytes have gone
     }
 
     std::shared_ptr<CState> m_state;
@@ -161,7 +163,8 @@ private:
     QHash<QTcpSocket*, QByteArray> m_pending;
 };
 
-CLoopServer::CLoopServer(std::vector<CLoopReply> Script) : m_state(std::make_shared<CState>())
+CLoopServer::CLoopServer(std::vector<CLoopReply> Script)
+    : m_state(std::make_shared<CState>())
 {
     for (const CLoopReply& reply : Script)
         m_state->Add(reply);
@@ -184,8 +187,8 @@ CLoopServer::~CLoopServer()
 
 CLoopReply CLoopServer::Page(const QByteArray& Body, const QByteArray& Status, const QByteArray& Headers)
 {
-    return Raw("HTTP/1.1 " + Status + "\r\nContent-Type: text/html\r\nContent-Length: " + QByteArray::number(Body.size())
-               + "\r\n" + Headers + "\r\n" + Body);
+    return Raw("HTTP/1.1 " + Status + "\r\nContent-Type: text/html\r\nContent-Length: " +
+               QByteArray::number(Body.size()) + "\r\n" + Headers + "\r\n" + Body);
 }
 
 CLoopReply CLoopServer::Raw(const QByteArray& Bytes)

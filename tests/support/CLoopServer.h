@@ -16,11 +16,11 @@
 /// One scripted answer.
 struct CLoopReply
 {
-    QByteArray Bytes;          ///< sent as they are, header included
-    qint64 CutAfter = -1;      ///< bytes after which the connection is closed; -1: it stays open
-    int DelayMs = 0;           ///< before the first byte
-    bool Silent = false;       ///< nothing is sent and the connection stays open
-    int PauseAfter = -1;       ///< bytes after which nothing more comes, the connection staying open; -1: all are sent
+    QByteArray Bytes;     ///< sent as they are, header included
+    qint64 CutAfter = -1; ///< bytes after which the connection is closed; -1: it stays open
+    int DelayMs = 0;      ///< before the first byte
+    bool Silent = false;  ///< nothing is sent and the connection stays open
+    int PauseAfter = -1;  ///< bytes after which nothing more comes, the connection staying open; -1: all are sent
 
     /// The same answer, broken off after Count bytes (counted from the start of the header).
     CLoopReply Cut(qint64 Count) const;
@@ -72,7 +72,7 @@ private:
 
     std::shared_ptr<CState> m_state;
     QThread m_thread;
-    CWorker* m_worker = nullptr;   // lives on m_thread and ends with it
+    CWorker* m_worker = nullptr; // lives on m_thread and ends with it
 };
 
 #endif

@@ -40,9 +40,11 @@ bool IsOffered(Desktop::Answer Answer, Desktop::Buttons Buttons)
 }
 
 void FailTest(const QString& Reason) { QTest::qFail(qPrintable(Reason), __FILE__, __LINE__); }
-}
+} // namespace
 
-CScriptedDesktop::CScriptedDesktop(std::vector<CScriptedAnswer> Script) : m_script(std::move(Script)) {}
+CScriptedDesktop::CScriptedDesktop(std::vector<CScriptedAnswer> Script)
+    : m_script(std::move(Script))
+{}
 
 CScriptedDesktop::~CScriptedDesktop() { Verify(); }
 
@@ -72,8 +74,8 @@ std::optional<CScriptedAnswer> CScriptedDesktop::Take(const QString& Text)
 {
     if (m_script.empty() || !Text.contains(m_script.front().Part)) {
         m_unexpected << Text;
-        FailTest(u"unexpected box: "_s + Text
-                 + (m_script.empty() ? QString() : u" (awaited: "_s + m_script.front().Part + u')'));
+        FailTest(u"unexpected box: "_s + Text +
+                 (m_script.empty() ? QString() : u" (awaited: "_s + m_script.front().Part + u')'));
         return std::nullopt;
     }
     CScriptedAnswer answer = m_script.front();

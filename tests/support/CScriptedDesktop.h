@@ -13,8 +13,8 @@ struct CScriptedAnswer
 {
     QString Part;
     Desktop::Answer Answer = Desktop::Answer::Ok;
-    QString Text = {};        ///< what is typed into an input box (an Answer of Cancel or No cancels it)
-    QStringList Files = {};   ///< what is chosen in a file dialog
+    QString Text = {};      ///< what is typed into an input box (an Answer of Cancel or No cancels it)
+    QStringList Files = {}; ///< what is chosen in a file dialog
 };
 
 /// One box that was shown.
@@ -53,10 +53,10 @@ public:
     void SetClipboard(const QString& Text) override;
     QString Clipboard() const override;
 
-    std::vector<CShownBox> Boxes;   ///< every box, expected or not
-    QStringList Opened;             ///< what ShellOpen and ShellOpenOwn were given, in order
+    std::vector<CShownBox> Boxes; ///< every box, expected or not
+    QStringList Opened;           ///< what ShellOpen and ShellOpenOwn were given, in order
     QString ClipboardText;
-    bool OpenSucceeds = true;       ///< what the two opening calls return
+    bool OpenSucceeds = true; ///< what the two opening calls return
 
 private:
     std::optional<CScriptedAnswer> Take(const QString& Text);
