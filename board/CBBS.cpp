@@ -92,6 +92,8 @@ qint32 CBBS::SaveCount() const { return m_state->SaveCount; }
 
 bool CBBS::LoadBBS(qint32 BBS_ID, bool NoReadLoad, bool ExitIfMessageFound)
 {
+    if (m_state->IsLoad)
+        return false;
     *m_state = CRunState{.IsLoad = true};
     const auto done = qScopeGuard([this] { m_state->IsLoad = false; });
     try {

@@ -71,9 +71,9 @@ void CPageFetcher::Wait()
             continue;
         // The whole program is being left: no loop waits any more, so waiting on would be spinning.
         m_state.IsCancel = true;
-        m_transfer.Cancel();
-        return;
+        break;
     }
+    m_transfer.Cancel(); // does nothing once it is over
 }
 
 void CPageFetcher::OnStateChanged(CTransfer::State NewState)

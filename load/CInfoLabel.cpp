@@ -17,6 +17,16 @@ CInfoLabel::CInfoLabel(QWidget* Parent)
 {
     setTextFormat(Qt::PlainText); // server texts are shown here
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_paint.setSingleShot(true);
+    connect(&m_paint, &QTimer::timeout, this, [this] { setUpdatesEnabled(true); });
+}
+
+void CInfoLabel::SetLines(const QString& Lines)
+{
+    setUpdatesEnabled(false);
+    setText(Lines);
+    if (!m_paint.isActive())
+        m_paint.start(PaintMs);
 }
 
 QString CInfoLabel::ShownLine(int Line) const

@@ -5,6 +5,7 @@
 #define LOAD_CINFOLABEL_H
 
 #include <QLabel>
+#include <QTimer>
 
 /// Plain lines of text; one that is wider than the label ends in "…", so that a long address never widens the dialog.
 class CInfoLabel : public QLabel
@@ -15,7 +16,14 @@ public:
     /// Room is kept for this many lines.
     static constexpr int LineCount = 4;
 
+    /// Milliseconds between two paintings.
+    static constexpr int PaintMs = 30;
+
     explicit CInfoLabel(QWidget* Parent = nullptr);
+
+    /// Sets the lines, separated by LF. They are painted within PaintMs: a run sets them for every record, and painting
+    /// each time would take longer than the records.
+    void SetLines(const QString& Lines);
 
     /// Line, counted from 1, as it is written at this width.
     QString ShownLine(int Line) const;
@@ -25,6 +33,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* Event) override;
+
+private:
+    QTimer m_paint;
 };
 
 #endif // LOAD_CINFOLABEL_H

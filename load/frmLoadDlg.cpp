@@ -154,12 +154,10 @@ void frmLoadDlg::UpdateInfo(const QString& Message, qint16 Line, bool AddLog)
         AppendLog(Message);
 }
 
-/// The label is painted when events are next processed, which a run does after each record: painting here for each would
-/// cost more than the record.
 void frmLoadDlg::SetInfomation(const QString& NewInfomation)
 {
     m_infomation = NewInfomation;
-    m_lblInfo->setText(QString(NewInfomation).remove(u'\r'));
+    m_lblInfo->SetLines(QString(NewInfomation).remove(u'\r'));
 }
 
 void frmLoadDlg::AppendLog(const QString& Text)

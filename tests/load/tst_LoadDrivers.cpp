@@ -1,0 +1,270 @@
+// tests/load/tst_LoadDrivers.cpp
+// The numbered commands and the runs that they start, with a real dialog and a real server.
+
+#include "load/frmLoadDlg.h"
+#include "load/mdlLoad.h"
+#include "tests/board/CBoardFixture.h"
+#include "tests/board/Records.h"
+#include "tests/load/CRecordingReceiveHost.h"
+#include "tests/support/CLoopServer.h"
+
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using mdlRecords::Plain;
+
+namespace
+{
+const QString Continue = u"継続して次の掲示板から受信しますか？"_s;
+
+/// All boards at one server whose replies are log pages only: the boards' own pages are in the cache.
+struct CDriverFixture : CBoardFixture
+{
+    CLoopServer Server;
+    CRecordingReceiveHost Host;
+    frmLoadDlg Dialog{App, Board};
+    CLoadDrivers Drivers{App, Board, Dialog, Host};
+
+    explicit CDriverFixture(const QStringList& Pages = {})
+    {
+        for (const QString& page : Pages)
+            Server.Add(CLoopServer::Page(mdlRecords::Bytes(page)));
+        for (const QString& board : {u"keyaki"_s, u"kaede"_s, u"kusunoki"_s})
+            QVERIFY(QFile(Folder.filePath(board + u".html"_s)).open(QIODevice::WriteOnly));
+        Run(u"UPDATE BBS SET URL = '%1', VisitLoad = False, ListOrder = -1"_s.arg(
+            Server.Url(u"/x.cgi"_s).toString()));
+        Run(u"UPDATE BBS SET VisitLoad = True, ListOrder = 10 - BBS_ID WHERE BBS_ID <= 5"_s);
+        QObject::connect(&Board, &CBBS::ChangeState, &Dialog, [this](const QString& Text, bool, bool AddLog) {
+            if (Dialog.IsLoad())
+                Dialog.UpdateInfo(Text, frmLoadDlg::StateLine, AddLog);
+        });
+    }
+
+    QStringList Log() const
+    {
+        return Dialog.findChild<QPlainTextEdit*>(u"txtLog"_s)->toPlainText().split(u'\n', Qt::SkipEmptyParts);
+    }
+    /// Closes the dialog as soon as the board numbered Number tells of its first record.
+    void CloseAtRecordOf(qint32 BBS_ID)
+    {
+        QObject::connect(&Board, &CBBS::AddMessage, &Dialog, [this, BBS_ID](const CMessage& Msg) {
+            if (Msg.BBS_ID == BBS_ID)
+                Dialog.close();
+        });
+    }
+};
+} // namespace
+
+class tst_LoadDrivers : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void OneBoard_data();
+    void OneBoard();
+    void BoardsInListOrder_data();
+    void BoardsInListOrder();
+    void NoBoardToVisit();
+    void StopsAtStoredOnlyForUnread_data();
+    void StopsAtStoredOnlyForUnread();
+    void AFailedBoardDoesNotStopTheRun();
+    void CancelInTheMiddle_data();
+    void CancelInTheMiddle();
+    void CancelOnTheLastBoardAsksNothing();
+    void ClosingTheWindowLeavesEverythingBe();
+    void ASecondRunWaitsForItsTurn();
+    void OtherCommands();
+    void RefusalsOfTheDatabaseAreTold();
+};
+
+void tst_LoadDrivers::OneBoard_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QString>("summary");
+    QTest::newRow("unread") << 7 << Plain(1, 3) << QByteArray("GET /x.cgi?dousa=log&logmidoku=1&logno=0")
+                            << u"けやき掲示板で3件受信しました。"_s;
+    QTest::newRow("all") << 8 << Plain(1, 1) << QByteArray("GET /x.cgi?dousa=log&logmidoku=0&logno=0")
+                         << u"けやき掲示板で1件受信しました。"_s;
+    QTest::newRow("nothing new") << 7 << QString() << QByteArray("GET /x.cgi?dousa=log&logmidoku=1&logno=0")
+                                 << u"けやき掲示板に新規投稿はありませんでした。"_s;
+}
+
+void tst_LoadDrivers::OneBoard()
+{
+    QFETCH(int, command);
+    QFETCH(QString, page);
+    QFETCH(QByteArray, request);
+    QFETCH(QString, summary);
+    CDriverFixture fixture({page});
+    fixture.Drivers.ExecuteCommand(command);
+    QCOMPARE(fixture.Server.Requests(), QByteArrayList{request});
+    QCOMPARE(fixture.Host.Events, QStringList({u"receive"_s, summary, u"ended"_s}));
+    QVERIFY(fixture.Dialog.IsLoad());
+    QCOMPARE(fixture.Dialog.windowTitle(), u"完了 - Tavora Ver.0.50"_s);
+    QCOMPARE(fixture.Dialog.ButtonMode(), qint16(frmLoadDlg::OkMode));
+    QCOMPARE(fixture.Dialog.Infomation().section(u"\r\n"_s, 2, 2), summary);
+    QCOMPARE(fixture.Log(), QStringList({u"けやき掲示板から受信中..."_s, summary}));
+}
+
+void tst_LoadDrivers::BoardsInListOrder_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QString>("boards");
+    QTest::newRow("visit") << 9 << u"5 4"_s;
+    QTest::newRow("all listed") << 10 << u"5 4 3"_s;
+}
+
+void tst_LoadDrivers::BoardsInListOrder()
+{
+    QFETCH(int, command);
+    CDriverFixture fixture({Plain(1, 1), Plain(1, 2), Plain(1, 3)});
+    fixture.Run(u"UPDATE BBS SET VisitLoad = False WHERE BBS_ID = 3"_s);
+    fixture.Drivers.ExecuteCommand(command);
+    QStringList boards;
+    for (const CMessage& message : fixture.Added)
+        boards << QString::number(message.BBS_ID);
+    boards.removeDuplicates();
+    QTEST(boards.join(u' '), "boards");
+    QVERIFY(fixture.Server.Requests().at(0).contains("logmidoku=1"));
+    QCOMPARE(fixture.Host.Events.filter(u"ended"_s).size(), 1);
+}
+
+void tst_LoadDrivers::NoBoardToVisit()
+{
+    CDriverFixture fixture;
+    fixture.Run(u"UPDATE BBS SET VisitLoad = False"_s);
+    fixture.Desk.Expect(u"巡回受信対象の掲示板はありませんでした。"_s);
+    fixture.Drivers.ExecuteCommand(9);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Desk.Boxes.at(0).Icon, Desktop::Icon::Information);
+    QCOMPARE(fixture.Host.Events, QStringList());
+    QVERIFY(!fixture.Dialog.IsLoad());
+}
+
+void tst_LoadDrivers::StopsAtStoredOnlyForUnread_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("pages");
+    QTest::newRow("unread") << 7 << 1;
+    QTest::newRow("all") << 8 << 2;
+}
+
+void tst_LoadDrivers::StopsAtStoredOnlyForUnread()
+{
+    QFETCH(int, command);
+    CDriverFixture fixture({Plain(1, 2), QString()});
+    fixture.Property().SetDownloadCount(2);
+    fixture.App.Option().ExitIfMessageFound = true;
+    fixture.Run(u"INSERT INTO Message(BBS_ID, ID, RootThread) VALUES(3, 2, 2)"_s);
+    fixture.Drivers.ExecuteCommand(command);
+    QTEST(int(fixture.Server.Requests().size()), "pages");
+}
+
+void tst_LoadDrivers::AFailedBoardDoesNotStopTheRun()
+{
+    CDriverFixture fixture;
+    fixture.Server.Add(CLoopServer::Page("x", "404 Not Found"));
+    fixture.Server.Add(CLoopServer::Page(mdlRecords::Bytes(Plain(1, 2))));
+    fixture.Run(u"UPDATE BBS SET VisitLoad = False WHERE BBS_ID = 3"_s);
+    fixture.Drivers.ExecuteCommand(9);
+    QCOMPARE(fixture.Host.Events, QStringList({u"receive"_s, u"くすのき掲示板の受信でエラーが発生しました。"_s,
+                                               u"かえで掲示板で2件受信しました。"_s, u"ended"_s}));
+    QCOMPARE(fixture.Log(), QStringList({u"くすのき掲示板から受信中..."_s, u"Error:HTTP/1.1 404 Not Found"_s,
+                                         u"かえで掲示板から受信中..."_s, u"かえで掲示板で2件受信しました。"_s}));
+}
+
+void tst_LoadDrivers::CancelInTheMiddle_data()
+{
+    QTest::addColumn<Desktop::Answer>("answer");
+    QTest::addColumn<int>("received");
+    QTest::newRow("go on") << Desktop::Answer::Yes << 3;
+    QTest::newRow("stop") << Desktop::Answer::No << 2;
+}
+
+void tst_LoadDrivers::CancelInTheMiddle()
+{
+    QFETCH(Desktop::Answer, answer);
+    QFETCH(int, received);
+    CDriverFixture fixture({Plain(1, 2), Plain(1, 2), Plain(1, 2)});
+    fixture.CloseAtRecordOf(4);
+    fixture.Desk.Expect(Continue, answer);
+    fixture.Drivers.ExecuteCommand(9);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Server.Requests().size(), received);
+    const QStringList wanted{u"receive"_s, u"くすのき掲示板で2件受信しました。"_s, u"処理は中断されました。"_s,
+                             u"けやき掲示板で2件受信しました。"_s};
+    QCOMPARE(fixture.Host.Events, wanted.first(received + 1) + QStringList{u"ended"_s});
+    QCOMPARE(fixture.Dialog.IsLoad(), answer == Desktop::Answer::Yes);
+    QCOMPARE(fixture.Threads(4), u"1:1"_s);
+    QVERIFY(!fixture.App.LogDB()->InTransaction());
+}
+
+void tst_LoadDrivers::CancelOnTheLastBoardAsksNothing()
+{
+    CDriverFixture fixture({Plain(1, 2)});
+    fixture.CloseAtRecordOf(3);
+    fixture.Drivers.ExecuteCommand(7);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Host.Events, QStringList({u"receive"_s, u"処理は中断されました。"_s, u"ended"_s}));
+    QVERIFY(!fixture.Dialog.IsLoad());
+}
+
+void tst_LoadDrivers::ClosingTheWindowLeavesEverythingBe()
+{
+    CDriverFixture fixture({Plain(1, 2), Plain(1, 2)});
+    connect(&fixture.Board, &CBBS::AddMessage, this, [&] {
+        fixture.Host.Closing = true;
+        fixture.Dialog.SetIsNextBBS(false);
+        fixture.Dialog.close();
+    });
+    fixture.Drivers.ExecuteCommand(9);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Host.Events, QStringList{u"receive"_s});
+    QCOMPARE(fixture.Server.Requests().size(), 1);
+}
+
+void tst_LoadDrivers::ASecondRunWaitsForItsTurn()
+{
+    CDriverFixture fixture({Plain(1, 1)});
+    connect(&fixture.Board, &CBBS::AddMessage, this, [&] { fixture.Drivers.ExecuteCommand(7); });
+    fixture.Drivers.ExecuteCommand(7);
+    QCOMPARE(fixture.Server.Requests().size(), 1);
+    QCOMPARE(fixture.Host.Events.filter(u"receive"_s).size(), 1);
+}
+
+void tst_LoadDrivers::OtherCommands()
+{
+    CDriverFixture fixture;
+    fixture.SetBoardUrl(QUrl(u"http://b/x.cgi"_s));
+    fixture.Desk.Expect(u"未実装m(_ _)m"_s);
+    fixture.Desk.Expect(u"未実装m(_ _)m"_s);
+    for (const int command : {2, 3, 4, 5, 6, 11, 12, 0, -1, 99})
+        fixture.Drivers.ExecuteCommand(command);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Host.Events, QStringList{u"close"_s});
+    QCOMPARE(fixture.Desk.Opened, QStringList({u"http://localhost:8932/kakolog/"_s, u"http://b/x.cgi?dousa=sinki"_s}));
+
+    fixture.Host.Selected = CMessage{.BBS_ID = 3, .ID = 77};
+    fixture.Drivers.ExecuteCommand(12);
+    QCOMPARE(fixture.Desk.Opened.last(), u"http://b/x.cgi?dousa=res&resno=77"_s);
+}
+
+void tst_LoadDrivers::RefusalsOfTheDatabaseAreTold()
+{
+    CDriverFixture fixture;
+    fixture.App.LogDB()->DeleteTable(u"BBS"_s);
+    fixture.Desk.Expect(u"実行時エラー '3078'"_s);
+    fixture.Drivers.ExecuteCommand(9);
+    QVERIFY(fixture.Desk.Verify());
+
+    fixture.Desk.Expect(u"実行時エラー '3078'"_s);
+    fixture.Drivers.ExecuteCommand(7);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Host.Events, QStringList({u"receive"_s, u"ended"_s}));
+}
+
+QTEST_MAIN(tst_LoadDrivers)
+#include "tst_LoadDrivers.moc"
