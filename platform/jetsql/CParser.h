@@ -81,6 +81,8 @@ private:
     ExprPtr Clause(int ErrorNumber);
 
     // Expressions (CParserExpression.cpp)
+    bool AtExpression() const;
+    bool AtCall() const;
     ExprPtr Expression(int Level = 0);
     ExprPtr Prefix();
     ExprPtr Infix(ExprPtr Left, Op Operator, int Level);

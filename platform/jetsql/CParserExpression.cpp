@@ -96,6 +96,20 @@ bool CParser::AtPostfix() const
     return At(Keyword::Is);
 }
 
+// Left, Right and Asc are functions as well as kinds of joins and an order.
+bool CParser::AtCall() const
+{
+    return (At(Keyword::Left) || At(Keyword::Right) || At(Keyword::Asc)) && At(Sign::Open, 1);
+}
+
+// Whether an expression may begin here, and not the next clause.
+bool CParser::AtExpression() const
+{
+    if (AtEnd() || At(Sign::Comma) || At(Sign::Close))
+        return false;
+    return !IsOperatorWord(Peek().Key) || At(Keyword::Not) || AtCall() || CanBeName();
+}
+
 // Level is the lowest rank that may be taken.
 ExprPtr CParser::Expression(int Level)
 {
@@ -309,8 +323,7 @@ ExprPtr CParser::Word()
         ++m_at;
         return Closed(std::move(constant));
     }
-    const bool isCall = At(Sign::Open, 1) && (At(Keyword::Left) || At(Keyword::Right));
-    if (!isCall && !CanBeName())
+    if (!AtCall() && !CanBeName())
         RefuseExpression(u"構文エラーです: 値がありません"_s, m_expressionBegin);
     return NameOrCall();
 }

@@ -147,9 +147,7 @@ SelectItem CParser::Item()
     item.First = m_at;
     if (StarItem(item))
         return item;
-    const bool begins = !AtEnd() && !At(Sign::Comma) && !At(Sign::Close)
-        && !(IsOperatorWord(Peek().Key) && !At(Keyword::Not) && !CanBeName());
-    if (!begins)
+    if (!AtExpression())
         Refuse(3141);
     m_expressionBegin = m_at;
     item.Value = Expression();
@@ -286,8 +284,8 @@ void CParser::TableAlias(TableRef& To)
 // An expression that a clause consists of, up to where the clause ends.
 ExprPtr CParser::Clause(int ErrorNumber)
 {
-    const bool begins = !AtEnd() && !At(Sign::Close) && !At(Sign::Comma);
-    if (!begins || (IsOperatorWord(Peek().Key) && !At(Keyword::Not) && !CanBeName() && ErrorNumber != 3145))
+    const bool isEmpty = AtEnd() || At(Sign::Close) || At(Sign::Comma);
+    if (isEmpty || (!AtExpression() && ErrorNumber != 3145))
         Refuse(ErrorNumber);
     m_expressionBegin = m_at;
     const int first = m_at;
@@ -349,10 +347,6 @@ OrderItem CParser::Order()
             Refuse(3138);
         ++m_at;
     } else {
-        if (Peek().Key == Keyword::Asc || Peek().Key == Keyword::Desc) {
-            if (!CanBeName())
-                Refuse(3138);
-        }
         item.Value = Clause(3138);
     }
     item.Descending = At(Keyword::Desc);

@@ -89,7 +89,8 @@ void CWriter::WriteTopSelect(const Select& Source, Statement& To)
 
 QByteArray CWriter::Stored(const Expr& Value, const FieldInfo& Field)
 {
-    const Piece piece = As(Value, Field.Type);
+    const bool isBound = Value.Literal >= 0 && NeedsConversion(Value.Type, Field.Type);
+    const Piece piece = isBound ? Piece{Bound(Binding::Literal, Value.Literal, Field.Type)} : As(Value, Field.Type);
     // A Boolean field knows no Null; a constant cannot be one.
     if (Field.Type == FieldType::Boolean && !IsLiteral(Value))
         return "ifnull(" + piece.Sql + ",0)";

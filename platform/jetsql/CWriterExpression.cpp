@@ -218,7 +218,7 @@ CWriter::Piece CWriter::As(const Expr& Written, FieldType Wanted)
     if (Which.Parameter >= 0)
         return {Bound(Binding::Parameter, Which.Parameter, Wanted == FieldType::Null ? Which.Type : Wanted)};
     const bool converts = !IsNullWord(Which) && NeedsConversion(Which.Type, Wanted);
-    if (converts && Which.Literal >= 0)
+    if (converts && Which.Literal >= 0 && IsText(Wanted))
         return {Bound(Binding::Literal, Which.Literal, Wanted)};
     const Piece value = Value(Which);
     return converts || (IsWhole(Wanted) && MayOverflow(Which)) ? Converted(value.Sql, Which.Type, Wanted) : value;
