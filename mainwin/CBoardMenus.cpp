@@ -80,7 +80,7 @@ void CBoardMenus::FillDropDown(const std::vector<Entry>& Entries)
         old->deleteLater(); // it may be the one that was chosen just now
     }
     for (const Entry& entry : Entries) {
-        QAction* action = m_dropDown.addAction(entry.Caption);
+        QAction* action = m_dropDown.addAction(entry.IsSeparator() ? QString() : entry.Caption);
         action->setSeparator(entry.IsSeparator());
         action->setData(entry.IsSeparator() ? QVariant(u"[区切り線]"_s) : QVariant(entry.Caption));
         if (entry.IsSeparator())

@@ -16,9 +16,12 @@ using mdlCommands::Rule;
 namespace
 {
 
-// What follows the tab is drawn at the right edge of the menu, where the shortcuts are.
+// What follows the tab is drawn at the right edge of the menu, where the shortcuts are. A separator with a text would be
+// drawn as the heading of a section.
 QString FullCaption(const MenuItem& Item)
 {
+    if (Item.Type == Kind::Separator)
+        return {};
     return Item.KeyText.isEmpty() ? Item.Caption.toString() : Item.Caption.toString() + u'\t' + Item.KeyText.toString();
 }
 
@@ -109,7 +112,7 @@ void CMenuSet::Remember(QAction& Action, const QString& Name, Known Rule)
 
 QAction* CMenuSet::MakeEntry(const QString& Array, const Entry& Source, QMenu& Parent)
 {
-    auto* action = new QAction(Source.IsSeparator ? u"-"_s : Source.Caption, &Parent);
+    auto* action = new QAction(Source.IsSeparator ? QString() : Source.Caption, &Parent);
     action->setSeparator(Source.IsSeparator);
     action->setCheckable(Source.IsCheckable);
     Remember(*action, Array + QString::number(Source.Index), {Source.When, Source.Argument});

@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QCompleter>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
@@ -75,6 +76,7 @@ void CToolbar::AddFindBox(const ToolButton& Source)
     m_findBox->lineEdit()->setPlaceholderText(Source.Caption.toString());
     m_findBox->setFixedWidth(m_findBox->fontMetrics().horizontalAdvance(u'0') * FindBoxCharacters +
                              m_findBox->sizeHint().height());
+    ColorPlaceholder();
     auto* layout = new QHBoxLayout(place);
     layout->setContentsMargins(2, 0, 2, 0);
     layout->addWidget(m_findBox);
@@ -82,6 +84,23 @@ void CToolbar::AddFindBox(const ToolButton& Source)
     action->setText(Source.Caption.toString());
     action->setObjectName(NameOf(Source));
     m_buttons.insert(Source.Key, action);
+}
+
+// Dark themes that know nothing of placeholders leave them black.
+void CToolbar::ColorPlaceholder()
+{
+    QColor faint = palette().color(QPalette::Text);
+    faint.setAlphaF(0.55F);
+    QPalette colors;
+    colors.setColor(QPalette::PlaceholderText, faint);
+    m_findBox->lineEdit()->setPalette(colors);
+}
+
+void CToolbar::changeEvent(QEvent* Event)
+{
+    QToolBar::changeEvent(Event);
+    if (Event->type() == QEvent::PaletteChange && m_findBox)
+        ColorPlaceholder();
 }
 
 void CToolbar::AddBoardMenu()

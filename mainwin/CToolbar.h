@@ -32,7 +32,11 @@ public:
 Q_SIGNALS:
     void Triggered(mdlCommands::Command Handler, int Argument);
 
+protected:
+    void changeEvent(QEvent* Event) override;
+
 private:
+    void ColorPlaceholder();
     void AddButton(const mdlCommands::ToolButton& Source);
     void AddFindBox(const mdlCommands::ToolButton& Source);
     void AddBoardMenu();

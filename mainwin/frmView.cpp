@@ -72,7 +72,8 @@ frmView::frmView(Application& App)
 
 frmView::~frmView()
 {
-    delete takeCentralWidget(); // the views look at the viewer's lists
+    disconnect(m_panels, nullptr, this, nullptr); // what the bar tells while it goes has no viewer left
+    delete takeCentralWidget();                   // the views look at the viewer's lists
 }
 
 void frmView::BuildBars()
@@ -97,12 +98,14 @@ void frmView::BuildPanes()
         auto* view = new CListView(m_viewer->List(list), m_viewer->Model(list),
                                    [this](qint32 BBS_ID) { return m_boardMenus->Icon(BBS_ID); }, m_client);
         view->setObjectName(u"lsvMsgList"_s + QString::number(list));
+        view->setAccessibleName(list == CViewer::BoardList ? u"メッセージ一覧"_s : u"検索結果"_s);
         m_lists[std::size_t(list)] = view;
         ConnectList(list);
     }
     View(CViewer::ResultList).hide();
     m_pane = new CMessagePane(m_client);
     m_pane->setObjectName(u"rtbView"_s);
+    m_pane->setAccessibleName(u"メッセージ本文"_s);
     auto* layout = new QVBoxLayout(m_client); // the bar fills the area; the panes follow the bar
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_separator);
@@ -264,6 +267,8 @@ void frmView::ShowPlaced(int WindowState)
 
 void frmView::ShowMainWindow()
 {
+    if (m_isClosing)
+        return;
     mdlWindow::ActivateWindow(this);
     if (m_dialog->IsLoad())
         mdlWindow::ActivateWindow(m_dialog.get());

@@ -107,6 +107,8 @@ void frmView::ChangeIconFrame(bool Reset)
         icon = CIconSet::Picture(u"SMALLICON1"_s);
     }
     setWindowIcon(icon);
+    if (m_dialog->IsLoad())
+        m_dialog->setWindowIcon(icon);
     ++m_iconFrame;
 }
 
