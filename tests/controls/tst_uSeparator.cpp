@@ -207,17 +207,17 @@ void tst_uSeparator::BarIsSeenOverThePanes()
 {
     CWindow window(uSeparator::Horizontal);
     window.Separator.SetOffset(1500);
-    window.Panel1.raise();
+    window.Panel1.hide();
+    window.Panel3.raise();
     window.Panel2.raise();
+    window.Separator.Initialize(&window.Panel3, &window.Panel2);
     QTest::mousePress(&window.Bar(), Qt::LeftButton, {}, QPoint(0, 0));
     window.Move(300);
-    window.Separator.Initialize(&window.Panel3, &window.Panel2);
-    window.Panel1.hide();
-    window.Panel3.show();
-    // What lies at a place is who gets its clicks.
-    QCOMPARE(window.childAt(50, 20 + 101), &window.Bar());
+    // What lies at a place is who gets its clicks. The panes still lie as before.
+    QCOMPARE(window.childAt(50, 20 + 301), &window.Bar());
     QCOMPARE(window.childAt(50, 20 + 99), &window.Panel3);
-    QCOMPARE(window.childAt(50, 20 + 105), &window.Panel2);
+    QCOMPARE(window.childAt(50, 20 + 299), &window.Panel2);
+    QCOMPARE(window.childAt(50, 20 + 305), &window.Panel2);
 }
 
 void tst_uSeparator::DoubleClickCollapses()

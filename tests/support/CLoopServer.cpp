@@ -36,6 +36,14 @@ CLoopReply CLoopReply::PausedAfter(int Count) const
     return reply;
 }
 
+CLoopReply CLoopReply::InPieces(int Count, int EveryMs) const
+{
+    CLoopReply reply = *this;
+    reply.PieceBytes = Count;
+    reply.PieceMs = EveryMs;
+    return reply;
+}
+
 /// What both threads look at.
 class CLoopServer::CState
 {
@@ -153,8 +161,16 @@ private:
         QByteArray bytes = Reply.PauseAfter >= 0 ? Reply.Bytes.left(Reply.PauseAfter) : Reply.Bytes;
         if (Reply.CutAfter >= 0)
             bytes = bytes.left(Reply.CutAfter);
-        Socket->write(bytes);
-        if (Reply.CutAfter >= 0)
+        SendPiece(Socket, Reply, bytes);
+    }
+
+    static void SendPiece(QTcpSocket* Socket, const CLoopReply& Reply, const QByteArray& Rest)
+    {
+        const qsizetype size = Reply.PieceBytes > 0 ? Reply.PieceBytes : Rest.size();
+        Socket->write(Rest.left(size));
+        if (size < Rest.size())
+            QTimer::singleShot(Reply.PieceMs, Socket, [=] { SendPiece(Socket, Reply, Rest.mid(size)); });
+        else if (Reply.CutAfter >= 0)
             Socket->disconnectFromHost(); // after the bytes have gone
     }
 

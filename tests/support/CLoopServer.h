@@ -21,6 +21,8 @@ struct CLoopReply
     int DelayMs = 0;      ///< before the first byte
     bool Silent = false;  ///< nothing is sent and the connection stays open
     int PauseAfter = -1;  ///< bytes after which nothing more comes, the connection staying open; -1: all are sent
+    int PieceBytes = 0;    ///< above 0: sent in pieces of this size, one every PieceMs milliseconds
+    int PieceMs = 0;
 
     /// The same answer, broken off after Count bytes (counted from the start of the header).
     CLoopReply Cut(qint64 Count) const;
@@ -28,6 +30,7 @@ struct CLoopReply
     CLoopReply Closing() const;
     CLoopReply Delayed(int Milliseconds) const;
     CLoopReply PausedAfter(int Count) const;
+    CLoopReply InPieces(int Count, int EveryMs) const;
 };
 
 /// Serves the script's replies in order, one a request, over kept-alive connections. Requests beyond the script get
