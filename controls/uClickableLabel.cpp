@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 #include <QStyleOptionFocusRect>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -22,12 +23,28 @@ using namespace Qt::StringLiterals;
 namespace
 {
 float Twips(double Pixels) { return static_cast<float>(Pixels * mdlGeometry::TwipsPerPixel); }
+
+/// Shows that an address goes on where its panel ends; half a letter at the edge would pass for the end of it.
+class CElidedLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+        style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(), shown,
+                              foregroundRole());
+    }
+};
 } // namespace
 
 uClickableLabel::uClickableLabel(Desktop& Shell, QWidget* Parent)
     : QWidget(Parent)
     , m_shell(Shell)
-    , m_label(new QLabel(this))
+    , m_label(new CElidedLabel(this))
 {
     mdlAccessibleControls::Install();
     m_label->setObjectName(u"lblCaption"_s);
