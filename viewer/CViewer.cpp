@@ -310,12 +310,10 @@ void CViewer::ShowMessage(int List, int Row, bool KeepSelection)
         list.SetFocus(Row);
     else
         FocusRow(List, Row);
-    const bool isHistoryMove = std::exchange(m_isHistoryMove, false);
     if (list.IsRaw() || list.SelectedCount() > 1)
         return;
     ShowText(list.Item(Row).Message);
-    if (!isHistoryMove)
-        PushHistory(Row + 1);
+    PushHistory(Row + 1); // after a move through the history this is the entry at hand
     if (!IsRead(List, Row) && !m_isLoading)
         StartReadTimer();
 }

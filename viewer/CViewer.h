@@ -127,7 +127,6 @@ private:
     void ChangeMark(const std::vector<CMessageId>& Ids, qint32 Number);
     void Leave(int List, MoveMode Mode);
     void MoveTo(int List, int Row);
-    int RowOfHistory(int Position);
 
     Application& m_app;
     CBBS& m_bbs;
@@ -145,8 +144,7 @@ private:
     std::optional<CMessageId> m_timerMessage; // whom the read timer will mark
     int m_currentList = BoardList;
     qint32 m_currentBoard = 0;
-    bool m_isLoading = false;     // a load never starts the read timer
-    bool m_isHistoryMove = false; // the shown message is in the history already
+    bool m_isLoading = false; // a load never starts the read timer
 };
 
 #endif // VIEWER_CVIEWER_H

@@ -209,12 +209,6 @@ void CViewer::MoveTo(int List, int Row)
     ShowMessage(List, Row, false);
 }
 
-int CViewer::RowOfHistory(int Position)
-{
-    m_isHistoryMove = Position > 0;
-    return Position - 1;
-}
-
 void CViewer::MoveNext(int List, MoveMode Mode, bool PageFirst)
 {
     const CMessageList& list = *m_lists[List];
@@ -224,7 +218,7 @@ void CViewer::MoveNext(int List, MoveMode Mode, bool PageFirst)
     if (PageFirst && m_host.PagePane(true))
         return;
     if (Mode == MoveMode::History)
-        MoveTo(List, RowOfHistory(m_history.Forward(list.Count())));
+        MoveTo(List, m_history.Forward(list.Count()) - 1);
     else
         MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadAfter(list, list.Focus()) : list.Focus() + 1);
 }
@@ -238,7 +232,7 @@ void CViewer::MovePrev(int List, MoveMode Mode, bool PageFirst)
     if (PageFirst && m_host.PagePane(false))
         return;
     if (Mode == MoveMode::History)
-        MoveTo(List, RowOfHistory(m_history.Back(list.Count())));
+        MoveTo(List, m_history.Back(list.Count()) - 1);
     else
         MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadBefore(list, list.Focus()) : list.Focus() - 1);
 }
