@@ -27,13 +27,19 @@ QImage Gap()
     return gap;
 }
 
-/// Elements that have no end tag, or whose end tag is commonly left out.
+/// Elements that have no end tag.
 bool IsVoid(const QString& Name)
 {
-    static const std::set<QString> names{u"area"_s, u"base"_s, u"basefont"_s, u"br"_s,   u"col"_s,   u"dd"_s,
-                                         u"dt"_s,   u"frame"_s, u"hr"_s,      u"img"_s,  u"input"_s, u"li"_s,
-                                         u"link"_s, u"meta"_s,  u"option"_s,  u"p"_s,    u"param"_s};
+    static const std::set<QString> names{u"area"_s, u"base"_s, u"basefont"_s, u"br"_s,   u"col"_s,  u"frame"_s,
+                                         u"hr"_s,   u"img"_s,  u"input"_s,    u"link"_s, u"meta"_s, u"param"_s};
     return names.contains(Name);
+}
+
+/// A line can break within Japanese text anywhere, so only other characters make a word.
+bool HasEndlessWord(const QString& Html)
+{
+    static const QRegularExpression word(u"[^\\s<\\x{2E80}-\\x{FFFF}]{%1}"_s.arg(CBoardPageView::MaxWord));
+    return word.match(Html).hasMatch();
 }
 
 /// Counts how deep elements lie within each other.
@@ -162,6 +168,8 @@ QString CBoardPageView::Decode(const QByteArray& Page)
 
 bool CBoardPageView::IsSimple(const QString& Html)
 {
+    if (HasEndlessWord(Html))
+        return false;
     static const QRegularExpression tag(u"<(/?)([A-Za-z][A-Za-z0-9]*)"_s);
     CNesting tables(MaxTableNesting);
     CNesting others(MaxNesting);

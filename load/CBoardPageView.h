@@ -26,11 +26,13 @@ class CBoardPageView : public QTextBrowser
     Q_OBJECT
 
 public:
-    static constexpr qsizetype MaxPageBytes = 512 * 1024;
+    static constexpr qsizetype MaxPageBytes = 256 * 1024;
     /// Tables within each other; each level doubles the time that the layout takes.
     static constexpr int MaxTableNesting = 8;
-    /// Other elements within each other, unclosed ones too; the time goes with the square of it.
+    /// Other elements within each other, those left open too; the time goes with the square of it.
     static constexpr int MaxNesting = 2000;
+    /// Letters without a place to break the line; likewise.
+    static constexpr int MaxWord = 5000;
     static constexpr std::size_t MaxImages = 64;
     static constexpr int MaxImagePixels = 4096 * 4096;
 

@@ -348,9 +348,12 @@ void tst_frmLoadDlg::HostilePages_data()
     QTest::addColumn<QString>("shown");
     QTest::newRow("nested tables") << u"<table><tr><td>"_s.repeated(30) << u"ページの構造が複雑すぎます。"_s;
     QTest::newRow("nested lists") << u"<ul>"_s.repeated(5000) << u"ページの構造が複雑すぎます。"_s;
-    QTest::newRow("too large") << QString(600'000, u'x') << u"ページが大きすぎます。"_s;
+    QTest::newRow("too large") << QString(200'000, u'表') << u"ページが大きすぎます。"_s;
+    QTest::newRow("a word without an end") << QString(100'000, u'x') << u"ページの構造が複雑すぎます。"_s;
+    QTest::newRow("much text without a blank") << QString(100'000, u'表') << QString(100'000, u'表');
+    QTest::newRow("elements left open") << u"<p>a<br><li>"_s.repeated(3000) << u"ページの構造が複雑すぎます。"_s;
     QTest::newRow("many tables side by side") << u"<table><tr><td>a</td></tr></table>"_s.repeated(200) << u"a"_s;
-    QTest::newRow("many open paragraphs") << u"<p>a<br><li>"_s.repeated(3000) << u"a"_s;
+    QTest::newRow("many open paragraphs") << u"<p>a<br>"_s.repeated(1500) << u"a"_s;
 }
 
 void tst_frmLoadDlg::HostilePages()
