@@ -87,11 +87,13 @@ void CListView::EndUpdate()
 
 void CListView::TakeSelection() { m_selection->Mirror(); }
 
-void CListView::EnsureVisible(int Row)
+void CListView::ShowRow(int Row) { scrollTo(model()->index(Row, 0)); }
+
+void CListView::scrollTo(const QModelIndex& Index, ScrollHint Hint)
 {
-    const QModelIndex index = model()->index(Row, qMax(header()->logicalIndexAt(0), 0));
-    if (index.isValid())
-        scrollTo(index);
+    const int column = horizontalScrollBar()->value();
+    QTreeView::scrollTo(Index, Hint);
+    horizontalScrollBar()->setValue(column);
 }
 
 void CListView::TakeColumns(const CListView& Other)

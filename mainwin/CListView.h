@@ -32,13 +32,15 @@ public:
 
     /// Shows the selection and the focus that the list has now.
     void TakeSelection();
-    void EnsureVisible(int Row);
+    void ShowRow(int Row);
 
     /// Widths and places of the columns of Other.
     void TakeColumns(const CListView& Other);
     /// All columns in their order, each RawColumnTwips wide.
     void ResetColumns();
 
+    /// Scrolls up and down only: a click into a cell that is cut off must not shift the columns under the pointer.
+    void scrollTo(const QModelIndex& Index, ScrollHint Hint = QAbstractItemView::EnsureVisible) override;
     void keyboardSearch(const QString& Typed) override;
 
 Q_SIGNALS:

@@ -160,7 +160,7 @@ void frmView::ListShown(int List)
     UpdateEnabled();
 }
 
-void frmView::EnsureVisible(int List, int Row) { View(List).EnsureVisible(Row); }
+void frmView::EnsureVisible(int List, int Row) { View(List).ShowRow(Row); }
 
 void frmView::SelectionChanged(int List)
 {
