@@ -56,17 +56,20 @@ private Q_SLOTS:
     void NewDatabase();
     void ReceiveAndRead();
     void BrokenRecordsAreKept();
+    void FullErrorLogIsToldOnce();
     void ReopenedWindowIsTheSame();
     void MinimisedWindowComesBackOpen();
     void EscGoesBackThenMinimises();
     void FindBoxKeepsItsKeys();
     void FindHistoryIsKept();
     void KeysMoveAndMarkRead();
+    void ComposingKeepsItsKeys();
     void SelectionReachesTheListAndComesBack();
     void MarkMenu();
     void UnreadPositionEditor();
     void RawTableHidesTheMessageMenu();
     void CloseDuringARun();
+    void QuitClosesABoxFirst();
     void NoBoardsEndsTheProgram();
     void LayoutFits();
     void LayoutFitsAtTwiceTheSize();
@@ -154,6 +157,24 @@ void tst_frmView::BrokenRecordsAreKept()
     QVERIFY(bad.open(QIODevice::ReadOnly));
     QVERIFY(bad.readAll().endsWith("\r\n===--+--+--+--+--+--+--+--+--+--+--+--+--===\r\n"));
     QVERIFY(f.List().Count() > 0);
+}
+
+// The script has one answer: a second box would fail the test.
+void tst_frmView::FullErrorLogIsToldOnce()
+{
+    CWindowFixture f;
+    QVERIFY(f.Start());
+    f.App->Option().ErrorLogFilePath = f.Folder.filePath(u"no/such/folder/"_s);
+    f.Desk.Expect(u"エラーログに書き込めませんでした。"_s);
+    Q_EMIT f.Window->Board().LogError(3, u"ソ表"_s, u"エラー"_s);
+    Q_EMIT f.Window->Board().LogError(3, u"ソ表"_s, u"エラー"_s);
+    QVERIFY(f.Desk.Verify());
+    QVERIFY(f.Desk.Boxes[0].Text.startsWith(u"Error("_s));
+    f.App->Option().ErrorLogFilePath = f.App->AppPath();
+    Q_EMIT f.Window->Board().LogError(3, u"ソ表"_s, u"エラー"_s);
+    QFile bad(f.Folder.filePath(u"keyaki.bad"_s));
+    QVERIFY(bad.open(QIODevice::ReadOnly));
+    QCOMPARE(bad.readAll(), QByteArray("\x83\x5c\x95\x5c\r\n===--+--+--+--+--+--+--+--+--+--+--+--+--===\r\n"));
 }
 
 void tst_frmView::ReopenedWindowIsTheSame()
@@ -273,6 +294,25 @@ void tst_frmView::KeysMoveAndMarkRead()
     QCOMPARE(f.Find<CMessagePane>(u"rtbView"_s)->toPlainText(), u"本文2\n"_s);
 }
 
+// Keys that an input method still works on are not commands.
+void tst_frmView::ComposingKeepsItsKeys()
+{
+    CWindowFixture f;
+    f.Add(1, 3);
+    QVERIFY(f.Start());
+    auto* list = f.Find<CListView>(u"lsvMsgList0"_s);
+    const int focus = f.List().Focus();
+    QInputMethodEvent composing(u"か"_s, {});
+    QCoreApplication::sendEvent(list, &composing);
+    Press(list, Qt::Key_Space);
+    QCOMPARE(f.Rows(u"SELECT ID FROM Message WHERE Read = True"_s), QString());
+    QCOMPARE(f.List().Focus(), focus);
+    QInputMethodEvent done;
+    QCoreApplication::sendEvent(list, &done);
+    Press(list, Qt::Key_Space);
+    QCOMPARE(f.List().Focus(), focus + 1);
+}
+
 void tst_frmView::SelectionReachesTheListAndComesBack()
 {
     CWindowFixture f;
@@ -387,6 +427,20 @@ void tst_frmView::CloseDuringARun()
     const int stored = f.Rows(u"SELECT COUNT(*) FROM Message"_s).toInt();
     QVERIFY(stored < 500);
     QVERIFY(f.Viewer().BoardProperty().NoReadPoint() <= f.Rows(u"SELECT MAX(ID) FROM Message"_s).toInt());
+}
+
+void tst_frmView::QuitClosesABoxFirst()
+{
+    CWindowFixture f;
+    QVERIFY(f.Start());
+    QTimer::singleShot(0, f.Window.get(), [&f] {
+        QVERIFY(QApplication::activeModalWidget());
+        f.Window->Quit();
+        QCOMPARE(f.ClosedCount, 0); // the version window is still on the stack
+    });
+    f.Action(u"mnuHelpVerinfo"_s)->trigger();
+    QTRY_COMPARE(f.ClosedCount, 1);
+    QVERIFY(!f.App->LogDB());
 }
 
 void tst_frmView::NoBoardsEndsTheProgram()
