@@ -16,7 +16,9 @@ class Application;
 class CBoardCounts
 {
 public:
-    explicit CBoardCounts(Application& App) : m_app(App) {}
+    explicit CBoardCounts(Application& App)
+        : m_app(App)
+    {}
 
     /// 0 when the database cannot be read.
     int Count(qint32 BBS_ID);

@@ -19,15 +19,9 @@ void CHistory::Push(int Position)
     *at(m_current) = Position;
 }
 
-int CHistory::Forward(int Count)
-{
-    return Go(1, Count);
-}
+int CHistory::Forward(int Count) { return Go(1, Count); }
 
-int CHistory::Back(int Count)
-{
-    return Go(-1, Count);
-}
+int CHistory::Back(int Count) { return Go(-1, Count); }
 
 /// Entries that lie beyond the list by now are passed over, so that they never bar the way.
 int CHistory::Go(int Step, int Count)

@@ -6,8 +6,8 @@
 
 #include <array>
 
-/// List positions (from 1) of shown messages. Positions, not messages: after sorting or loading, an entry means whatever
-/// stands there then. Never cleared during a run.
+/// List positions (from 1) of shown messages. Positions, not messages: after sorting or loading, an entry means
+/// whatever stands there then. Never cleared during a run.
 class CHistory
 {
 public:

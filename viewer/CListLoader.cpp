@@ -55,8 +55,7 @@ CListLoader::CListLoader(Application& App, CBBS& Board, ViewerHost& Host, const 
     , m_bbs(Board)
     , m_host(Host)
     , m_marks(Marks)
-{
-}
+{}
 
 void CListLoader::Tell(const QString& Text) const
 {
@@ -73,8 +72,8 @@ CListLoader::Result CListLoader::Run(const QString& Sql, bool IsBoardList)
         return {TellAction(code), {}, {}, {}};
     } catch (const dao::Error& error) {
         if (error.Number != OperationCancelled) // whoever cancelled the parameters' box knows
-            Tell(u"実行時エラー '"_s + QString::number(error.Number) + u"':\r\n\r\n"_s + error.Description
-                 + u"\r\n\r\n処理が実行できませんでした。"_s);
+            Tell(u"実行時エラー '"_s + QString::number(error.Number) + u"':\r\n\r\n"_s + error.Description +
+                 u"\r\n\r\n処理が実行できませんでした。"_s);
         return {Outcome::Refused, {}, {}, {}};
     }
 }
@@ -117,8 +116,8 @@ int CListLoader::RowsToShow() const
         return found;
     const QString number = QString::number(most);
     const auto answer = m_app.Shell.MessageBox(
-        u"検索結果が"_s + number + u"件を超えました ("_s + QString::number(found) + u"件)\r\n全件表示しますか？\r\n"_s
-            + u"(いいえを選択すると最初の"_s + number + u"件のみ表示します。)"_s,
+        u"検索結果が"_s + number + u"件を超えました ("_s + QString::number(found) + u"件)\r\n全件表示しますか？\r\n"_s +
+            u"(いいえを選択すると最初の"_s + number + u"件のみ表示します。)"_s,
         mdlVersion::ProductName(), Desktop::Icon::Question, Desktop::Buttons::YesNo, Desktop::Answer::No);
     return answer == Desktop::Answer::Yes ? found : most;
 }

@@ -17,8 +17,7 @@ CMessageList::CMessageList(const Settings& Option, QStringList Headers, QObject*
     : QObject(Parent)
     , m_option(Option)
     , m_headers(std::move(Headers))
-{
-}
+{}
 
 quint64 CMessageList::HashKey(CMessageId Id)
 {
@@ -37,18 +36,15 @@ int CMessageList::RowOfPlace(int Place) const
     return m_rows[static_cast<std::size_t>(Place)];
 }
 
-int CMessageList::Find(CMessageId Id) const
-{
-    return RowOfPlace(m_places.value(HashKey(Id), -1));
-}
+int CMessageList::Find(CMessageId Id) const { return RowOfPlace(m_places.value(HashKey(Id), -1)); }
 
 QString CMessageList::Text(int Row, int Column) const
 {
     const CMessageItem& item = Item(Row);
     if (item.IsMessage())
         return mdlColumns::Text(item, Column, m_option.DateFormat);
-    return m_cells[static_cast<std::size_t>(item.RawRow) * static_cast<std::size_t>(ColumnCount())
-                   + static_cast<std::size_t>(Column)];
+    return m_cells[static_cast<std::size_t>(item.RawRow) * static_cast<std::size_t>(ColumnCount()) +
+                   static_cast<std::size_t>(Column)];
 }
 
 QString CMessageList::Header(int Column) const
@@ -323,15 +319,9 @@ void CMessageList::ClearIndent()
 
 // Focus and selection
 
-int CMessageList::Focus() const
-{
-    return RowOfPlace(m_focusPlace);
-}
+int CMessageList::Focus() const { return RowOfPlace(m_focusPlace); }
 
-void CMessageList::SetFocus(int Row)
-{
-    m_focusPlace = Row < 0 || Row >= Count() ? -1 : static_cast<int>(PlaceOf(Row));
-}
+void CMessageList::SetFocus(int Row) { m_focusPlace = Row < 0 || Row >= Count() ? -1 : static_cast<int>(PlaceOf(Row)); }
 
 void CMessageList::SelectPlace(std::size_t Place, bool On)
 {

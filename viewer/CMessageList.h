@@ -57,8 +57,8 @@ public:
 
     /// Removes all rows; columns and sort state stay.
     void Clear();
-    /// Replaces all rows. Of two messages with one key the first stays. Where sorting is off, it is switched on by number,
-    /// newest first. Headers become the columns when they are given (a raw table gives way to messages).
+    /// Replaces all rows. Of two messages with one key the first stays. Where sorting is off, it is switched on by
+    /// number, newest first. Headers become the columns when they are given (a raw table gives way to messages).
     void Fill(std::vector<CMessageItem> Items, const QStringList& Headers);
     /// Replaces all rows and columns by a table that holds no messages. Cells: row after row. Sorting goes off.
     void FillRaw(const QStringList& Headers, std::vector<QString> Cells);
@@ -132,9 +132,9 @@ private:
     QStringList m_headers;
     std::vector<QString> m_cells; // of a raw table, row after row
     std::vector<CMessageItem> m_items;
-    std::vector<char> m_selected; // of each place, 1 where it is selected
-    std::vector<int> m_free;  // places in m_items whose message was removed
-    std::vector<int> m_order; // the place of each row
+    std::vector<char> m_selected;    // of each place, 1 where it is selected
+    std::vector<int> m_free;         // places in m_items whose message was removed
+    std::vector<int> m_order;        // the place of each row
     mutable std::vector<int> m_rows; // the row of each place; empty after the order changed
     QHash<quint64, int> m_places;
     bool m_isRaw = false;

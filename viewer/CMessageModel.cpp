@@ -54,15 +54,9 @@ CMessageModel::CMessageModel(const CMessageList& List, const Settings& Option, Q
             [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1); });
 }
 
-int CMessageModel::rowCount(const QModelIndex& Parent) const
-{
-    return Parent.isValid() ? 0 : m_list.Count();
-}
+int CMessageModel::rowCount(const QModelIndex& Parent) const { return Parent.isValid() ? 0 : m_list.Count(); }
 
-int CMessageModel::columnCount(const QModelIndex& Parent) const
-{
-    return Parent.isValid() ? 0 : m_list.ColumnCount();
-}
+int CMessageModel::columnCount(const QModelIndex& Parent) const { return Parent.isValid() ? 0 : m_list.ColumnCount(); }
 
 QString CMessageModel::DisplayText(int Row, int Column) const
 {

@@ -19,9 +19,9 @@ class CMessageModel : public QAbstractTableModel
 public:
     enum Role {
         BoldRole = Qt::UserRole + 1, ///< bool: an unread message, unless the user wants none in bold
-        ColorRole, ///< quint32: text colour of a marked message (red + 256 x green + 65536 x blue, or 0x80000000 + a system
-                   ///< colour); invalid where the view's own colour is due
-        BoardRole  ///< qint32: BBS_ID for the icon of column 0; invalid in other columns and for a raw table
+        ColorRole, ///< quint32: text colour of a marked message (red + 256 x green + 65536 x blue, or 0x80000000 + a
+                   ///< system colour); invalid where the view's own colour is due
+        BoardRole ///< qint32: BBS_ID for the icon of column 0; invalid in other columns and for a raw table
     };
 
     /// Longest text of a body cell; a list row shows one line.

@@ -29,8 +29,7 @@ void CMessageUpdates::Tell(const QString& Reason, Report Reporting)
 }
 
 /// Many messages are one transaction: one synchronisation of the disk, and no half of them changed.
-template <class Write>
-bool CMessageUpdates::Run(const std::vector<CMessageId>& Ids, Report Reporting, Write WriteOne)
+template<class Write> bool CMessageUpdates::Run(const std::vector<CMessageId>& Ids, Report Reporting, Write WriteOne)
 {
     m_bbs.CommitPending();
     dao::Database* db = m_app.LogDB();

@@ -13,7 +13,8 @@ namespace dao
 class Database;
 }
 
-/// The window of a board's messages that the board list shows: highest and lowest number loaded, and the pages beside it.
+/// The window of a board's messages that the board list shows: highest and lowest number loaded, and the pages beside
+/// it.
 class CViewModes
 {
 public:

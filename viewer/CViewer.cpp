@@ -34,7 +34,8 @@ CViewer::CViewer(Application& App, CBBS& Board, ViewerHost& Host, QObject* Paren
     m_lists[ResultList] = std::make_unique<CMessageList>(App.Option(), mdlColumns::ResultHeaders());
     for (const int list : {BoardList, ResultList}) {
         m_models[list] = std::make_unique<CMessageModel>(*m_lists[list], App.Option());
-        connect(m_lists[list].get(), &CMessageList::HeadersChanged, this, [this, list] { m_host.HeadersChanged(list); });
+        connect(m_lists[list].get(), &CMessageList::HeadersChanged, this,
+                [this, list] { m_host.HeadersChanged(list); });
     }
 }
 
@@ -286,10 +287,7 @@ void CViewer::ColumnClicked(int List, int Column)
         m_host.EnsureVisible(List, list.Focus());
 }
 
-void CViewer::ItemClicked(int List, int Row)
-{
-    ShowMessage(List, Row, true);
-}
+void CViewer::ItemClicked(int List, int Row) { ShowMessage(List, Row, true); }
 
 // The shown message
 
@@ -327,10 +325,7 @@ void CViewer::ShowText(const CMessage& Msg)
     m_host.ShowHomePage(Msg.HomePage);
 }
 
-void CViewer::PushHistory(int Position)
-{
-    m_history.Push(Position);
-}
+void CViewer::PushHistory(int Position) { m_history.Push(Position); }
 
 void CViewer::ShowCounts(int List)
 {

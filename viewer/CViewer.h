@@ -24,7 +24,8 @@ class Application;
 class CBBS;
 
 /// List 0 is the board list, list 1 the result list; rows count from 0. Database refusals are answered here (a Japanese
-/// box where the user has to know); none is thrown. Whatever the user changes is committed apart from a running receive.
+/// box where the user has to know); none is thrown. Whatever the user changes is committed apart from a running
+/// receive.
 class CViewer : public QObject
 {
     Q_OBJECT
@@ -55,7 +56,8 @@ public:
     const ViewEntry& Entry(int Index) const { return m_modes.Entry(Index); }
     void ChangeBBSViewMenu();
 
-    /// Runs Sql and fills List with its rows or reports what it did. False when the engine refused it: nothing has changed.
+    /// Runs Sql and fills List with its rows or reports what it did. False when the engine refused it: nothing has
+    /// changed.
     bool LoadList(const QString& Sql, int List);
     /// Adds one message; false when the list has it already.
     bool AddMessageItem(int List, const CMessage& Msg);
@@ -75,8 +77,8 @@ public:
     void ItemClicked(int List, int Row);
     void ShowMessage(int List, int Row, bool KeepSelection);
 
-    /// Sets one message's read state in both lists and the database; an empty Key means the focused message of the list in
-    /// front. A refused statement is reported and changes nothing.
+    /// Sets one message's read state in both lists and the database; an empty Key means the focused message of the list
+    /// in front. A refused statement is reported and changes nothing.
     void SetRead(const QString& Key, bool Read, bool UpdateBoardCount);
     void SetReadSelected(int List, bool Read);
     bool IsRead(int List, int Row) const;

@@ -137,10 +137,7 @@ void CViewer::RecountBoards()
     ShowCounts(m_currentList);
 }
 
-int CViewer::BoardUnreadCount(qint32 BBS_ID) const
-{
-    return m_counts.Count(BBS_ID);
-}
+int CViewer::BoardUnreadCount(qint32 BBS_ID) const { return m_counts.Count(BBS_ID); }
 
 // Marks
 
@@ -170,10 +167,7 @@ void CViewer::SetMark(const QString& Key, qint32 Number)
         ChangeMark({*id}, Number);
 }
 
-void CViewer::MarkSelected(qint32 Number)
-{
-    ChangeMark(SelectedIds(m_currentList), Number);
-}
+void CViewer::MarkSelected(qint32 Number) { ChangeMark(SelectedIds(m_currentList), Number); }
 
 qint32 CViewer::GetSelectedMark() const
 {

@@ -28,15 +28,16 @@ namespace mdlColumns
 
 const QStringList& Keys()
 {
-    static const QStringList keys{u"Read"_s,      u"ID"_s,   u"Subject"_s,      u"HomePage"_s, u"Mail"_s, u"Name"_s, u"Date"_s,
-                                  u"InReplyTo"_s, u"Body"_s, u"ParentThread"_s, u"Mark"_s};
+    static const QStringList keys{u"Read"_s, u"ID"_s,        u"Subject"_s, u"HomePage"_s,     u"Mail"_s, u"Name"_s,
+                                  u"Date"_s, u"InReplyTo"_s, u"Body"_s,    u"ParentThread"_s, u"Mark"_s};
     return keys;
 }
 
 const QStringList& BoardHeaders()
 {
-    static const QStringList headers{u"*"_s,      u"番号"_s,   u"題名Ｆｉｎｄ"_s, u"ホームページ"_s, u"メール"_s, u"投稿者"_s,
-                                     u"投稿日"_s, u"レス元"_s, u"内容"_s,         u"先頭スレッド"_s, u"マーク"_s};
+    static const QStringList headers{u"*"_s,      u"番号"_s,         u"題名Ｆｉｎｄ"_s, u"ホームページ"_s,
+                                     u"メール"_s, u"投稿者"_s,       u"投稿日"_s,       u"レス元"_s,
+                                     u"内容"_s,   u"先頭スレッド"_s, u"マーク"_s};
     return headers;
 }
 

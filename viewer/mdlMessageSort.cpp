@@ -41,11 +41,11 @@ std::optional<qint64> NumberKey(const CMessageItem& Item, int Column)
 /// Whether Left comes first of two rows with equal texts.
 bool IsFirstOfEqual(const CMessageItem& Left, const CMessageItem& Right)
 {
-    return std::tie(Left.RawRow, Left.Message.BBS_ID, Left.Message.ID)
-        < std::tie(Right.RawRow, Right.Message.BBS_ID, Right.Message.ID);
+    return std::tie(Left.RawRow, Left.Message.BBS_ID, Left.Message.ID) <
+           std::tie(Right.RawRow, Right.Message.BBS_ID, Right.Message.ID);
 }
 
-template <class Key>
+template<class Key>
 std::vector<int> SortedByKeys(const CMessageList& List, const std::vector<Key>& Keys, Order Direction)
 {
     std::vector<int> rows(Keys.size());
@@ -63,8 +63,7 @@ std::vector<int> SortedByKeys(const CMessageList& List, const std::vector<Key>& 
     return rows;
 }
 
-template <class Key, class MakeKey>
-std::vector<Key> KeysOf(const CMessageList& List, MakeKey Make)
+template<class Key, class MakeKey> std::vector<Key> KeysOf(const CMessageList& List, MakeKey Make)
 {
     std::vector<Key> keys;
     keys.reserve(static_cast<std::size_t>(List.Count()));
@@ -128,7 +127,8 @@ int RowFor(const CMessageList& List, const CMessageItem& Item, int Column, Order
         const int middle = first + (last - first) / 2;
         const CMessageItem& other = List.Item(middle);
         const int compared = CompareItems(other, Item, Column, DateFormat);
-        const bool isBefore = compared == 0 ? IsFirstOfEqual(other, Item) : (compared < 0) == (Direction == Order::Ascending);
+        const bool isBefore =
+            compared == 0 ? IsFirstOfEqual(other, Item) : (compared < 0) == (Direction == Order::Ascending);
         if (isBefore)
             first = middle + 1;
         else

@@ -22,14 +22,8 @@ int FindUnread(const CMessageList& List, int From, int Step)
 namespace mdlMoves
 {
 
-int UnreadAfter(const CMessageList& List, int Row)
-{
-    return FindUnread(List, Row + 1, 1);
-}
+int UnreadAfter(const CMessageList& List, int Row) { return FindUnread(List, Row + 1, 1); }
 
-int UnreadBefore(const CMessageList& List, int Row)
-{
-    return FindUnread(List, Row - 1, -1);
-}
+int UnreadBefore(const CMessageList& List, int Row) { return FindUnread(List, Row - 1, -1); }
 
 } // namespace mdlMoves

@@ -27,8 +27,8 @@ struct Place
 /// Every node once, thread by thread, threads by the number of their first message.
 ///
 /// An answer stands below what it answers; of several answers to one message the newest comes first, each followed by
-/// what answers it. A message whose parent is not among the nodes, has a higher number or is the message itself begins a
-/// thread of its own; so a ring of answers begins at its lowest number. Equal numbers go by board. Ids are unique.
+/// what answers it. A message whose parent is not among the nodes, has a higher number or is the message itself begins
+/// a thread of its own; so a ring of answers begins at its lowest number. Equal numbers go by board. Ids are unique.
 std::vector<Place> Arrange(const std::vector<Node>& Nodes);
 
 } // namespace mdlThreadOrder

@@ -47,8 +47,9 @@ public:
     virtual void EnsureVisible(int List, int Row) = 0;
     /// The viewer (not the view) changed the selected rows or the focus of List; CMessageList tells them.
     virtual void SelectionChanged(int List) = 0;
-    /// The columns of List are others now or carry another sort mark. After a message load of the result list the widths
-    /// and places of the board list's columns are to be taken over; a raw table starts with columns of 1500 twips.
+    /// The columns of List are others now or carry another sort mark. After a message load of the result list the
+    /// widths and places of the board list's columns are to be taken over; a raw table starts with columns of 1500
+    /// twips.
     virtual void HeadersChanged(int List) = 0;
 
     /// Starts the one-shot read timer anew; when it fires, CViewer::ReadTimerFired is due. Ms is above 0.

@@ -41,8 +41,9 @@ struct CViewerFixture
     {
         dao::CTransaction transaction(*App.LogDB());
         for (qint32 id = First; id <= Last; ++id)
-            Run(QStringLiteral("INSERT INTO Message(BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, InReplyTo, "
-                               "Body, RootThread, Mark) VALUES(%1,%2,False,'s%2','','','n',#2002/01/15 09:05#,0,'b%2',%2,0)")
+            Run(QStringLiteral(
+                    "INSERT INTO Message(BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, InReplyTo, "
+                    "Body, RootThread, Mark) VALUES(%1,%2,False,'s%2','','','n',#2002/01/15 09:05#,0,'b%2',%2,0)")
                     .arg(BBS_ID)
                     .arg(id));
         transaction.Keep();

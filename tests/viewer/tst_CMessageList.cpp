@@ -106,8 +106,18 @@ void tst_CMessageList::CellTexts()
     QFETCH(int, column);
     CMessageItem item;
     item.Indent = 2;
-    item.Message = {3, 1234, u"表題<ソ>"_s, u"http://localhost/"_s, u"a@example.jp"_s, u"ﾀﾛｳ"_s, 37271.3784722222,
-                    77, u"一\r\n二"_s, 7, 12, false};
+    item.Message = {3,
+                    1234,
+                    u"表題<ソ>"_s,
+                    u"http://localhost/"_s,
+                    u"a@example.jp"_s,
+                    u"ﾀﾛｳ"_s,
+                    37271.3784722222,
+                    77,
+                    u"一\r\n二"_s,
+                    7,
+                    12,
+                    false};
     CMessageList list(m_option, mdlColumns::BoardHeaders());
     list.Fill({item}, {});
     QTEST(list.Text(0, column), "wanted");
@@ -126,7 +136,8 @@ void tst_CMessageList::FillSortsNewestFirst()
 void tst_CMessageList::FillKeepsTheFirstOfEqualKeys()
 {
     CMessageList list(m_option, mdlColumns::BoardHeaders());
-    list.Fill(MakeItems({MakeMessage(3, 5, u"first"_s), MakeMessage(3, 5, u"second"_s), MakeMessage(4, 5, u"other"_s)}), {});
+    list.Fill(MakeItems({MakeMessage(3, 5, u"first"_s), MakeMessage(3, 5, u"second"_s), MakeMessage(4, 5, u"other"_s)}),
+              {});
     QCOMPARE(ColumnTexts(list, mdlColumns::Subject), QStringList({u"first"_s, u"other"_s}));
     QCOMPARE(list.UnreadCount(), 2);
     QCOMPARE(list.Add(MakeItem(MakeMessage(3, 5, u"third"_s))), -1);
@@ -235,7 +246,8 @@ void tst_CMessageList::AddGoesWhereItBelongs()
     list.Fill({}, {});
     list.Sort(column, order);
     for (int i = 0; i < 300; ++i) {
-        CMessage message = MakeMessage(random.bounded(3, 5), random.bounded(1, 500), QString(QChar(u'あ' + random.bounded(20))));
+        CMessage message =
+            MakeMessage(random.bounded(3, 5), random.bounded(1, 500), QString(QChar(u'あ' + random.bounded(20))));
         message.PostDate = 37000 + random.bounded(50);
         const int row = list.Add(MakeItem(message));
         if (row >= 0)
@@ -368,7 +380,12 @@ void tst_CMessageList::RandomSteps()
 {
     constexpr quint32 seed = 20020115;
     QRandomGenerator random(seed);
-    struct Row { qint32 ID; bool Read; bool Selected; };
+    struct Row
+    {
+        qint32 ID;
+        bool Read;
+        bool Selected;
+    };
     std::vector<Row> plain; // newest first
     const auto find = [&](qint32 ID) {
         return std::find_if(plain.begin(), plain.end(), [=](const Row& R) { return R.ID == ID; });
@@ -416,7 +433,8 @@ void tst_CMessageList::RandomSteps()
         }
         QCOMPARE(list.Count(), int(plain.size()));
         QCOMPARE(list.SelectedRows(), selected);
-        QCOMPARE(list.UnreadCount(), int(std::count_if(plain.begin(), plain.end(), [](const Row& R) { return !R.Read; })));
+        QCOMPARE(list.UnreadCount(),
+                 int(std::count_if(plain.begin(), plain.end(), [](const Row& R) { return !R.Read; })));
     }
 }
 

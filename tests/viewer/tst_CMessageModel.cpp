@@ -44,7 +44,8 @@ void tst_CMessageModel::init()
     m_option.DateFormat = u"yyyy/mm/dd hh:nn"_s;
     m_list = std::make_unique<CMessageList>(m_option, mdlColumns::BoardHeaders());
     m_model = std::make_unique<CMessageModel>(*m_list, m_option);
-    m_tester = std::make_unique<QAbstractItemModelTester>(m_model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    m_tester = std::make_unique<QAbstractItemModelTester>(m_model.get(),
+                                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
 }
 
 void tst_CMessageModel::cleanup()

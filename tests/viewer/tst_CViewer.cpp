@@ -139,8 +139,9 @@ void tst_CViewer::SizeQuestion()
 {
     QFETCH(int, answer);
     F().Add(3, 1, 4);
-    F().Desk.Expect(u"検索結果が3件を超えました (4件)\r\n全件表示しますか？\r\n(いいえを選択すると最初の3件のみ表示します。)"_s,
-                    Desktop::Answer(answer));
+    F().Desk.Expect(
+        u"検索結果が3件を超えました (4件)\r\n全件表示しますか？\r\n(いいえを選択すると最初の3件のみ表示します。)"_s,
+        Desktop::Answer(answer));
     QVERIFY(F().Viewer.LoadList(u"SELECT * FROM Message ORDER BY ID"_s, 1));
     QTEST(Ids(F().List(1)), "wanted");
     QCOMPARE(F().Desk.Boxes.size(), std::size_t(1));
@@ -179,7 +180,8 @@ void tst_CViewer::ResultListTakesTheHeaders()
 void tst_CViewer::DoubleRowsAreShownOnce()
 {
     F().Add(3, 1, 3);
-    QVERIFY(F().Viewer.LoadList(u"SELECT * FROM Message WHERE ID = 1 UNION ALL SELECT * FROM Message WHERE ID < 3"_s, 1));
+    QVERIFY(
+        F().Viewer.LoadList(u"SELECT * FROM Message WHERE ID = 1 UNION ALL SELECT * FROM Message WHERE ID < 3"_s, 1));
     QCOMPARE(Ids(F().List(1)), u"3/2 3/1"_s);
 }
 
@@ -241,7 +243,8 @@ void tst_CViewer::Actions_data()
     QTest::addColumn<int>("unread");
     QTest::newRow("delete") << u"DELETE FROM Message WHERE ID > 1"_s << u"2件削除しました。"_s << 1;
     QTest::newRow("update") << u"UPDATE Message SET Read = True WHERE ID = 2"_s << u"1件更新しました。"_s << 2;
-    QTest::newRow("append") << u"INSERT INTO Message(BBS_ID, ID, Read) VALUES(3, 9, False)"_s << u"1件追加しました。"_s << 4;
+    QTest::newRow("append") << u"INSERT INTO Message(BBS_ID, ID, Read) VALUES(3, 9, False)"_s << u"1件追加しました。"_s
+                            << 4;
     QTest::newRow("nothing") << u"DELETE FROM Message WHERE ID = 77"_s << u"0件削除しました。"_s << 3;
 }
 

@@ -44,8 +44,18 @@ std::vector<Node> Parse(const QString& Text)
 /// Moves one item after the other right behind its parent, by texts and positions.
 QString WalkedSlowly(std::vector<Node> Nodes)
 {
-    struct Item { QString Key; QString ReplyKey; QString Indent; QString Word; };
-    struct Entry { QString Key; QString Indent; };
+    struct Item
+    {
+        QString Key;
+        QString ReplyKey;
+        QString Indent;
+        QString Word;
+    };
+    struct Entry
+    {
+        QString Key;
+        QString Indent;
+    };
     std::sort(Nodes.begin(), Nodes.end(), [](const Node& L, const Node& R) {
         return std::tie(L.Id.ID, L.Id.BBS_ID) < std::tie(R.Id.ID, R.Id.BBS_ID);
     });
@@ -55,13 +65,16 @@ QString WalkedSlowly(std::vector<Node> Nodes)
     std::vector<Item> items;
     for (const Node& node : Nodes) {
         const QString board = node.Id.BBS_ID == 3 ? QString() : QString::number(node.Id.BBS_ID) + u':';
-        items.push_back({key(node.Id.BBS_ID, node.Id.ID), key(node.Id.BBS_ID, node.InReplyTo), {},
+        items.push_back({key(node.Id.BBS_ID, node.Id.ID),
+                         key(node.Id.BBS_ID, node.InReplyTo),
+                         {},
                          board + QString::number(node.Id.ID)});
     }
     std::vector<Entry> table;
     std::size_t p = 0;
     while (p < items.size()) {
-        const auto parent = std::find_if(table.begin(), table.end(), [&](const Entry& E) { return E.Key == items[p].ReplyKey; });
+        const auto parent =
+            std::find_if(table.begin(), table.end(), [&](const Entry& E) { return E.Key == items[p].ReplyKey; });
         if (parent == table.end()) {
             table.push_back({items[p].Key, u"."_s});
             ++p;
