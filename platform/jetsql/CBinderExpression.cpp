@@ -35,6 +35,17 @@ char KindOf(const FunctionInfo& Function, size_t Index)
     return count == 0 ? 'a' : Function.Kinds[std::min(Index, count - 1)];
 }
 
+// Whether all columns in it are of enclosing queries, and there is one.
+bool IsAllOuter(const Expr& Tested, bool& HasField)
+{
+    if (Tested.Alias)
+        return IsAllOuter(*Tested.Alias, HasField);
+    HasField |= Tested.Field != nullptr;
+    return (!Tested.Field || Tested.IsOuter) && std::all_of(Tested.Args.begin(), Tested.Args.end(), [&](const ExprPtr& arg) {
+        return IsAllOuter(*arg, HasField);
+    });
+}
+
 }
 
 void CBinder::BindExpression(Expr& Which, Scope* In)
@@ -313,6 +324,9 @@ void CBinder::BindCall(Expr& Which, Scope* In)
     const Clause around = isAggregate ? std::exchange(m_clause, Clause::Aggregate) : m_clause;
     BindArguments(Which, In);
     m_clause = around;
+    bool hasField = false;
+    if (isAggregate && !Which.StarArgument && IsAllOuter(*Which.Args.front(), hasField) && hasField)
+        Refuse(3095, Which);   // SQLite would count the rows of the enclosing query
     Which.HasAggregate = isAggregate;
     Which.Type = CallType(Which);
     Which.IsTruth = function.IsTruth || (function.What == FunctionInfo::Gives::Common && Which.Type == FieldType::Boolean);

@@ -39,6 +39,14 @@ QString CCall::Text(int Index) const
     }
 }
 
+QStringView CCall::View(int Index, QString& Buffer) const
+{
+    if (!IsText(Index))
+        return Buffer = Text(Index);
+    const auto* units = static_cast<const char16_t*>(sqlite3_value_text16(m_args[Index]));
+    return {units, sqlite3_value_bytes16(m_args[Index]) / 2};
+}
+
 double CCall::Number(int Index) const
 {
     return IsText(Index) ? Value::FromText(Text(Index)).ToDouble() : sqlite3_value_double(m_args[Index]);

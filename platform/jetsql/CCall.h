@@ -27,6 +27,8 @@ public:
 
     /// Null is empty; numbers are written plainly.
     QString Text(int Index) const;
+    /// As Text, without a copy where SQLite holds a text; valid until the call is done. Buffer holds what is no text.
+    QStringView View(int Index, QString& Buffer) const;
     double Number(int Index) const;
     /// Rounded half to even.
     qint32 Long(int Index) const;

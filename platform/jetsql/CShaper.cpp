@@ -21,9 +21,17 @@ constexpr qsizetype UsualLiterals = 16;      // the statement that stores a mess
 constexpr qsizetype MaxEquals = 1000;        // beyond it equal literals are not looked for: nobody groups by that many
 constexpr qsizetype ShownLength = 40;
 
+// Wanted is in small letters. Setting the bit of small letters makes none of a unit that was no letter.
 bool Is(QStringView Word, QLatin1StringView Wanted)
 {
-    return Word.size() == Wanted.size() && Word.compare(Wanted, Qt::CaseInsensitive) == 0;
+    if (Word.size() != Wanted.size())
+        return false;
+    for (qsizetype i = 0; i < Word.size(); ++i) {
+        const char16_t unit = Word[i].unicode();
+        if ((unit | 0x20) != Wanted[i].unicode() && unit != Wanted[i].unicode())
+            return false;
+    }
+    return true;
 }
 
 }
@@ -88,28 +96,28 @@ bool CShaper::NoteWord(QStringView Word)
     m_afterTop = false;
     switch (Word[0].unicode() | 0x20) {
     case u'b':
-        if (afterOrder && Is(Word, "BY"_L1)) {
+        if (afterOrder && Is(Word, "by"_L1)) {
             m_orderDepth = m_depth;
             m_last = Last::Comma;   // what follows is the first of a list
             return true;
         }
         break;
     case u't':
-        m_afterTop = Is(Word, "TOP"_L1);
-        m_wantsEquals |= m_last == Last::Nothing && Is(Word, "TRANSFORM"_L1);
+        m_afterTop = Is(Word, "top"_L1);
+        m_wantsEquals |= m_last == Last::Nothing && Is(Word, "transform"_L1);
         break;
-    case u'o': m_afterOrder = Is(Word, "ORDER"_L1); break;
-    case u'g': m_wantsEquals |= Is(Word, "GROUP"_L1); break;
+    case u'o': m_afterOrder = Is(Word, "order"_L1); break;
+    case u'g': m_wantsEquals |= Is(Word, "group"_L1); break;
     case u'd':
-        m_wantsEquals |= Is(Word, "DISTINCT"_L1);
-        m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "DROP"_L1);
+        m_wantsEquals |= Is(Word, "distinct"_L1);
+        m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "drop"_L1);
         break;
     case u'c':
-        m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "CREATE"_L1);
-        return (Is(Word, "CHR"_L1) || Is(Word, "CHR$"_L1)) && ChrCall();
-    case u'a': m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "ALTER"_L1); break;
+        m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "create"_L1);
+        return (Is(Word, "chr"_L1) || Is(Word, "chr$"_L1)) && ChrCall(Word.utf16());
+    case u'a': m_keepsNumbers |= m_last == Last::Nothing && Is(Word, "alter"_L1); break;
     case u'm':
-        if (Is(Word, "MOD"_L1)) {
+        if (Is(Word, "mod"_L1)) {
             m_last = Last::Arithmetic;
             return true;
         }
@@ -120,20 +128,17 @@ bool CShaper::NoteWord(QStringView Word)
 }
 
 // At the "(" after Chr: a whole ASCII code in it is a constant text, and perhaps the first link of a chain.
-bool CShaper::ChrCall()
+bool CShaper::ChrCall(const char16_t* Begin)
 {
     const char16_t* afterName = m_at;
-    const char16_t* begin = m_at;
-    while (begin > m_begin && IsNameUnit(begin[-1]))
-        --begin;
     QString text;
-    if ((begin > m_begin && (begin[-1] == u'.' || begin[-1] == u'!')) || !ReadChr(text)) {
+    if ((Begin > m_begin && (Begin[-1] == u'.' || Begin[-1] == u'!')) || !ReadChr(text)) {
         m_at = afterName;
         return false;
     }
     if (m_last != Last::Arithmetic)
         while (ExtendChain(text)) {}
-    Put(begin, Placeholder::Text, Value::FromText(std::move(text)));
+    Put(Begin, Placeholder::Text, Value::FromText(std::move(text)));
     return true;
 }
 
@@ -166,20 +171,22 @@ void CShaper::Enclosed(char16_t Close)
     m_last = Last::Operand;
 }
 
-QString CShaper::ReadQuoted()
+void CShaper::ReadQuoted(QString& To)
 {
     const QChar quote(*m_at);
     const char16_t* begin = m_at++;
-    QString text;
     for (;;) {
         const qsizetype length = QStringView(m_at, m_end).indexOf(quote);
         if (length < 0)
             Refuse(u"文字列が閉じていません"_s, begin);
-        text.append(QStringView(m_at, length));
+        if (To.isEmpty())
+            To = QString(reinterpret_cast<const QChar*>(m_at), length);   // exactly as long: most texts are of one piece
+        else
+            To.append(QStringView(m_at, length));
         m_at += length + 1;
         if (Peek() != quote.unicode())
-            return text;
-        text.append(quote);   // doubled: stands for one
+            return;
+        To.append(quote);   // doubled: stands for one
         ++m_at;
     }
 }
@@ -187,7 +194,8 @@ QString CShaper::ReadQuoted()
 void CShaper::Text()
 {
     const char16_t* begin = m_at;
-    QString text = ReadQuoted();
+    QString text;
+    ReadQuoted(text);
     if (m_last != Last::Arithmetic)
         while (ExtendChain(text)) {}
     Put(begin, Placeholder::Text, Value::FromText(std::move(text)));
@@ -204,14 +212,14 @@ bool CShaper::ExtendChain(QString& To)
         SkipBlanks();
         bool taken = false;
         if (ClassOf(Peek()) == CharClass::Quote) {
-            To.append(ReadQuoted());
+            ReadQuoted(To);
             taken = true;
         } else if ((Peek() | 0x20) == u'c') {
             const char16_t* word = m_at;
             while (!AtEnd() && IsNameUnit(*m_at))
                 ++m_at;
             const QStringView name(word, m_at);
-            taken = (Is(name, "CHR"_L1) || Is(name, "CHR$"_L1)) && ReadChr(To);
+            taken = (Is(name, "chr"_L1) || Is(name, "chr$"_L1)) && ReadChr(To);
         }
         if (taken && !ArithmeticFollows())
             return true;
@@ -226,14 +234,14 @@ bool CShaper::ArithmeticFollows()
     const char16_t* at = m_at;
     while (at != m_end && IsBlank(*at))
         ++at;
-    if (at == m_end)
+    if (at == m_end || *at == u'&' || *at == u',')
         return false;
     if (QStringView(u"+-*/\\^").contains(QChar(*at)))
         return true;
     const char16_t* word = at;
     while (at != m_end && IsNameUnit(*at))
         ++at;
-    return Is(QStringView(word, at), "MOD"_L1);
+    return Is(QStringView(word, at), "mod"_L1);
 }
 
 void CShaper::Number()

@@ -30,11 +30,11 @@ private:
     void Token();
     void Word();
     bool NoteWord(QStringView Text);
-    bool ChrCall();
+    bool ChrCall(const char16_t* Begin);
     bool ReadChr(QString& To);
     void Enclosed(char16_t Close);
     void Text();
-    QString ReadQuoted();
+    void ReadQuoted(QString& To);
     bool ExtendChain(QString& To);
     bool ArithmeticFollows();
     void Number();

@@ -45,20 +45,7 @@ void CWriter::WriteRows(const Query& Source, Statement& To)
     To.Columns = Source.Columns;
     if (!Source.IsUnion())
         return WriteTopSelect(*Source.Members.front(), To);
-    To.Sql = DerivedUnion(Source);
-    std::vector<SortKey> keys;
-    const auto add = [&](size_t column, bool descending) {
-        const QByteArray name = "c" + QByteArray::number(column);
-        const FieldType type = Source.Columns[column].Type;
-        keys.push_back({IsNumeric(type) ? name : "jet_sortkey(" + name + ')', descending});
-    };
-    for (const OrderItem& item : Source.OrderBy)
-        add(size_t(item.Position) - 1, item.Descending);
-    const bool isSorted = std::find(Source.IsAll.begin(), Source.IsAll.end(), true) == Source.IsAll.end();
-    for (size_t i = 0; Source.OrderBy.empty() && isSorted && i < Source.Columns.size(); ++i)
-        add(i, false);
-    if (!keys.empty())
-        To.Sql = "SELECT * FROM (" + To.Sql + ')' + OrderBy(keys);
+    To.Sql = DerivedUnion(Source, true);
 }
 
 // The rows that the cursor reads: columns, the keys that tell which rows tie with the last one, the row number.
@@ -135,7 +122,7 @@ void CWriter::WriteInsert(const Tree& Bound, Statement& To)
             value = Converted(value, from, wanted, "store").Sql;
         values.append(wanted == FieldType::Boolean ? "ifnull(" + value + ",0)" : value);
     }
-    To.Sql += " SELECT " + (values + defaults).join(',') + " FROM (" + Derived(*Bound.Source) + ')';
+    To.Sql += " SELECT " + (values + defaults).join(',') + " FROM (" + Derived(*Bound.Source, true) + ')';
 }
 
 QByteArray CWriter::Condition(const ExprPtr& Where)

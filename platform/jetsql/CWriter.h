@@ -51,14 +51,15 @@ private:
     QByteArray Condition(const ExprPtr& Where);
 
     // Queries (CWriterQuery.cpp)
-    QByteArray Derived(const Query& Source);
-    QByteArray DerivedUnion(const Query& Source);
-    QByteArray DerivedSelect(const Select& Source, const std::vector<ResultColumn>* Types = nullptr);
+    QByteArray Derived(const Query& Source, bool IsSorted = false);
+    QByteArray DerivedUnion(const Query& Source, bool IsSorted);
+    QByteArray DerivedSelect(const Select& Source, bool IsSorted, const std::vector<ResultColumn>* Types = nullptr);
     QByteArray Ranked(const Select& Source, const QByteArrayList& Columns);
     QByteArray Tail(const Select& Source);
     QByteArray FromList(const std::vector<std::unique_ptr<TableRef>>& From);
     QByteArray Reference(const TableRef& Table);
     QByteArray Output(const OutputColumn& Column, FieldType Wanted, bool Distinct);
+    static std::vector<SortKey> UnionKeys(const Query& Source);
     std::vector<SortKey> OrderKeys(const Select& Source);
     std::vector<SortKey> DefaultKeys(const Select& Source);
     QByteArray OutputKey(const OutputColumn& Column);

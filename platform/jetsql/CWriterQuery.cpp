@@ -5,6 +5,8 @@
 
 #include "platform/jetsql/TypeRules.h"
 
+#include <algorithm>
+
 namespace jetsql {
 
 namespace {
@@ -29,13 +31,30 @@ bool IsConstant(const Expr& Which)
 
 }
 
-// A query in place of a table: its columns are c0, c1, …
-QByteArray CWriter::Derived(const Query& Source)
+// A query in place of a table: its columns are c0, c1, … IsSorted keeps its order, which shows where it is the only
+// table; SQLite drops it where it does not count.
+QByteArray CWriter::Derived(const Query& Source, bool IsSorted)
 {
-    return Source.IsUnion() ? DerivedUnion(Source) : DerivedSelect(*Source.Members.front());
+    return Source.IsUnion() ? DerivedUnion(Source, IsSorted) : DerivedSelect(*Source.Members.front(), IsSorted);
 }
 
-QByteArray CWriter::DerivedUnion(const Query& Source)
+// A union that drops duplicates comes sorted, unless members with UNION ALL follow.
+std::vector<CWriter::SortKey> CWriter::UnionKeys(const Query& Source)
+{
+    std::vector<SortKey> keys;
+    const auto add = [&](size_t column, bool descending) {
+        const QByteArray name = Numbered('c', qsizetype(column));
+        keys.push_back({IsNumeric(Source.Columns[column].Type) ? name : "jet_sortkey(" + name + ')', descending});
+    };
+    for (const OrderItem& item : Source.OrderBy)
+        add(size_t(item.Position) - 1, item.Descending);
+    const bool isDistinct = std::find(Source.IsAll.begin(), Source.IsAll.end(), true) == Source.IsAll.end();
+    for (size_t i = 0; Source.OrderBy.empty() && isDistinct && i < Source.Columns.size(); ++i)
+        add(i, false);
+    return keys;
+}
+
+QByteArray CWriter::DerivedUnion(const Query& Source, bool IsSorted)
 {
     QByteArrayList columns;
     for (size_t i = 0; i < Source.Columns.size(); ++i) {
@@ -47,12 +66,13 @@ QByteArray CWriter::DerivedUnion(const Query& Source)
     for (size_t i = 0; i < Source.Members.size(); ++i) {
         if (i > 0)
             sql += Source.IsAll[i - 1] ? " UNION ALL " : " UNION ";
-        sql += "SELECT " + columns.join(',') + " FROM (" + DerivedSelect(*Source.Members[i], &Source.Columns) + ')';
+        sql += "SELECT " + columns.join(',') + " FROM (" + DerivedSelect(*Source.Members[i], false, &Source.Columns) + ')';
     }
-    return sql;
+    const std::vector<SortKey> keys = IsSorted ? UnionKeys(Source) : std::vector<SortKey>();
+    return keys.empty() ? sql : "SELECT * FROM (" + sql + ')' + OrderBy(keys);
 }
 
-QByteArray CWriter::DerivedSelect(const Select& Source, const std::vector<ResultColumn>* Types)
+QByteArray CWriter::DerivedSelect(const Select& Source, bool IsSorted, const std::vector<ResultColumn>* Types)
 {
     QByteArrayList columns;
     for (size_t i = 0; i < Source.Output.size(); ++i) {
@@ -61,7 +81,9 @@ QByteArray CWriter::DerivedSelect(const Select& Source, const std::vector<Result
     }
     if (Source.Top >= 0)
         return Ranked(Source, columns);
-    return (Source.Distinct ? "SELECT DISTINCT " : "SELECT ") + columns.join(',') + Tail(Source);
+    const std::vector<SortKey> keys = IsSorted ? OrderKeys(Source) : std::vector<SortKey>();
+    return (Source.Distinct ? "SELECT DISTINCT " : "SELECT ") + columns.join(',') + Tail(Source)
+        + OrderBy(IsSorted && keys.empty() ? DefaultKeys(Source) : keys);
 }
 
 // TOP inside of a statement: the rank of a row is the place of the first one that ties with it.
@@ -113,7 +135,7 @@ QByteArray CWriter::FromList(const std::vector<std::unique_ptr<TableRef>>& From)
 QByteArray CWriter::Reference(const TableRef& Table)
 {
     if (Table.Join == JoinKind::None)
-        return (Table.Table ? Quoted(Table.Table->Name) : '(' + Derived(*Table.Derived) + ')') + " AS " + Table.SqlAlias;
+        return (Table.Table ? Quoted(Table.Table->Name) : '(' + Derived(*Table.Derived, true) + ')') + " AS " + Table.SqlAlias;
     const char* kind = Table.Join == JoinKind::Inner ? " JOIN " : Table.Join == JoinKind::Left ? " LEFT JOIN " : " RIGHT JOIN ";
     const QByteArray right = Reference(*Table.Right);
     return Reference(*Table.Left) + kind + (Table.Right->Join == JoinKind::None ? right : '(' + right + ')') + " ON "

@@ -135,7 +135,8 @@ void Like(CCall& Call)
     }
     if (!*kept && RefusesBadPattern)
         throw MakeError(93);
-    Call.SetTruth(*kept && (*kept)->Matches(Call.Text(1)));
+    QString buffer;
+    Call.SetTruth(*kept && (*kept)->Matches(Call.View(1, buffer)));
     if (made)   // last, for SQLite may delete it at once
         sqlite3_set_auxdata(Call.Context(), 0, made.release(), [](void* gone) { delete static_cast<Pattern*>(gone); });
 }
@@ -151,7 +152,8 @@ void SortKey(CCall& Call)
 {
     if (!Call.IsText(0))
         return Call.SetArgument(0);
-    Call.SetBytes(text::SortKey(Call.Text(0)));
+    QString buffer;
+    Call.SetBytes(text::SortKey(Call.View(0, buffer)));
 }
 
 constexpr FunctionInfo Functions[] = {
