@@ -20,7 +20,6 @@
 #include <QSessionManager>
 #include <QTranslator>
 
-
 using namespace Qt::StringLiterals;
 
 namespace

@@ -29,8 +29,7 @@ CBoardMenus::CBoardMenus(Application& App, CMenuSet& Menus, QMenu& DropDown, QOb
     , m_menus(Menus)
     , m_dropDown(DropDown)
     , m_defaultIcon(CIconSet::Picture(u"Board"_s))
-{
-}
+{}
 
 bool CBoardMenus::Rebuild(const std::function<int(qint32)>& UnreadCount)
 {

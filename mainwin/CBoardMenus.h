@@ -18,8 +18,8 @@ class CMenuSet;
 class QAction;
 class QMenu;
 
-/// Fills the drop-down of the toolbar and the arrays mnuBBSMoveSub, mnuTrayBBSSub and mnuTrayNewSub from the boards that
-/// are shown, in their order. An entry of the drop-down is named "#" and the board's number in three digits.
+/// Fills the drop-down of the toolbar and the arrays mnuBBSMoveSub, mnuTrayBBSSub and mnuTrayNewSub from the boards
+/// that are shown, in their order. An entry of the drop-down is named "#" and the board's number in three digits.
 class CBoardMenus : public QObject
 {
     Q_OBJECT
@@ -49,8 +49,7 @@ private:
     };
 
     std::vector<mdlBoardMenu::Board> ReadBoards();
-    void FillArray(const QString& Name, const std::vector<mdlBoardMenu::Entry>& Entries,
-                   mdlCommands::Command Handler);
+    void FillArray(const QString& Name, const std::vector<mdlBoardMenu::Entry>& Entries, mdlCommands::Command Handler);
     void FillDropDown(const std::vector<mdlBoardMenu::Entry>& Entries);
     void CollectEntries(const std::vector<mdlBoardMenu::Entry>& Entries);
 

@@ -21,7 +21,9 @@ constexpr int MaxSide = 256;
 class CPaintedIcon : public QIconEngine
 {
 public:
-    explicit CPaintedIcon(const mdlPictures::Picture& Source) : m_source(Source) {}
+    explicit CPaintedIcon(const mdlPictures::Picture& Source)
+        : m_source(Source)
+    {}
 
     void paint(QPainter* Painter, const QRect& Place, QIcon::Mode Mode, QIcon::State) override
     {
@@ -51,10 +53,7 @@ private:
     mdlPictures::Picture m_source;
 };
 
-bool IsBounded(const QSize& Size)
-{
-    return !Size.isEmpty() && Size.width() <= MaxSide && Size.height() <= MaxSide;
-}
+bool IsBounded(const QSize& Size) { return !Size.isEmpty() && Size.width() <= MaxSide && Size.height() <= MaxSide; }
 
 } // namespace
 

@@ -7,8 +7,8 @@
 #include <QIcon>
 #include <QStringList>
 
-/// The painted pictures by name: the toolbar's keys, "Board" (a board without an icon of its own), "Close" (back from the
-/// result list), "More" (the rest of a bar), "MAINICON" and "SMALLICON1" to "SMALLICON4".
+/// The painted pictures by name: the toolbar's keys, "Board" (a board without an icon of its own), "Close" (back from
+/// the result list), "More" (the rest of a bar), "MAINICON" and "SMALLICON1" to "SMALLICON4".
 ///
 /// The pictures follow the palette of the application when they are drawn, so a change between a light and a dark theme
 /// needs no new icons. Icons may be made before a window exists but only in the user-interface thread.

@@ -23,9 +23,13 @@ bool CKeyFilter::eventFilter(QObject* Watched, QEvent* Event)
     case QEvent::InputMethod:
         m_composing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
         return false;
-    case QEvent::FocusOut: m_composing = false; return false;
-    case QEvent::KeyPress: return IsForWindow(Watched) && OnKey(*static_cast<QKeyEvent*>(Event));
-    default: return false;
+    case QEvent::FocusOut:
+        m_composing = false;
+        return false;
+    case QEvent::KeyPress:
+        return IsForWindow(Watched) && OnKey(*static_cast<QKeyEvent*>(Event));
+    default:
+        return false;
     }
 }
 

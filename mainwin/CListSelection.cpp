@@ -35,8 +35,7 @@ CListSelection::CListSelection(QAbstractItemModel& Model, CMessageList& List, st
     : QItemSelectionModel(&Model, Parent)
     , m_list(List)
     , m_visibleRows(std::move(VisibleRows))
-{
-}
+{}
 
 void CListSelection::Mirror()
 {

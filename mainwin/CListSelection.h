@@ -10,9 +10,9 @@
 
 #include <functional>
 
-/// What the user does in the view comes in as selection commands. They are carried out on the whole list, and the rows in
-/// view are mirrored back: inverting the selection of 100,000 rows would otherwise make 50,000 ranges here, which are
-/// searched for every row painted.
+/// What the user does in the view comes in as selection commands. They are carried out on the whole list, and the rows
+/// in view are mirrored back: inverting the selection of 100,000 rows would otherwise make 50,000 ranges here, which
+/// are searched for every row painted.
 class CListSelection : public QItemSelectionModel
 {
     Q_OBJECT

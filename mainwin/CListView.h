@@ -66,8 +66,8 @@ private:
 
     CMessageList& m_list;
     CListSelection* m_selection = nullptr; // none while the base class is being set up
-    QString m_typed;          // what has been typed for the search so far
-    qint64 m_typedAt = 0;     // milliseconds, when its last character came
+    QString m_typed;                       // what has been typed for the search so far
+    qint64 m_typedAt = 0;                  // milliseconds, when its last character came
     int m_updateDepth = 0;
     int m_focusAtPress = -1;
 };

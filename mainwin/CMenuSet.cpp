@@ -16,8 +16,8 @@ using mdlCommands::Rule;
 namespace
 {
 
-// What follows the tab is drawn at the right edge of the menu, where the shortcuts are. A separator with a text would be
-// drawn as the heading of a section.
+// What follows the tab is drawn at the right edge of the menu, where the shortcuts are. A separator with a text would
+// be drawn as the heading of a section.
 QString FullCaption(const MenuItem& Item)
 {
     if (Item.Type == Kind::Separator)
@@ -28,9 +28,12 @@ QString FullCaption(const MenuItem& Item)
 QString FullName(const MenuItem& Item)
 {
     switch (Item.Type) {
-    case Kind::Array: return Item.Name.toString() + u'0';
-    case Kind::Member: return Item.Name.toString() + QString::number(Item.Index);
-    default: return Item.Name.toString();
+    case Kind::Array:
+        return Item.Name.toString() + u'0';
+    case Kind::Member:
+        return Item.Name.toString() + QString::number(Item.Index);
+    default:
+        return Item.Name.toString();
     }
 }
 

@@ -9,8 +9,7 @@
 CMessageDelegate::CMessageDelegate(std::function<QIcon(qint32)> BoardIcon, QObject* Parent)
     : QStyledItemDelegate(Parent)
     , m_boardIcon(std::move(BoardIcon))
-{
-}
+{}
 
 QSize CMessageDelegate::sizeHint(const QStyleOptionViewItem& Option, const QModelIndex&) const
 {

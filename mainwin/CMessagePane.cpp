@@ -28,7 +28,8 @@ QFont FixedPitchFont(const QFont& Base)
     return font;
 }
 
-// The document makes a new block of each of these; a block has to be a line of the message. A bare LF is no line end there.
+// The document makes a new block of each of these; a block has to be a line of the message. A bare LF is no line end
+// there.
 QString WithoutBreaks(QString Text)
 {
     for (QChar& c : Text) {
@@ -59,8 +60,7 @@ public:
     explicit CLineColors(CMessagePane& Pane)
         : QSyntaxHighlighter(Pane.document())
         , m_pane(Pane)
-    {
-    }
+    {}
 
 protected:
     void highlightBlock(const QString& Text) override
@@ -157,9 +157,12 @@ QColor CMessagePane::ColorOf(LineKind Kind) const
 {
     const QColor ground = palette().color(QPalette::Base);
     switch (Kind) {
-    case LineKind::Quote: return mdlContrast::Legible(QColor(0, 0, 128), ground);
-    case LineKind::Comment: return mdlContrast::Legible(QColor(0, 128, 0), ground);
-    case LineKind::Plain: break;
+    case LineKind::Quote:
+        return mdlContrast::Legible(QColor(0, 0, 128), ground);
+    case LineKind::Comment:
+        return mdlContrast::Legible(QColor(0, 128, 0), ground);
+    case LineKind::Plain:
+        break;
     }
     return palette().color(QPalette::Text);
 }

@@ -15,7 +15,8 @@ class CMessagePane : public QPlainTextEdit
 
 public:
     /// Longest piece of a line that is laid out as one, in UTF-16 units. A log without line breaks may bring a line of
-    /// megabytes, whose layout would hold the window up for minutes; it is shown, and copied, as it stands all the same.
+    /// megabytes, whose layout would hold the window up for minutes; it is shown, and copied, as it stands all the
+    /// same.
     static constexpr qsizetype MaxPiece = 4000;
 
     explicit CMessagePane(QWidget* Parent = nullptr);

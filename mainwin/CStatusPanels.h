@@ -35,8 +35,8 @@ private:
     int m_columns;
 };
 
-/// Named "StatusBar"; each panel is named "StatusBar" + its key. The links uclMailto and uclHomepage lie over the panels
-/// "Mail" and "HomePage", uspnNoReadPoint over "NoReadPoint" while it is open.
+/// Named "StatusBar"; each panel is named "StatusBar" + its key. The links uclMailto and uclHomepage lie over the
+/// panels "Mail" and "HomePage", uspnNoReadPoint over "NoReadPoint" while it is open.
 class CStatusPanels : public QStatusBar
 {
     Q_OBJECT

@@ -66,7 +66,9 @@ void CTerminationSignals::OnReadable()
 
 #else
 
-CTerminationSignals::CTerminationSignals(QObject* Parent) : QObject(Parent) {}
+CTerminationSignals::CTerminationSignals(QObject* Parent)
+    : QObject(Parent)
+{}
 
 CTerminationSignals::~CTerminationSignals() = default;
 

@@ -8,8 +8,9 @@
 
 class QSocketNotifier;
 
-/// While one exists, SIGTERM, SIGINT and SIGHUP no longer kill the program but end in Requested, so that a running receive
-/// can be stopped and the settings be saved. At most one at a time. Does nothing on systems without such signals.
+/// While one exists, SIGTERM, SIGINT and SIGHUP no longer kill the program but end in Requested, so that a running
+/// receive can be stopped and the settings be saved. At most one at a time. Does nothing on systems without such
+/// signals.
 class CTerminationSignals : public QObject
 {
     Q_OBJECT

@@ -20,7 +20,7 @@ using mdlCommands::ToolButton;
 namespace
 {
 
-constexpr int PictureSide = 20;      // pixels at 100 %
+constexpr int PictureSide = 20;       // pixels at 100 %
 constexpr int FindBoxCharacters = 18; // width of the find box in digits
 
 QString NameOf(const ToolButton& Source) { return u"Toolbar"_s + Source.Key.toString(); }

@@ -95,8 +95,9 @@ void frmView::BuildPanes()
     m_separator->setObjectName(u"sep"_s);
     m_separator->SetAspect(uSeparator::Horizontal);
     for (const int list : {CViewer::BoardList, CViewer::ResultList}) {
-        auto* view = new CListView(m_viewer->List(list), m_viewer->Model(list),
-                                   [this](qint32 BBS_ID) { return m_boardMenus->Icon(BBS_ID); }, m_client);
+        auto* view = new CListView(
+            m_viewer->List(list), m_viewer->Model(list), [this](qint32 BBS_ID) { return m_boardMenus->Icon(BBS_ID); },
+            m_client);
         view->setObjectName(u"lsvMsgList"_s + QString::number(list));
         view->setAccessibleName(list == CViewer::BoardList ? u"メッセージ一覧"_s : u"検索結果"_s);
         m_lists[std::size_t(list)] = view;
@@ -163,7 +164,8 @@ void frmView::ConnectMenus()
     connect(m_menus, &CMenuSet::Triggered, this, &frmView::RunCommand);
     connect(m_toolbar, &CToolbar::Triggered, this, &frmView::RunCommand);
     connect(m_boardMenus, &CBoardMenus::Triggered, this, &frmView::RunCommand);
-    connect(m_menus->Menu(u"mnuMsg"_s), &QMenu::aboutToShow, this, [this] { Perform([this] { RefreshMessageMenu(); }); });
+    connect(m_menus->Menu(u"mnuMsg"_s), &QMenu::aboutToShow, this,
+            [this] { Perform([this] { RefreshMessageMenu(); }); });
     connect(m_menus->Menu(u"mnuBBS"_s), &QMenu::aboutToShow, this, &frmView::UpdateEnabled);
     connect(m_pane, &CMessagePane::TextMenuRequested, this,
             [this](const QPoint& Place) { m_menus->Menu(u"mnuText"_s)->popup(Place); });
@@ -335,8 +337,8 @@ void frmView::FinishClosing()
     mdlPosition::Write(m_app.SettingsIni(), m_position);
     m_bbs->Initialize(nullptr);
     if (!Shutdown(m_app) && !m_isQuitting) {
-        m_app.Shell.MessageBox(u"設定ファイル「"_s + m_app.IniFileName() + u"」に書き込めませんでした。"_s, m_app.AppTitle(),
-                               Desktop::Icon::Exclamation);
+        m_app.Shell.MessageBox(u"設定ファイル「"_s + m_app.IniFileName() + u"」に書き込めませんでした。"_s,
+                               m_app.AppTitle(), Desktop::Icon::Exclamation);
     }
     Q_EMIT Closed();
 }

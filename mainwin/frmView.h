@@ -33,9 +33,9 @@ class uSeparator;
 
 /// Made after the database has been opened and the settings have been read; Open shows it.
 ///
-/// Commands run on the user-interface thread and may turn the event loop (a receive, a box). Closing is never refused: the
-/// window is hidden at once, a run is cancelled, and when the last command has returned the settings are written, the
-/// program's services are shut down and Closed is emitted. The owner must not destroy the window before that.
+/// Commands run on the user-interface thread and may turn the event loop (a receive, a box). Closing is never refused:
+/// the window is hidden at once, a run is cancelled, and when the last command has returned the settings are written,
+/// the program's services are shut down and Closed is emitted. The owner must not destroy the window before that.
 class frmView : public QMainWindow, private ViewerHost, private ReceiveHost
 {
     Q_OBJECT
@@ -88,7 +88,7 @@ private:
     bool OnKey(const mdlCommands::Key& Key);
     /// Runs something that the user, a timer or the system asked for. What the database refuses is told, and closing
     /// waits until the outermost of these has returned.
-    template <typename Function> void Perform(Function Action);
+    template<typename Function> void Perform(Function Action);
     void Leave();
     void ReportError(const dao::Error& Error);
     void DoExecute(int Number);
@@ -210,12 +210,12 @@ private:
     int m_commandDepth = 0;
     bool m_isClosing = false;
     bool m_isClosed = false;
-    bool m_isQuitting = false;      // nobody is there to answer
+    bool m_isQuitting = false;         // nobody is there to answer
     bool m_isErrorLogReported = false; // in this run
-    bool m_isResultRefilled = false; // the result list got other rows; its columns follow
+    bool m_isResultRefilled = false;   // the result list got other rows; its columns follow
 };
 
-template <typename Function> void frmView::Perform(Function Action)
+template<typename Function> void frmView::Perform(Function Action)
 {
     if (m_isClosing)
         return;

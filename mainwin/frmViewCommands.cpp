@@ -229,10 +229,7 @@ void frmView::DoCopyText(int)
         m_app.Shell.SetClipboard(text);
 }
 
-void frmView::DoTimer(int)
-{
-    m_app.Shell.MessageBox(u"未実装m(_ _)m"_s, m_app.AppTitle(), Desktop::Icon::Information);
-}
+void frmView::DoTimer(int) { m_app.Shell.MessageBox(u"未実装m(_ _)m"_s, m_app.AppTitle(), Desktop::Icon::Information); }
 
 void frmView::DoCommunity(int) { m_app.Shell.ShellOpenOwn(mdlProduct::SupportPage()); }
 
@@ -252,10 +249,7 @@ void frmView::DoEscape(int)
         showMinimized();
 }
 
-void frmView::DoPopupBoards(int)
-{
-    m_menus->Menu(u"mnuBBSMove"_s)->popup(m_separator->mapToGlobal(QPoint(0, 0)));
-}
+void frmView::DoPopupBoards(int) { m_menus->Menu(u"mnuBBSMove"_s)->popup(m_separator->mapToGlobal(QPoint(0, 0))); }
 
 void frmView::DoPopupMarks(int)
 {

@@ -69,8 +69,8 @@ void frmView::UpdateCaption()
 void frmView::ChangeToolbarImage()
 {
     const bool isResult = m_viewer->CurrentList() == CViewer::ResultList;
-    m_toolbar->Button(u"BBSList")->setIcon(isResult ? CIconSet::Picture(u"Close"_s)
-                                                    : m_boardMenus->Icon(m_viewer->CurrentBoard()));
+    m_toolbar->Button(u"BBSList")
+        ->setIcon(isResult ? CIconSet::Picture(u"Close"_s) : m_boardMenus->Icon(m_viewer->CurrentBoard()));
     View(m_viewer->CurrentList()).viewport()->update();
 }
 

@@ -33,8 +33,8 @@ constexpr int MaxSeparators = 10;
 
 /// The entries for Boards, which stand in ascending order of ListOrder.
 ///
-/// A board's place in the menu is its ListOrder: each free place before it becomes a separator. The first nine boards get
-/// the access keys 1 to 9, all later ones 0. An "&" in a name is doubled so that it shows.
+/// A board's place in the menu is its ListOrder: each free place before it becomes a separator. The first nine boards
+/// get the access keys 1 to 9, all later ones 0. An "&" in a name is doubled so that it shows.
 std::vector<Entry> Plan(const std::vector<Board>& Boards);
 
 /// Caption, followed by the number of unread messages in parentheses when there are any.

@@ -18,10 +18,14 @@ constexpr quint32 SystemColorFlag = 0x80000000U;
 QColor SystemColor(quint32 Number, const QPalette& Palette)
 {
     switch (Number) {
-    case 5: return Palette.color(QPalette::Base);
-    case 13: return Palette.color(QPalette::Highlight);
-    case 14: return Palette.color(QPalette::HighlightedText);
-    default: return Palette.color(QPalette::Text);
+    case 5:
+        return Palette.color(QPalette::Base);
+    case 13:
+        return Palette.color(QPalette::Highlight);
+    case 14:
+        return Palette.color(QPalette::HighlightedText);
+    default:
+        return Palette.color(QPalette::Text);
     }
 }
 

@@ -33,7 +33,7 @@ constexpr MenuItem Item(int Level, QStringView Name, QStringView Caption, Comman
 
 // An item that has no operation stands in the menu, disabled.
 constexpr MenuItem Inert(int Level, QStringView Name, QStringView Caption, QStringView KeyText = {},
-                        QStringView Shortcut = {})
+                         QStringView Shortcut = {})
 {
     return {Level, Kind::Item, Name, Caption, KeyText, Shortcut, Command::None, 0, Rule::Never};
 }
@@ -47,8 +47,7 @@ constexpr MenuItem Array(int Level, QStringView Name) { return {Level, Kind::Arr
 
 constexpr MenuItem Mode(int Index, QStringView Caption, QStringView Shortcut = {})
 {
-    return {2,        Kind::Member,      u"mnuBBSViewSub", Caption, {},
-            Shortcut, Command::ViewMode, Index,            Rule::ViewMode, Index};
+    return {2, Kind::Member, u"mnuBBSViewSub", Caption, {}, Shortcut, Command::ViewMode, Index, Rule::ViewMode, Index};
 }
 
 constexpr std::array FileMenu = {
@@ -151,10 +150,26 @@ constexpr std::array ToolMenu = {
 constexpr std::array ListPopup = {
     Top(u"mnuPopup", u"ポップアップ"),
     Run(1, u"mnuPopupReply", u"返信(&R)...", 12, {}, Rule::Selection),
-    MenuItem{1, Kind::Member, u"mnuPopupReplyHitokoto", u"左ひとことで返信(&1)...", {}, {}, Command::None, 0,
-             Rule::Never, 0},
-    MenuItem{1, Kind::Member, u"mnuPopupReplyHitokoto", u"右ひとことで返信(&2)...", {}, {}, Command::None, 1,
-             Rule::Never, 1},
+    MenuItem{1,
+             Kind::Member,
+             u"mnuPopupReplyHitokoto",
+             u"左ひとことで返信(&1)...",
+             {},
+             {},
+             Command::None,
+             0,
+             Rule::Never,
+             0},
+    MenuItem{1,
+             Kind::Member,
+             u"mnuPopupReplyHitokoto",
+             u"右ひとことで返信(&2)...",
+             {},
+             {},
+             Command::None,
+             1,
+             Rule::Never,
+             1},
     Bar(1, u"mnuPopupBar1"),
     Inert(1, u"mnuPopupMail", u"メールを送る(&M)..."),
     Inert(1, u"mnuPopupHomepage", u"ホームページへ行く(&H)..."),
@@ -203,7 +218,7 @@ constexpr std::array TextAndTrayPopups = {
     Run(1, u"mnuTrayExit", u"終了(&X)", 5, {}, Rule::Always),
 };
 
-template <std::size_t... Sizes> constexpr auto Join(const std::array<MenuItem, Sizes>&... Parts)
+template<std::size_t... Sizes> constexpr auto Join(const std::array<MenuItem, Sizes>&... Parts)
 {
     std::array<MenuItem, (Sizes + ...)> all{};
     auto out = all.begin();
@@ -265,13 +280,20 @@ constexpr Key KeyTable[] = {
 bool Matches(Modifiers Wanted, Qt::KeyboardModifiers Pressed)
 {
     switch (Wanted) {
-    case Modifiers::None: return Pressed == Qt::NoModifier;
-    case Modifiers::Shift: return Pressed == Qt::ShiftModifier;
-    case Modifiers::Ctrl: return Pressed == Qt::ControlModifier;
-    case Modifiers::CtrlShift: return Pressed == (Qt::ControlModifier | Qt::ShiftModifier);
-    case Modifiers::Alt: return Pressed == Qt::AltModifier;
-    case Modifiers::NoneOrCtrl: return Pressed == Qt::NoModifier || Pressed == Qt::ControlModifier;
-    case Modifiers::Any: return true;
+    case Modifiers::None:
+        return Pressed == Qt::NoModifier;
+    case Modifiers::Shift:
+        return Pressed == Qt::ShiftModifier;
+    case Modifiers::Ctrl:
+        return Pressed == Qt::ControlModifier;
+    case Modifiers::CtrlShift:
+        return Pressed == (Qt::ControlModifier | Qt::ShiftModifier);
+    case Modifiers::Alt:
+        return Pressed == Qt::AltModifier;
+    case Modifiers::NoneOrCtrl:
+        return Pressed == Qt::NoModifier || Pressed == Qt::ControlModifier;
+    case Modifiers::Any:
+        return true;
     }
     return false;
 }

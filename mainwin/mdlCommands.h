@@ -51,13 +51,13 @@ enum class Command {
 enum class Rule {
     Always,
     Never,
-    Idle,           ///< while no run is under way
-    ViewMode,       ///< idle, and the mode (Argument) has messages to bring
-    Messages,       ///< the list in front holds messages
-    Selection,      ///< ... and at least one is selected
-    SomeUnread,     ///< ... of which one is unread, or several are selected
-    SomeRead,       ///< ... of which one is read, or several are selected
-    SingleReply,    ///< exactly one message is selected, and it answers another
+    Idle,        ///< while no run is under way
+    ViewMode,    ///< idle, and the mode (Argument) has messages to bring
+    Messages,    ///< the list in front holds messages
+    Selection,   ///< ... and at least one is selected
+    SomeUnread,  ///< ... of which one is unread, or several are selected
+    SomeRead,    ///< ... of which one is read, or several are selected
+    SingleReply, ///< exactly one message is selected, and it answers another
 };
 
 /// How an entry of a menu table is built.
@@ -69,7 +69,8 @@ enum class Kind {
     Member, ///< fixed member of an array: its name is Name + Index
 };
 
-/// One line of a menu table. Level 0 is a top-level menu; an entry belongs to the nearest menu above it with a lower level.
+/// One line of a menu table. Level 0 is a top-level menu; an entry belongs to the nearest menu above it with a lower
+/// level.
 struct MenuItem
 {
     int Level;
@@ -112,7 +113,7 @@ struct Key
     int Code; ///< Qt::Key
     Modifiers With;
     Command Handler;
-    QStringView Item;    ///< when not empty, the key acts only while this menu item is enabled
+    QStringView Item;        ///< when not empty, the key acts only while this menu item is enabled
     bool Everywhere = false; ///< acts in the find box and the unread position editor as well
 };
 

@@ -22,12 +22,18 @@ bool MessageRuleHolds(Rule When, const WindowFacts& Facts)
     const bool single = Facts.SelectedCount == 1;
     const bool several = Facts.SelectedCount > 1;
     switch (When) {
-    case Rule::Messages: return true;
-    case Rule::Selection: return single || several;
-    case Rule::SomeUnread: return several || (single && !Facts.IsRead);
-    case Rule::SomeRead: return several || (single && Facts.IsRead);
-    case Rule::SingleReply: return single && Facts.IsReply;
-    default: return false;
+    case Rule::Messages:
+        return true;
+    case Rule::Selection:
+        return single || several;
+    case Rule::SomeUnread:
+        return several || (single && !Facts.IsRead);
+    case Rule::SomeRead:
+        return several || (single && Facts.IsRead);
+    case Rule::SingleReply:
+        return single && Facts.IsReply;
+    default:
+        return false;
     }
 }
 
@@ -37,11 +43,16 @@ bool Holds(Rule When, const WindowFacts& Facts, int Argument)
 {
     const bool idle = Facts.Busy == BusyState::None;
     switch (When) {
-    case Rule::Always: return true;
-    case Rule::Never: return false;
-    case Rule::Idle: return idle;
-    case Rule::ViewMode: return idle && ModeHolds(Facts, Argument);
-    default: return !Facts.IsRaw && MessageRuleHolds(When, Facts);
+    case Rule::Always:
+        return true;
+    case Rule::Never:
+        return false;
+    case Rule::Idle:
+        return idle;
+    case Rule::ViewMode:
+        return idle && ModeHolds(Facts, Argument);
+    default:
+        return !Facts.IsRaw && MessageRuleHolds(When, Facts);
     }
 }
 

@@ -20,11 +20,11 @@ namespace mdlEnabling
 struct WindowFacts
 {
     BusyState Busy = BusyState::None;
-    int List = 0;         ///< list in front: 0 board list, 1 result list
-    bool IsRaw = false;   ///< the result list shows rows that are no messages
+    int List = 0;          ///< list in front: 0 board list, 1 result list
+    bool IsRaw = false;    ///< the result list shows rows that are no messages
     int SelectedCount = 0; ///< 0, 1, or 2 for "several"
-    bool IsRead = false;  ///< read state of the only selected message
-    bool IsReply = false; ///< whether the only selected message answers another
+    bool IsRead = false;   ///< read state of the only selected message
+    bool IsReply = false;  ///< whether the only selected message answers another
     std::array<bool, 5> ModeHasMessages = {};
 };
 

@@ -259,8 +259,13 @@ void Frame(QPainter& Painter, double Bottom)
     Painter.setClipRect(QRectF(0, 0, Side, Side));
     Outline(Painter, Qt::white, 1.6);
     Painter.setBrush(QColor(0x2e, 0x9e, 0x4f));
-    Shape(Painter, {{13.5, Bottom - 13}, {18.5, Bottom - 13}, {18.5, Bottom - 6}, {22, Bottom - 6}, {16, Bottom},
-                    {10, Bottom - 6}, {13.5, Bottom - 6}});
+    Shape(Painter, {{13.5, Bottom - 13},
+                    {18.5, Bottom - 13},
+                    {18.5, Bottom - 6},
+                    {22, Bottom - 6},
+                    {16, Bottom},
+                    {10, Bottom - 6},
+                    {13.5, Bottom - 6}});
 }
 
 void Frame1(QPainter& Painter, const Colors&) { Frame(Painter, 14); }
@@ -270,12 +275,13 @@ void Frame2(QPainter& Painter, const Colors&) { Frame(Painter, 18.5); }
 void Frame3(QPainter& Painter, const Colors&) { Frame(Painter, 23); }
 
 constexpr Picture Pictures[] = {
-    {u"BBSList", Board},    {u"Back", Back},         {u"Forword", Forword},   {u"Load", Load},
-    {u"VisitLoad", VisitLoad}, {u"New", New},        {u"Reply", Reply},       {u"FindText", FindText},
-    {u"FindNext", FindNext}, {u"FindPrev", FindPrev}, {u"Thread", Thread},    {u"SQL", Query},
-    {u"Timer", Timer},      {u"Option", Option},     {u"Board", Board},       {u"Close", Close},
-    {u"More", More},
-    {u"MAINICON", MainIcon}, {u"SMALLICON1", Frame1}, {u"SMALLICON2", Frame2}, {u"SMALLICON3", Frame3},
+    {u"BBSList", Board},       {u"Back", Back},           {u"Forword", Forword},
+    {u"Load", Load},           {u"VisitLoad", VisitLoad}, {u"New", New},
+    {u"Reply", Reply},         {u"FindText", FindText},   {u"FindNext", FindNext},
+    {u"FindPrev", FindPrev},   {u"Thread", Thread},       {u"SQL", Query},
+    {u"Timer", Timer},         {u"Option", Option},       {u"Board", Board},
+    {u"Close", Close},         {u"More", More},           {u"MAINICON", MainIcon},
+    {u"SMALLICON1", Frame1},   {u"SMALLICON2", Frame2},   {u"SMALLICON3", Frame3},
     {u"SMALLICON4", MainIcon},
 };
 

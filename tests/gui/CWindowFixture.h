@@ -65,7 +65,7 @@ struct CWindowFixture
         App.reset();
     }
 
-    template <typename Widget> Widget* Find(const QString& Name) const { return Window->findChild<Widget*>(Name); }
+    template<typename Widget> Widget* Find(const QString& Name) const { return Window->findChild<Widget*>(Name); }
     QAction* Action(const QString& Name) const { return Find<QAction>(Name); }
     CViewer& Viewer() const { return Window->Viewer(); }
     CMessageList& List(int Index = 0) const { return Viewer().List(Index); }
@@ -86,13 +86,14 @@ struct CWindowFixture
     {
         auto db = dao::Database::Open(Folder.filePath(QStringLiteral("log.mdb")));
         for (qint32 id = First; id <= Last; ++id) {
-            db->Execute(QStringLiteral("INSERT INTO Message(BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, "
-                                       "InReplyTo, Body, RootThread, Mark) VALUES(3,%1,False,'題名%1',"
-                                       "'http://www.example.com/%1','a%1@example.com','投稿者',#2002/01/15 09:05#,%2,"
-                                       "'本文%1',%3,0)")
-                            .arg(id)
-                            .arg(id - First ? id - 1 : 0)
-                            .arg(First));
+            db->Execute(
+                QStringLiteral("INSERT INTO Message(BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, "
+                               "InReplyTo, Body, RootThread, Mark) VALUES(3,%1,False,'題名%1',"
+                               "'http://www.example.com/%1','a%1@example.com','投稿者',#2002/01/15 09:05#,%2,"
+                               "'本文%1',%3,0)")
+                    .arg(id)
+                    .arg(id - First ? id - 1 : 0)
+                    .arg(First));
         }
         db->Close();
     }

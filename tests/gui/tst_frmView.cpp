@@ -83,10 +83,11 @@ void tst_frmView::NewDatabase()
     QCOMPARE(f.Window->windowTitle(), f.Viewer().BoardProperty().Name + u" - Tavora Ver.0.50"_s);
     QCOMPARE(Shape(*f.Find<QMenu>(u"ToolbarBBSListMenu"_s)),
              u"#003 #016 #004 #017 #005 #006 #007 | #008 #013 #014 #018 #009 #010 #011 #012 | #015"_s);
-    QCOMPARE(Shape(*f.Find<QMenu>(u"mnuBBSMove"_s)),
-             u"mnuBBSMoveSub1 mnuBBSMoveSub2 mnuBBSMoveSub3 mnuBBSMoveSub4 mnuBBSMoveSub5 mnuBBSMoveSub6 mnuBBSMoveSub7 | "
-             "mnuBBSMoveSub9 mnuBBSMoveSub10 mnuBBSMoveSub11 mnuBBSMoveSub12 mnuBBSMoveSub13 mnuBBSMoveSub14 "
-             "mnuBBSMoveSub15 mnuBBSMoveSub16 | mnuBBSMoveSub18"_s);
+    QCOMPARE(
+        Shape(*f.Find<QMenu>(u"mnuBBSMove"_s)),
+        u"mnuBBSMoveSub1 mnuBBSMoveSub2 mnuBBSMoveSub3 mnuBBSMoveSub4 mnuBBSMoveSub5 mnuBBSMoveSub6 mnuBBSMoveSub7 | "
+        "mnuBBSMoveSub9 mnuBBSMoveSub10 mnuBBSMoveSub11 mnuBBSMoveSub12 mnuBBSMoveSub13 mnuBBSMoveSub14 "
+        "mnuBBSMoveSub15 mnuBBSMoveSub16 | mnuBBSMoveSub18"_s);
     QVERIFY(f.Action(u"mnuBBSMoveSub9"_s)->text().startsWith(u"&8. "_s));
     QVERIFY(f.Action(u"mnuTrayNewSub18"_s)->text().startsWith(u"&0. "_s));
     QVERIFY(!f.Action(u"mnuBBSViewSub1"_s)->isEnabled());
@@ -331,7 +332,8 @@ void tst_frmView::SelectionReachesTheListAndComesBack()
     QCOMPARE(f.List().SelectedCount(), 59);
     list->scrollToTop();
     const auto click = [list](int Row, Qt::KeyboardModifiers Modifiers) {
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, Modifiers, list->visualRect(list->model()->index(Row, 2)).center());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Modifiers,
+                          list->visualRect(list->model()->index(Row, 2)).center());
     };
     click(1, Qt::NoModifier);
     click(3, Qt::ControlModifier);

@@ -48,8 +48,8 @@ private Q_SLOTS:
 // The sixteen boards of a new database with their places.
 void tst_BoardMenu::SeedOrder()
 {
-    const std::vector<std::pair<int, int>> seed = {{3, 0},   {16, 1},  {4, 2},  {17, 3},  {5, 4},   {6, 5},
-                                                   {7, 6},   {8, 8},   {13, 9}, {14, 10}, {18, 11}, {9, 12},
+    const std::vector<std::pair<int, int>> seed = {{3, 0},   {16, 1},  {4, 2},   {17, 3},  {5, 4},   {6, 5},
+                                                   {7, 6},   {8, 8},   {13, 9},  {14, 10}, {18, 11}, {9, 12},
                                                    {10, 13}, {11, 14}, {12, 15}, {15, 17}};
     std::vector<Board> boards;
     for (const auto& [id, place] : seed)

@@ -19,7 +19,10 @@ namespace
 
 QImage Draw(const QString& Name, int Side, QIcon::Mode Mode = QIcon::Normal)
 {
-    return CIconSet::Picture(Name).pixmap(QSize(Side, Side), 1.0, Mode).toImage().convertToFormat(QImage::Format_ARGB32);
+    return CIconSet::Picture(Name)
+        .pixmap(QSize(Side, Side), 1.0, Mode)
+        .toImage()
+        .convertToFormat(QImage::Format_ARGB32);
 }
 
 // Pixels of the picture, composed onto Ground, that stand out from it.

@@ -178,9 +178,8 @@ void tst_CommandTables::MenusHoldTheirEntriesInOrder_data()
     QTest::newRow("file") << u"mnuFile"_s << u"mnuFileImport mnuFileExport mnuFileBar1 mnuFileExit"_s;
     QTest::newRow("import") << u"mnuFileImport"_s
                             << u"mnuFileImportFile mnuFileImportInternet mnuImportBar mnuFileImportKakolog"_s;
-    QTest::newRow("view modes")
-        << u"mnuBBSView"_s
-        << u"mnuBBSViewSub0 mnuBBSViewSub1 mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4"_s;
+    QTest::newRow("view modes") << u"mnuBBSView"_s
+                                << u"mnuBBSViewSub0 mnuBBSViewSub1 mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4"_s;
     QTest::newRow("move") << u"mnuMove"_s
                           << u"mnuMovePrevMsg mnuMoveNextMsg mnuMoveBar2 mnuMovePrevNoRead mnuMoveNextNoRead "
                              "mnuMoveBar3 mnuMovePrevArchive mnuMoveNextArchive mnuMoveBar4 mnuMoveInReplyTo"_s;
@@ -355,8 +354,9 @@ void tst_CommandTables::ToolbarButtons()
                  qPrintable(action->objectName()));
         names.append(widget->objectName().mid(7));
     }
-    QCOMPARE(names.join(u' '), u"BBSList Back Forword - Load VisitLoad - New Reply - FindText FindNext FindPrev - Thread "
-                               "- SQL - Timer Option"_s);
+    QCOMPARE(names.join(u' '),
+             u"BBSList Back Forword - Load VisitLoad - New Reply - FindText FindNext FindPrev - Thread "
+             "- SQL - Timer Option"_s);
     QVERIFY(toolbar.findChild<QWidget*>(u"cmbFindText"_s));
     QCOMPARE(toolbar.Button(u"VisitLoad")->toolTip(), u"巡回受信(Shift+F5)"_s);
 }

@@ -86,7 +86,8 @@ void tst_Enabling::Caption_data()
     QTest::newRow("board") << int(BusyState::None) << 0 << u"けやき掲示板"_s << u"けやき掲示板 - T Ver.0.50"_s;
     QTest::newRow("result") << int(BusyState::None) << 1 << u"けやき掲示板"_s << u"検索結果 - T Ver.0.50"_s;
     QTest::newRow("receiving") << int(BusyState::Receive) << 0 << u"杉"_s << u"受信中 - 杉 - T Ver.0.50"_s;
-    QTest::newRow("receiving, result") << int(BusyState::Receive) << 1 << u"杉"_s << u"受信中 - 検索結果 - T Ver.0.50"_s;
+    QTest::newRow("receiving, result") << int(BusyState::Receive) << 1 << u"杉"_s
+                                       << u"受信中 - 検索結果 - T Ver.0.50"_s;
     QTest::newRow("importing") << int(BusyState::Import) << 0 << u"杉"_s << u"杉 - T Ver.0.50"_s;
 }
 
