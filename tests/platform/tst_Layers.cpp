@@ -35,9 +35,9 @@ bool KnowsNoWidget(const QString& Room)
 
 QStringList FaultsOf(const QString& Path, const QString& Room)
 {
-    static const QRegularExpression own(uR"(^\s*#\s*include\s*"([a-z]+)/)"_s);
+    static const QRegularExpression own(u"^\\s*#\\s*include\\s*\"([a-z]+)/"_s);
     static const QRegularExpression widget(
-        uR"(^\s*#\s*include\s*<Q(Widget|Application|Dialog|MessageBox|MainWindow|TreeView|TextEdit|Menu|Action)>)"_s);
+        u"^\\s*#\\s*include\\s*<Q(Widget|Application|Dialog|MessageBox|MainWindow|TreeView|TextEdit|Menu|Action)>"_s);
     QFile file(Path);
     QStringList faults;
     if (!file.open(QIODevice::ReadOnly))
