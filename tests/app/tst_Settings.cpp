@@ -1,0 +1,331 @@
+// tests/app/tst_Settings.cpp
+// Reading, mending and writing the settings, the first web-search menu, the question about missing folders.
+
+#include "app/Application.h"
+#include "app/Settings.h"
+#include "app/Shutdown.h"
+#include "platform/dao/Database.h"
+#include "tests/support/CScriptedDesktop.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// A program folder of its own with an INI file, and the application that works in it.
+class CProgram
+{
+public:
+    explicit CProgram(const QByteArray& Ini = QByteArray())
+        : App(Desktop, m_folder.path(), u"tavora"_s)
+    {
+        if (!Ini.isEmpty())
+            Write(Ini);
+        App.SettingsIni().Load(App.IniFileName());
+    }
+
+    QString Path(const QString& Name) const { return m_folder.filePath(Name); }
+
+    void Write(const QByteArray& Ini) const
+    {
+        QFile file(App.IniFileName());
+        if (file.open(QIODevice::WriteOnly))
+            file.write(Ini);
+    }
+
+    QByteArray Ini() const
+    {
+        QFile file(App.IniFileName());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+
+    /// Opens a database whose boards are pairs of number and place in the menu, -1 being hidden.
+    void OpenBoards(const std::vector<std::pair<int, int>>& Boards)
+    {
+        App.SetLogDB(dao::Database::Create(App.DatabaseFileName()));
+        App.LogDB()->AppendTable({u"BBS"_s,
+                                  {{u"BBS_ID"_s, dao::FieldType::Long, 0, false, false, {}},
+                                   {u"ListOrder"_s, dao::FieldType::Long, 0, false, false, {}}},
+                                  {},
+                                  0});
+        for (const auto& [id, order] : Boards)
+            App.LogDB()->Execute(u"INSERT INTO BBS (BBS_ID, ListOrder) VALUES (%1, %2)"_s.arg(id).arg(order));
+    }
+
+    CScriptedDesktop Desktop;
+
+private:
+    QTemporaryDir m_folder;
+
+public:
+    Application App;
+};
+
+} // namespace
+
+class tst_Settings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void DefaultsOfAnEmptyFile();
+    void Numbers_data();
+    void Numbers();
+    void TextsAndFlags();
+    void StartBoard_data();
+    void StartBoard();
+    void BoardsThatCannotBeRead();
+    void WrittenInOrder();
+    void WrittenAndReadAgain();
+    void WebSearchOfANewFile();
+    void WebSearchEmptied();
+    void FoldersThere();
+    void FoldersAsked();
+    void FoldersRefused();
+    void FolderOnADrive();
+    void UrlEncode();
+};
+
+void tst_Settings::DefaultsOfAnEmptyFile()
+{
+    CProgram program;
+    mdlSettings::ReadSettings(program.App);
+    const Settings& option = program.App.Option();
+    QCOMPARE(option.BBS_ID, 0);
+    QVERIFY(!option.Timer);
+    QCOMPARE(option.Interval, 30);
+    QCOMPARE(option.AddMax, 100);
+    QCOMPARE(option.ReadTiming, 1500);
+    QCOMPARE(option.ReplyHeader, u"%s#%I %S より引用\\n%B"_s);
+    QCOMPARE(option.DateFormat, u"yyyy/mm/dd hh:nn"_s);
+    QCOMPARE(option.Timeout, 60);
+    QVERIFY(option.SaveSQLDialogPosition && option.SaveLoadDialogPosition && !option.AutoCloseImportDialog);
+    QVERIFY(option.UseRegExp && option.IgnoreCase && !option.ImportReadMode);
+    QCOMPARE(option.ErrorLogFilePath, program.App.AppPath());
+    QCOMPARE(option.CacheFilePath, program.Path(u"cache/"_s));
+    QCOMPARE(option.IconFilePath, program.Path(u"image/"_s));
+    QVERIFY(option.AddTaskTray && !option.HideAtMinimazed && option.BlinkIcon && option.NoReadBold);
+    QVERIFY(!option.ExitIfMessageFound);
+    QCOMPARE(program.Ini(), QByteArray("(no file)")); // reading writes nothing
+}
+
+void tst_Settings::Numbers_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QList<qint32>>("wanted"); // Interval, AddMax, ReadTiming, Timeout
+    const QList<qint32> defaults = {30, 100, 1500, 60};
+    const auto row = [](const char* Line, const QList<qint32>& Wanted) {
+        QTest::newRow(Line) << QByteArray(Line) << Wanted;
+    };
+    row("Interval=5", defaults);
+    row("Interval=9", defaults);
+    row("Interval=10", {10, 100, 1500, 60});
+    row("Interval=120", {120, 100, 1500, 60});
+    row("Interval=121", defaults);
+    row("Interval=abc", defaults);
+    row("AddMax=0", defaults);
+    row("AddMax=1", {30, 1, 1500, 60});
+    row("AddMax=1000", {30, 1000, 1500, 60});
+    row("AddMax=1001", defaults);
+    row("ReadTiming=-1", defaults);
+    row("ReadTiming=0", {30, 100, 0, 60});
+    row("ReadTiming=2147483647", {30, 100, 2147483647, 60});
+    row("ReadTiming=2147483648", defaults);
+    row("Timeout=-1", defaults);
+    row("Timeout=0", {30, 100, 1500, 0});
+    row("Timeout=", defaults);
+}
+
+void tst_Settings::Numbers()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QList<qint32>, wanted);
+    CProgram program("[option]\r\n" + line + "\r\n");
+    mdlSettings::ReadSettings(program.App);
+    const Settings& option = program.App.Option();
+    QCOMPARE(QList<qint32>({option.Interval, option.AddMax, option.ReadTiming, option.Timeout}), wanted);
+}
+
+void tst_Settings::TextsAndFlags()
+{
+    CProgram program("[Option]\r\nTimer=True\r\nReplyHeader=   \r\nDateFormat=yy.mm\r\nUseRegExp=0\r\n"
+                     "IgnoreCase=maybe\r\nExitIfMessageFound=TRUE\r\nCacheFilePath=D:\\\x95\x5C\r\n");
+    mdlSettings::ReadSettings(program.App);
+    const Settings& option = program.App.Option();
+    QVERIFY(!option.Timer); // whatever the file says
+    QCOMPARE(option.ReplyHeader, mdlSettings::DefaultReplyHeader());
+    QCOMPARE(option.DateFormat, u"yy.mm"_s);
+    QVERIFY(!option.UseRegExp);
+    QVERIFY(option.IgnoreCase);
+    QVERIFY(option.ExitIfMessageFound);
+    QCOMPARE(option.CacheFilePath, u"D:\\表"_s);
+}
+
+void tst_Settings::StartBoard_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QList<QPair<int, int>>>("boards");
+    QTest::addColumn<qint32>("wanted");
+    using Boards = QList<QPair<int, int>>;
+    const Boards boards = {{3, 2}, {5, 1}, {7, -1}};
+    QTest::newRow("saved one") << QByteArray("BBS_ID=3") << boards << 3;
+    QTest::newRow("none saved") << QByteArray() << boards << 5;
+    QTest::newRow("missing") << QByteArray("BBS_ID=4") << boards << 5;
+    QTest::newRow("hidden") << QByteArray("BBS_ID=7") << boards << 5;
+    QTest::newRow("negative") << QByteArray("BBS_ID=-3") << boards << 5;
+    QTest::newRow("no number") << QByteArray("BBS_ID=first") << boards << 5;
+    QTest::newRow("all hidden") << QByteArray("BBS_ID=3") << Boards{{3, -1}} << 0;
+    QTest::newRow("no boards") << QByteArray("BBS_ID=3") << Boards{} << 0;
+}
+
+void tst_Settings::StartBoard()
+{
+    QFETCH(QByteArray, line);
+    using Boards = QList<QPair<int, int>>;
+    QFETCH(Boards, boards);
+    QFETCH(qint32, wanted);
+    CProgram program("[Option]\r\n" + line + "\r\n");
+    program.OpenBoards({boards.cbegin(), boards.cend()});
+    mdlSettings::ReadSettings(program.App);
+    QCOMPARE(program.App.Option().BBS_ID, wanted);
+}
+
+void tst_Settings::BoardsThatCannotBeRead()
+{
+    CProgram program("[Option]\r\nBBS_ID=3\r\nTimeout=5\r\n");
+    program.App.SetLogDB(dao::Database::Create(program.App.DatabaseFileName())); // without any table
+    mdlSettings::ReadSettings(program.App);
+    QCOMPARE(program.App.Option().BBS_ID, 0);
+    QCOMPARE(program.App.Option().Timeout, 5);
+}
+
+void tst_Settings::WrittenInOrder()
+{
+    CProgram program("; mine\r\n[Option]\r\nInterval=45\r\nOld=1\r\n[Position]\r\nLeft=10\r\n");
+    program.OpenBoards({{2, 0}});
+    mdlSettings::ReadSettings(program.App);
+    Settings& option = program.App.Option();
+    option.ErrorLogFilePath = u"D:\\log\\"_s;
+    option.CacheFilePath = u"/c/"_s;
+    option.IconFilePath = u"/i/"_s;
+    QVERIFY(mdlSettings::WriteSettings(program.App));
+    QCOMPARE(program.Ini(), QByteArray("; mine\r\n[Option]\r\nOld=1\r\nBBS_ID=2\r\nTimer=False\r\nInterval=45\r\n"
+                                       "AddMax=100\r\nReadTiming=1500\r\n"
+                                       "ReplyHeader=%s#%I %S \x82\xE6\x82\xE8\x88\xF8\x97\x70\\n%B\r\n"
+                                       "DateFormat=yyyy/mm/dd hh:nn\r\nTimeout=60\r\nSaveSQLDialogPosition=True\r\n"
+                                       "SaveLoadDialogPosition=True\r\nAutoCloseImportDialog=False\r\n"
+                                       "UseRegExp=True\r\nIgnoreCase=True\r\nImportReadMode=False\r\n"
+                                       "ErrorLogFilePath=D:\\log\\\r\nCacheFilePath=/c/\r\nIconFilePath=/i/\r\n"
+                                       "AddTaskTray=True\r\nHideAtMinimazed=False\r\nBlinkIcon=True\r\n"
+                                       "NoReadBold=True\r\nExitIfMessageFound=False\r\n[Position]\r\nLeft=10\r\n"));
+}
+
+void tst_Settings::WrittenAndReadAgain()
+{
+    CProgram program("[Option]\r\nTimer=True\r\n");
+    mdlSettings::ReadSettings(program.App);
+    program.App.Option().Timer = true; // switched on during the run
+    program.App.Option().ReplyHeader = u">%B\n①"_s;
+    QVERIFY(mdlSettings::WriteSettings(program.App));
+    QVERIFY(program.Ini().contains("\r\nTimer=True\r\n"));
+    program.App.SettingsIni().Load(program.App.IniFileName());
+    mdlSettings::ReadSettings(program.App);
+    QVERIFY(!program.App.Option().Timer);
+    QCOMPARE(program.App.Option().ReplyHeader, u">%B ①"_s); // a line break cannot stand in the file
+}
+
+void tst_Settings::WebSearchOfANewFile()
+{
+    CProgram program("[Option]\r\n");
+    QVERIFY(mdlSettings::InitWebSearchList(program.App));
+    const CIniFile& ini = program.App.SettingsIni();
+    QCOMPARE(ini.NowSection(), u"WebSearch"_s);
+    QCOMPARE(ini.Keys(), QStringList({u"Googleで検索(&G)..."_s, u"マイクロソフトサイト検索(&J)..."_s,
+                                      u"Microsoft Web Search(&U)..."_s}));
+    QVERIFY(ini.Data(ini.Keys()[0]).endsWith(u"/search?q=%s&num=100"));
+    QVERIFY(ini.Data(ini.Keys()[1])
+                .endsWith(u"/japan/SearchMS25.asp?qu=%s&IntCat=0&IntCat=2&Nq=NEW&boolean=ALL"));
+    QVERIFY(ini.Data(ini.Keys()[2]).endsWith(u"/us/SearchMS25.asp?qu=%s&IntCat=0&IntCat=2&Nq=NEW&boolean=ALL"));
+    QVERIFY(program.Ini().startsWith("[Option]\r\n[WebSearch]\r\nGoogle\x82\xC5"));
+}
+
+void tst_Settings::WebSearchEmptied()
+{
+    CProgram program("[WebSearch]\r\n[Option]\r\n");
+    QVERIFY(mdlSettings::InitWebSearchList(program.App));
+    QVERIFY(program.App.SettingsIni().Keys().isEmpty());
+    QCOMPARE(program.Ini(), QByteArray("[WebSearch]\r\n[Option]\r\n"));
+}
+
+void tst_Settings::FoldersThere()
+{
+    CProgram program;
+    mdlSettings::ReadSettings(program.App);
+    QVERIFY(QDir().mkpath(program.Path(u"cache"_s)) && QDir().mkpath(program.Path(u"image"_s)));
+    program.App.Option().CacheFilePath = program.Path(u"cache"_s);
+    QVERIFY(mdlSettings::CheckFolders(program.App)); // no question
+    QCOMPARE(program.App.Option().CacheFilePath, program.Path(u"cache/"_s));
+}
+
+void tst_Settings::FoldersAsked()
+{
+    CProgram program;
+    mdlSettings::ReadSettings(program.App);
+    program.App.Option().ErrorLogFilePath = program.Path(u"a/b/log"_s);
+    program.Desktop.Expect(u"アイコンフォルダ"_s, Desktop::Answer::Yes);
+    program.Desktop.Expect(u"キャッシュフォルダ"_s, Desktop::Answer::Yes);
+    program.Desktop.Expect(u"エラーログフォルダ"_s, Desktop::Answer::Yes);
+    QVERIFY(mdlSettings::CheckFolders(program.App));
+    QVERIFY(program.Desktop.Verify());
+    for (const QString& name : {u"image"_s, u"cache"_s, u"a/b/log"_s})
+        QVERIFY2(QDir(program.Path(name)).exists(), qPrintable(name));
+
+    const CShownBox& box = program.Desktop.Boxes.back();
+    QCOMPARE(box.Text, u"エラーログフォルダ\"%1\"は存在しません。\n作成しますか？"_s.arg(program.Path(u"a/b/log/"_s)));
+    QCOMPARE(box.Caption, u"Tavora Ver.0.50"_s);
+    QCOMPARE(box.Icon, Desktop::Icon::Information);
+    QCOMPARE(box.Buttons, Desktop::Buttons::YesNo);
+}
+
+void tst_Settings::FoldersRefused()
+{
+    CProgram program;
+    mdlSettings::ReadSettings(program.App);
+    program.Desktop.Expect(u"アイコンフォルダ"_s, Desktop::Answer::No);
+    program.Desktop.Expect(u"キャッシュフォルダ"_s, Desktop::Answer::Yes); // asked all the same
+    QVERIFY(!mdlSettings::CheckFolders(program.App));
+    QVERIFY(program.Desktop.Verify());
+    QVERIFY(!QDir(program.Path(u"image"_s)).exists());
+    QCOMPARE(program.App.Option().IconFilePath, program.Path(u"image/"_s));
+}
+
+void tst_Settings::FolderOnADrive()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Drives exist here.");
+#endif
+    CProgram program("[Option]\r\nCacheFilePath=D:\\data\r\n");
+    mdlSettings::ReadSettings(program.App);
+    program.App.Option().IconFilePath = program.App.AppPath();
+    program.Desktop.Expect(u"\"D:\\data\\\""_s, Desktop::Answer::Yes);
+    QVERIFY(mdlSettings::CheckFolders(program.App)); // that it cannot be made is not reported
+    QVERIFY(program.Desktop.Verify());
+    QCOMPARE(program.App.Option().CacheFilePath, u"D:\\data\\"_s);
+    QVERIFY(mdlSettings::WriteSettings(program.App));
+    QVERIFY(program.Ini().contains("\r\nCacheFilePath=D:\\data\\\r\n"));
+}
+
+void tst_Settings::UrlEncode()
+{
+    QCOMPARE(mdlSettings::URLEncode(u"a b"_s), u"a%20b"_s);
+    QCOMPARE(mdlSettings::URLEncode(u"C#"_s), u"C%23"_s);
+    QCOMPARE(mdlSettings::URLEncode(u"表"_s), u"%95%5C"_s);
+}
+
+QTEST_GUILESS_MAIN(tst_Settings)
+#include "tst_Settings.moc"
