@@ -303,6 +303,8 @@ void CBinder::BindSubquery(Expr& Which, Scope* In)
         return;
     }
     Infer(*Which.Args.front(), column.Type);
+    if (Which.What == Expr::Kind::Quantified && Which.Args.front()->HasAggregate)
+        Refuse(3095, Which);   // the comparison itself is written as an aggregate over the rows
     const FieldType left = Which.Args.front()->Type;
     if (left != FieldType::Null && column.Type != FieldType::Null && IsText(left) != IsText(column.Type))
         Refuse(3464, Which);

@@ -111,7 +111,13 @@ QByteArray CWriter::Tail(const Select& Source)
     QByteArray sql = FromList(Source.From) + Condition(Source.Where);
     QByteArrayList groups;
     for (const ExprPtr& group : Source.GroupBy)
-        groups.append(IsConstant(*group) ? QByteArray("NULL") : ExpressionKey(*group));
+        groups.append(IsConstant(*group) || group->IsOuter ? QByteArray("NULL") : ExpressionKey(*group));
+    // SQLite sees an aggregate in the columns, but not one that stands in HAVING or ORDER BY alone.
+    const bool showsAggregate = std::any_of(Source.Output.begin(), Source.Output.end(), [](const OutputColumn& output) {
+        return output.Value && output.Value->HasAggregate;
+    });
+    if (Source.IsGrouped && groups.empty() && !showsAggregate)
+        groups.append("NULL");
     if (!groups.empty())
         sql += " GROUP BY " + groups.join(',');
     if (Source.Having)
