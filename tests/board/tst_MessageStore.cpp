@@ -246,6 +246,7 @@ void tst_MessageStore::FullDiskWithdrawsTheBatch()
                                CRecordText{.ID = u"6"_s}.Text()})));
     QVERIFY(store.State.IsError);
     QCOMPARE(store.Errors, QStringList{u"Error(3026):ディスクの空き領域が足りません。"_s});
+    QVERIFY(store.Logged.isEmpty()); // nothing is wrong with the record
     QCOMPARE(store.Withdrawn.size(), 1u);
     QCOMPARE(store.Withdrawn[0].ID, 4);
     QCOMPARE(store.State.SaveCount, 3);
