@@ -29,7 +29,8 @@ bool CRatioReporter::PrintRatios(const std::vector<Promise>& Promises) const
         if (!m_bestSeconds.contains(promise.Ours) || reference <= 0)
             continue;
         const double ratio = m_bestSeconds.at(promise.Ours) / reference;
-        std::printf("ratio %-28s %.2f (aim: at most %.2f)\n", promise.Ours.c_str(), ratio, promise.Aim);
+        std::printf("ratio %s to %s: %.2f (aim: at most %.2f)\n", promise.Ours.c_str(),
+                    promise.Reference.front().Name.c_str(), ratio, promise.Aim);
         kept = kept && ratio <= promise.Aim;
     }
     return kept;
