@@ -24,8 +24,8 @@ QStringList SystemFolders()
 #elif defined(Q_OS_MACOS)
     return {u"/Applications"_s, u"/Library"_s, u"/System"_s, u"/bin"_s, u"/sbin"_s, u"/usr"_s};
 #else
-    return {u"/app"_s, u"/bin"_s,  u"/boot"_s, u"/dev"_s, u"/etc"_s,  u"/lib"_s,  u"/lib64"_s, u"/nix"_s,
-            u"/opt"_s, u"/proc"_s, u"/sbin"_s, u"/snap"_s, u"/sys"_s, u"/usr"_s};
+    return {u"/app"_s, u"/bin"_s, u"/boot"_s, u"/dev"_s,  u"/etc"_s,  u"/lib"_s, u"/lib64"_s,
+            u"/nix"_s, u"/opt"_s, u"/proc"_s, u"/sbin"_s, u"/snap"_s, u"/sys"_s, u"/usr"_s};
 #endif
 }
 
@@ -53,8 +53,8 @@ bool CanBeWritten(const QString& Folder)
 QString mdlAppPath::Find(const QString& ProgramFolder, const QString& ExecutableName, const QString& UserFolder)
 {
     const QString program = mdlPath::AddBackslash(ProgramFolder);
-    const bool isInUse = QFileInfo(program + u"log.mdb"_s).isFile()
-        || QFileInfo(program + ExecutableName + u".ini"_s).isFile();
+    const bool isInUse =
+        QFileInfo(program + u"log.mdb"_s).isFile() || QFileInfo(program + ExecutableName + u".ini"_s).isFile();
     if (isInUse || (!IsSystemFolder(program) && CanBeWritten(program)))
         return program;
     QDir().mkpath(UserFolder); // a failure shows when the database is made there

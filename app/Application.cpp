@@ -21,32 +21,14 @@ Application::Application(Desktop& Shell, const QString& AppPath, const QString& 
 
 Application::~Application() = default;
 
-QString Application::AppTitle() const
-{
-    return mdlVersion::ProductName() + u' ' + VersionString(false);
-}
+QString Application::AppTitle() const { return mdlVersion::ProductName() + u' ' + VersionString(false); }
 
-QString Application::DatabaseFileName() const
-{
-    return m_appPath + u"log.mdb"_s;
-}
+QString Application::DatabaseFileName() const { return m_appPath + u"log.mdb"_s; }
 
-QString Application::IniFileName() const
-{
-    return m_appPath + m_executableName + u".ini"_s;
-}
+QString Application::IniFileName() const { return m_appPath + m_executableName + u".ini"_s; }
 
-QString Application::CookieFileName() const
-{
-    return m_appPath + m_executableName + u".cookies"_s;
-}
+QString Application::CookieFileName() const { return m_appPath + m_executableName + u".cookies"_s; }
 
-void Application::SetLogDB(std::unique_ptr<dao::Database> Database)
-{
-    m_logDB = std::move(Database);
-}
+void Application::SetLogDB(std::unique_ptr<dao::Database> Database) { m_logDB = std::move(Database); }
 
-std::unique_ptr<dao::Database> Application::ReleaseLogDB()
-{
-    return std::move(m_logDB);
-}
+std::unique_ptr<dao::Database> Application::ReleaseLogDB() { return std::move(m_logDB); }

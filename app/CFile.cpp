@@ -26,10 +26,7 @@ QFileInfo InfoOf(const QString& Path)
     return disk.isEmpty() ? QFileInfo() : QFileInfo(disk);
 }
 
-bool IsFile(const QFileInfo& Info)
-{
-    return Info.exists() && !Info.isDir();
-}
+bool IsFile(const QFileInfo& Info) { return Info.exists() && !Info.isDir(); }
 
 double Serial(const QFileInfo& Info, QFileDevice::FileTime Which)
 {
@@ -47,10 +44,7 @@ void CFile::SetFullPath(const QString& FullPath)
     m_filePath = FullPath;
 }
 
-QString CFile::Drive() const
-{
-    return m_editedPath.left(2);
-}
+QString CFile::Drive() const { return m_editedPath.left(2); }
 
 void CFile::SetDrive(const QString& NewDrive)
 {
@@ -58,10 +52,7 @@ void CFile::SetDrive(const QString& NewDrive)
         m_editedPath[0] = NewDrive[0];
 }
 
-QString CFile::Path() const
-{
-    return m_editedPath.left(mdlPath::LastSeparator(m_editedPath) + 1);
-}
+QString CFile::Path() const { return m_editedPath.left(mdlPath::LastSeparator(m_editedPath) + 1); }
 
 void CFile::SetPath(const QString& NewPath)
 {
@@ -69,10 +60,7 @@ void CFile::SetPath(const QString& NewPath)
         m_editedPath = mdlPath::AddBackslash(NewPath) + Name();
 }
 
-QString CFile::Name() const
-{
-    return m_editedPath.mid(mdlPath::LastSeparator(m_editedPath) + 1);
-}
+QString CFile::Name() const { return m_editedPath.mid(mdlPath::LastSeparator(m_editedPath) + 1); }
 
 void CFile::SetName(const QString& NewName)
 {
@@ -126,35 +114,17 @@ qint64 CFile::Size() const
     return IsFile(info) ? info.size() : 0;
 }
 
-double CFile::DateCreated() const
-{
-    return Serial(InfoOf(m_editedPath), QFileDevice::FileBirthTime);
-}
+double CFile::DateCreated() const { return Serial(InfoOf(m_editedPath), QFileDevice::FileBirthTime); }
 
-double CFile::DateLastAccessed() const
-{
-    return Serial(InfoOf(m_editedPath), QFileDevice::FileAccessTime);
-}
+double CFile::DateLastAccessed() const { return Serial(InfoOf(m_editedPath), QFileDevice::FileAccessTime); }
 
-double CFile::DateLastModified() const
-{
-    return Serial(InfoOf(m_editedPath), QFileDevice::FileModificationTime);
-}
+double CFile::DateLastModified() const { return Serial(InfoOf(m_editedPath), QFileDevice::FileModificationTime); }
 
-bool CFile::IsExist() const
-{
-    return IsFile(InfoOf(m_editedPath));
-}
+bool CFile::IsExist() const { return IsFile(InfoOf(m_editedPath)); }
 
-bool CFile::IsExistDir() const
-{
-    return InfoOf(Path()).isDir();
-}
+bool CFile::IsExistDir() const { return InfoOf(Path()).isDir(); }
 
-bool CFile::Delete() const
-{
-    return QFile::remove(mdlPath::DiskPath(m_editedPath));
-}
+bool CFile::Delete() const { return QFile::remove(mdlPath::DiskPath(m_editedPath)); }
 
 bool CFile::Move()
 {

@@ -96,10 +96,7 @@ bool CIniFile::Load(const QString& FileName)
     return true;
 }
 
-bool CIniFile::Save(const QString& Section)
-{
-    return Write(Section.isEmpty() ? Sections() : QStringList(Section));
-}
+bool CIniFile::Save(const QString& Section) { return Write(Section.isEmpty() ? Sections() : QStringList(Section)); }
 
 bool CIniFile::Write(const QStringList& Names)
 {
@@ -149,10 +146,7 @@ const CIniFile::Section* CIniFile::Current() const
     return place != m_places.cend() ? &m_sections[*place] : nullptr;
 }
 
-CIniFile::Section* CIniFile::Current()
-{
-    return const_cast<Section*>(std::as_const(*this).Current());
-}
+CIniFile::Section* CIniFile::Current() { return const_cast<Section*>(std::as_const(*this).Current()); }
 
 QStringList CIniFile::Sections() const
 {
@@ -202,11 +196,16 @@ QVariant CIniFile::InitData(const QString& Key, qint16 Type, const QVariant& Def
 {
     const QString value = Data(Key);
     switch (Type) {
-    case String: return value.trimmed().isEmpty() ? Default : QVariant(value);
-    case Long: return IsLng(value) ? QVariant(*text::TextToLong(value)) : Default;
-    case Single: return IsSng(value) ? QVariant(*text::TextToSingle(value)) : Default;
-    case Boolean: return IsBool(value) ? QVariant(*text::TextToBoolean(value)) : Default;
-    default: return value;
+    case String:
+        return value.trimmed().isEmpty() ? Default : QVariant(value);
+    case Long:
+        return IsLng(value) ? QVariant(*text::TextToLong(value)) : Default;
+    case Single:
+        return IsSng(value) ? QVariant(*text::TextToSingle(value)) : Default;
+    case Boolean:
+        return IsBool(value) ? QVariant(*text::TextToBoolean(value)) : Default;
+    default:
+        return value;
     }
 }
 
@@ -215,32 +214,14 @@ QString CIniFile::InitString(const QString& Key, const QString& Default) const
     return InitData(Key, String, Default).toString();
 }
 
-qint32 CIniFile::InitLong(const QString& Key, qint32 Default) const
-{
-    return InitData(Key, Long, Default).toInt();
-}
+qint32 CIniFile::InitLong(const QString& Key, qint32 Default) const { return InitData(Key, Long, Default).toInt(); }
 
-bool CIniFile::InitBoolean(const QString& Key, bool Default) const
-{
-    return InitData(Key, Boolean, Default).toBool();
-}
+bool CIniFile::InitBoolean(const QString& Key, bool Default) const { return InitData(Key, Boolean, Default).toBool(); }
 
-bool CIniFile::IsBool(const QString& Value)
-{
-    return text::TextToBoolean(Value).has_value();
-}
+bool CIniFile::IsBool(const QString& Value) { return text::TextToBoolean(Value).has_value(); }
 
-bool CIniFile::IsInt(const QString& Value)
-{
-    return text::TextToInteger(Value).has_value();
-}
+bool CIniFile::IsInt(const QString& Value) { return text::TextToInteger(Value).has_value(); }
 
-bool CIniFile::IsLng(const QString& Value)
-{
-    return text::TextToLong(Value).has_value();
-}
+bool CIniFile::IsLng(const QString& Value) { return text::TextToLong(Value).has_value(); }
 
-bool CIniFile::IsSng(const QString& Value)
-{
-    return text::TextToSingle(Value).has_value();
-}
+bool CIniFile::IsSng(const QString& Value) { return text::TextToSingle(Value).has_value(); }

@@ -28,10 +28,9 @@ public:
     /// file gives an empty store. Where a key stands twice the later one counts, of sections the first. Always true.
     bool Load(const QString& FileName);
 
-    /// Writes Section (made current, and made if there was none) over all its lines in the file; the other sections stay
-    /// on disk byte for byte. An empty Section writes every section.
-    /// False when the file could not be written or there is no section; the file is then as it was before, and so is
-    /// the content in memory.
+    /// Writes Section (made current, and made if there was none) over all its lines in the file; the other sections
+    /// stay on disk byte for byte. An empty Section writes every section. False when the file could not be written or
+    /// there is no section; the file is then as it was before, and so is the content in memory.
     bool Save(const QString& Section);
 
     const QString& FileName() const { return m_fileName; }

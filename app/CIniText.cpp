@@ -70,9 +70,12 @@ CIniText::CIniText(QByteArray Bytes)
 qsizetype CIniText::MarkSize() const
 {
     switch (m_encoding) {
-    case Encoding::Utf16: return 2;
-    case Encoding::Utf8: return 3;
-    default: return 0;
+    case Encoding::Utf16:
+        return 2;
+    case Encoding::Utf8:
+        return 3;
+    default:
+        return 0;
     }
 }
 
@@ -98,18 +101,24 @@ CIniText::Line CIniText::LineAt(qsizetype Place) const
 QString CIniText::Decode(QByteArrayView Text) const
 {
     switch (m_encoding) {
-    case Encoding::Utf16: return QStringDecoder(QStringDecoder::Utf16LE)(Text);
-    case Encoding::Utf8: return QString::fromUtf8(Text);
-    default: return text::From932(Text);
+    case Encoding::Utf16:
+        return QStringDecoder(QStringDecoder::Utf16LE)(Text);
+    case Encoding::Utf8:
+        return QString::fromUtf8(Text);
+    default:
+        return text::From932(Text);
     }
 }
 
 QByteArray CIniText::Encode(const QString& Text) const
 {
     switch (m_encoding) {
-    case Encoding::Utf16: return QStringEncoder(QStringEncoder::Utf16LE)(Text);
-    case Encoding::Utf8: return Text.toUtf8();
-    default: return text::To932(text::WithWindowsForms(Text));
+    case Encoding::Utf16:
+        return QStringEncoder(QStringEncoder::Utf16LE)(Text);
+    case Encoding::Utf8:
+        return Text.toUtf8();
+    default:
+        return text::To932(text::WithWindowsForms(Text));
     }
 }
 

@@ -20,10 +20,7 @@ bool HasDrive(const QString& Path)
     return Path.size() >= 2 && Path[1] == u':' && Path[0].unicode() < 0x80 && Path[0].isLetter();
 }
 
-qsizetype LastSeparator(const QString& Path)
-{
-    return std::max(Path.lastIndexOf(u'\\'), Path.lastIndexOf(u'/'));
-}
+qsizetype LastSeparator(const QString& Path) { return std::max(Path.lastIndexOf(u'\\'), Path.lastIndexOf(u'/')); }
 
 QString DiskPath(const QString& Path)
 {

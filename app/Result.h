@@ -30,8 +30,7 @@ private:
     CResult(bool IsOk, QString Message)
         : m_isOk(IsOk)
         , m_message(std::move(Message))
-    {
-    }
+    {}
 
     bool m_isOk = true;
     QString m_message;

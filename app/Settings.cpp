@@ -48,8 +48,7 @@ qint32 StartBoard(Application& App)
 /// What reading and writing do with each setting, in the order of the file.
 ///
 /// Visitor gets the key, the field and the default, for numbers also the range outside which the default counts.
-template<typename Visitor>
-void VisitOptions(Settings& Option, const QString& AppPath, Visitor& Visit)
+template<typename Visitor> void VisitOptions(Settings& Option, const QString& AppPath, Visitor& Visit)
 {
     constexpr qint32 max = std::numeric_limits<qint32>::max();
     Visit.Flag(u"Timer"_s, Option.Timer, false);
@@ -99,15 +98,9 @@ struct OptionWriter
 
 } // namespace
 
-QString DefaultReplyHeader()
-{
-    return u"%s#%I %S より引用\\n%B"_s;
-}
+QString DefaultReplyHeader() { return u"%s#%I %S より引用\\n%B"_s; }
 
-QString DefaultDateFormat()
-{
-    return u"yyyy/mm/dd hh:nn"_s;
-}
+QString DefaultDateFormat() { return u"yyyy/mm/dd hh:nn"_s; }
 
 void ReadSettings(Application& App)
 {
@@ -169,9 +162,6 @@ bool EnsureFolder(Application& App, const QString& Folder, const QString& Label)
     return true;
 }
 
-QString URLEncode(const QString& Text)
-{
-    return text::UrlEncode932(Text);
-}
+QString URLEncode(const QString& Text) { return text::UrlEncode932(Text); }
 
 } // namespace mdlSettings

@@ -11,21 +11,21 @@ class Application;
 /// The settings of the section "Option", held for the whole run in fields named after their keys.
 struct Settings
 {
-    qint32 BBS_ID = 0;         ///< board shown at start, at exit the one shown last; 0 is none
-    bool Timer = false;        ///< timer receive; always off at start
-    qint32 Interval = 30;      ///< of the timer receive, 10 to 120
-    qint32 AddMax = 100;       ///< messages shown at one time, 1 to 1000
-    qint32 ReadTiming = 1500;  ///< milliseconds until a shown message counts as read, 0 and up
-    QString ReplyHeader;       ///< format of "copy with header"; "\n" in it is two characters
-    QString DateFormat;        ///< pattern of text::FormatDate
-    qint32 Timeout = 60;       ///< seconds without progress until a request is given up; 0 is never
+    qint32 BBS_ID = 0;        ///< board shown at start, at exit the one shown last; 0 is none
+    bool Timer = false;       ///< timer receive; always off at start
+    qint32 Interval = 30;     ///< of the timer receive, 10 to 120
+    qint32 AddMax = 100;      ///< messages shown at one time, 1 to 1000
+    qint32 ReadTiming = 1500; ///< milliseconds until a shown message counts as read, 0 and up
+    QString ReplyHeader;      ///< format of "copy with header"; "\n" in it is two characters
+    QString DateFormat;       ///< pattern of text::FormatDate
+    qint32 Timeout = 60;      ///< seconds without progress until a request is given up; 0 is never
     bool SaveSQLDialogPosition = true;
     bool SaveLoadDialogPosition = true;
     bool AutoCloseImportDialog = false;
     bool UseRegExp = true;
     bool IgnoreCase = true;
     bool ImportReadMode = false;
-    QString ErrorLogFilePath;  ///< folder with a trailing separator, as the next two
+    QString ErrorLogFilePath; ///< folder with a trailing separator, as the next two
     QString CacheFilePath;
     QString IconFilePath;
     bool AddTaskTray = true;
@@ -51,8 +51,9 @@ QString DefaultReplyHeader();
 /// "yyyy/mm/dd hh:nn".
 QString DefaultDateFormat();
 
-/// Fills the settings from the section "Option". A missing, unreadable or out-of-range value silently takes its default.
-/// A board that is not shown gives way to the first shown one, which takes an open database; without one BBS_ID is 0.
+/// Fills the settings from the section "Option". A missing, unreadable or out-of-range value silently takes its
+/// default. A board that is not shown gives way to the first shown one, which takes an open database; without one
+/// BBS_ID is 0.
 void ReadSettings(Application& App);
 
 /// Stores the settings into the section "Option" and saves it. False when the file could not be written; the values are

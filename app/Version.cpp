@@ -5,15 +5,9 @@
 
 using namespace Qt::StringLiterals;
 
-QString mdlVersion::ProductName()
-{
-    return u"Tavora"_s;
-}
+QString mdlVersion::ProductName() { return u"Tavora"_s; }
 
-QString mdlVersion::RevisionText()
-{
-    return u"%1"_s.arg(Revision, 4, 10, QChar(u'0'));
-}
+QString mdlVersion::RevisionText() { return u"%1"_s.arg(Revision, 4, 10, QChar(u'0')); }
 
 QString VersionString(bool WithRevision)
 {

@@ -30,7 +30,8 @@ bool IsValid932(QByteArrayView Bytes);
 bool IsValidUtf8(QByteArrayView Bytes);
 
 /// Text with the look-alikes that other tables use for the same codes (〜 − ‖ — ¢ £ ¬) made into the ones of this code
-/// page (～ － ∥ ― ￠ ￡ ￢). Input methods outside Windows type the former; encode what this returns where a "?" would hurt.
+/// page (～ － ∥ ― ￠ ￡ ￢). Input methods outside Windows type the former; encode what this returns where a "?" would
+/// hurt.
 QString WithWindowsForms(const QString& Text);
 
 /// Percent-encodes the code page 932 bytes of WithWindowsForms(Text); only ASCII letters and digits stay as they are.

@@ -20,7 +20,7 @@ namespace text
 namespace
 {
 
-constexpr qsizetype MaxNumbers = 6;   // year, month, day, hour, minute, second
+constexpr qsizetype MaxNumbers = 6;    // year, month, day, hour, minute, second
 constexpr qsizetype MaxDateText = 100; // no date is that long, blanks included
 constexpr int PivotYear = 30;          // 0-29 are of this century, 30-99 of the last one
 
@@ -46,8 +46,7 @@ class CDateReader
 public:
     explicit CDateReader(const QString& Folded)
         : m_text(Folded)
-    {
-    }
+    {}
 
     bool Read();
     std::optional<double> Serial(QDate Today) const;
@@ -250,7 +249,8 @@ int FullYear(const Number& Year)
     return Year.Value + (Year.Value < PivotYear ? 2000 : 1900);
 }
 
-/// The day that Numbers give when they stand in the order Roles; invalid when a number says otherwise or no such day is.
+/// The day that Numbers give when they stand in the order Roles; invalid when a number says otherwise or no such day
+/// is.
 QDate DayOf(std::span<const Number> Numbers, std::span<const Role> Roles, QDate Default)
 {
     int year = Default.year();

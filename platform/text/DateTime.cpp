@@ -3,7 +3,6 @@
 
 #include "platform/text/DateTime.h"
 
-
 #include <cmath>
 
 namespace text

@@ -26,11 +26,16 @@ using CUnits = QVarLengthArray<char16_t, 512>;
 char16_t TwinOf(char16_t Unit)
 {
     switch (Unit) {
-    case 0x301C: return 0xFF5E;
-    case 0x2212: return 0xFF0D;
-    case 0x2016: return 0x2225;
-    case 0x2014: return 0x2015;
-    default: return Unit;
+    case 0x301C:
+        return 0xFF5E;
+    case 0x2212:
+        return 0xFF0D;
+    case 0x2016:
+        return 0x2225;
+    case 0x2014:
+        return 0x2015;
+    default:
+        return Unit;
     }
 }
 
@@ -72,13 +77,11 @@ const char16_t* Table()
 /// The composed katakana of a folded Unit and the half-width Mark behind it; 0 when they do not go together.
 char16_t Composed(char16_t Unit, char16_t Mark)
 {
-    const bool isTakaRow = Unit == 0x30AB || Unit == 0x30AD || Unit == 0x30AF || Unit == 0x30B1 || Unit == 0x30B3
-        || Unit == 0x30B5 || Unit == 0x30B7 || Unit == 0x30B9 || Unit == 0x30BB || Unit == 0x30BD || Unit == 0x30BF
-        || Unit == 0x30C1 || Unit == 0x30C4 || Unit == 0x30C6 || Unit == 0x30C8; // カ to ト
-    const bool isHaRow = Unit >= 0x30CF && Unit <= 0x30DB && (Unit - 0x30CF) % 3 == 0; // ハ ヒ フ ヘ ホ
+    const bool isFromKaToTo = QStringView(u"カキクケコサシスセソタチツテト").contains(QChar(Unit));
+    const bool isHaRow = QStringView(u"ハヒフヘホ").contains(QChar(Unit));
     if (Mark == HalfSemiVoiced)
         return isHaRow ? static_cast<char16_t>(Unit + 2) : char16_t(0);
-    if (isTakaRow || isHaRow)
+    if (isFromKaToTo || isHaRow)
         return static_cast<char16_t>(Unit + 1);
     return Unit == 0x30A6 ? char16_t(0x30F4) : char16_t(0); // ウ with its mark is ヴ
 }
@@ -94,8 +97,7 @@ public:
         : m_from(Text.utf16())
         , m_end(m_from + Text.size())
         , m_table(Table())
-    {
-    }
+    {}
 
     bool AtEnd() const { return m_from == m_end; }
     const char16_t* Place() const { return m_from; }
@@ -179,10 +181,7 @@ QString Fold(QStringView Text)
     return result;
 }
 
-QString Fold(const QString& Text)
-{
-    return IsFolded(Text) ? Text : Fold(QStringView(Text));
-}
+QString Fold(const QString& Text) { return IsFolded(Text) ? Text : Fold(QStringView(Text)); }
 
 CFoldedText FoldWithOffsets(QStringView Text)
 {

@@ -124,9 +124,12 @@ QString FormatDate(double Serial, QStringView Pattern)
         return GeneralDate(Serial);
     const Choice how = Choose(Pattern);
     switch (how.Kind) {
-    case PatternKind::Number: return WriteNumberBy(Serial, how);
-    case PatternKind::Text: return WriteText(GeneralDate(Serial), how.Pattern);
-    default: return WriteDateBy(Serial, how);
+    case PatternKind::Number:
+        return WriteNumberBy(Serial, how);
+    case PatternKind::Text:
+        return WriteText(GeneralDate(Serial), how.Pattern);
+    default:
+        return WriteDateBy(Serial, how);
     }
 }
 
@@ -136,9 +139,12 @@ QString FormatNumber(double Value, QStringView Pattern)
         return NumberToText(Value);
     const Choice how = Choose(Pattern);
     switch (how.Kind) {
-    case PatternKind::Date: return WriteDateBy(Value, how);
-    case PatternKind::Text: return WriteText(NumberToText(Value), how.Pattern);
-    default: return WriteNumberBy(Value, how);
+    case PatternKind::Date:
+        return WriteDateBy(Value, how);
+    case PatternKind::Text:
+        return WriteText(NumberToText(Value), how.Pattern);
+    default:
+        return WriteNumberBy(Value, how);
     }
 }
 
@@ -163,14 +169,8 @@ QString GeneralDate(double Serial)
     return moment.isValid() ? WriteDate(moment, u"c") : NumberToText(Serial);
 }
 
-QString NumberToText(double Value)
-{
-    return PlainNumber(Value, 15);
-}
+QString NumberToText(double Value) { return PlainNumber(Value, 15); }
 
-QString SingleToText(float Value)
-{
-    return PlainNumber(static_cast<double>(Value), 7);
-}
+QString SingleToText(float Value) { return PlainNumber(static_cast<double>(Value), 7); }
 
 } // namespace text

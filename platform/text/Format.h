@@ -18,8 +18,8 @@ namespace text
 QString FormatDate(double Serial, QStringView Pattern);
 
 /// Writes Value by Pattern: digit places, thousands, percent, exponent, literals, up to three parts for positive,
-/// negative and zero, or a named format ("Standard"). A date pattern takes Value as a date. Halves round away from zero.
-/// An empty pattern is NumberToText.
+/// negative and zero, or a named format ("Standard"). A date pattern takes Value as a date. Halves round away from
+/// zero. An empty pattern is NumberToText.
 QString FormatNumber(double Value, QStringView Pattern);
 
 /// Writes Value by Pattern. A text that reads as a number or a date is taken as one where the pattern asks for it,

@@ -27,21 +27,31 @@ constexpr QStringView KanjiWeekdays = u"日月火水木金土";
 constexpr unsigned FieldLengths(char16_t Letter)
 {
     switch (Letter) {
-    case u'y': return 0b10110;
-    case u'm': return 0b11110;
-    case u'd': return 0b1111110;
-    case u'a': return 0b11000;
-    case u'g': return 0b1110;
+    case u'y':
+        return 0b10110;
+    case u'm':
+        return 0b11110;
+    case u'd':
+        return 0b1111110;
+    case u'a':
+        return 0b11000;
+    case u'g':
+        return 0b1110;
     case u'w':
     case u'e':
     case u'h':
     case u'n':
-    case u's': return 0b110;
+    case u's':
+        return 0b110;
     case u'q':
-    case u'c': return 0b10;
-    case u't': return 0b100000;
-    case u'o': return 0b10000;
-    default: return 0;
+    case u'c':
+        return 0b10;
+    case u't':
+        return 0b100000;
+    case u'o':
+        return 0b10000;
+    default:
+        return 0;
     }
 }
 
@@ -84,8 +94,7 @@ public:
         : m_date(Moment.date())
         , m_time(Moment.time())
         , m_pattern(Pattern)
-    {
-    }
+    {}
 
     QString Write();
 
@@ -100,7 +109,7 @@ private:
     void WriteEra(char16_t Letter, qsizetype Length);
     void WriteGeneral();
     void WriteLongTime();
-    void Number(int Value, qsizetype Width); // Value of at least 0, Width at least 1 and at most 4
+    void Number(int Value, qsizetype Width);               // Value of at least 0, Width at least 1 and at most 4
     int Weekday() const { return m_date.dayOfWeek() % 7; } // Sunday is 0
     int WeekOfYear() const;
 
@@ -180,20 +189,45 @@ void CDateWriter::WriteField(char16_t Letter, qsizetype Length)
     const bool isMinutes = m_isAfterHour && Letter == u'm' && Length <= 2;
     m_isAfterHour = Letter == u'h';
     switch (Letter) {
-    case u'y': WriteYear(Length); break;
-    case u'm': isMinutes ? Number(m_time.minute(), Length) : WriteMonth(Length); break;
-    case u'd': WriteDay(Length); break;
-    case u'a': m_text.append(KanjiWeekdays[Weekday()]).append(Length == 4 ? u"曜日"_s : QString()); break;
-    case u'w': Number(Length == 2 ? WeekOfYear() : Weekday() + 1, 1); break;
-    case u'q': Number((m_date.month() + 2) / 3, 1); break;
+    case u'y':
+        WriteYear(Length);
+        break;
+    case u'm':
+        isMinutes ? Number(m_time.minute(), Length) : WriteMonth(Length);
+        break;
+    case u'd':
+        WriteDay(Length);
+        break;
+    case u'a':
+        m_text.append(KanjiWeekdays[Weekday()]).append(Length == 4 ? u"曜日"_s : QString());
+        break;
+    case u'w':
+        Number(Length == 2 ? WeekOfYear() : Weekday() + 1, 1);
+        break;
+    case u'q':
+        Number((m_date.month() + 2) / 3, 1);
+        break;
     case u'g':
-    case u'e': WriteEra(Letter, Length); break;
-    case u'h': Number(m_isHalfDay ? (m_time.hour() + 11) % 12 + 1 : m_time.hour(), Length); break;
-    case u'n': Number(m_time.minute(), Length); break;
-    case u's': Number(m_time.second(), Length); break;
-    case u't': WriteLongTime(); break;
-    case u'o': m_text += QString::number(m_date.month()) + u'月'; break;
-    default: WriteGeneral();
+    case u'e':
+        WriteEra(Letter, Length);
+        break;
+    case u'h':
+        Number(m_isHalfDay ? (m_time.hour() + 11) % 12 + 1 : m_time.hour(), Length);
+        break;
+    case u'n':
+        Number(m_time.minute(), Length);
+        break;
+    case u's':
+        Number(m_time.second(), Length);
+        break;
+    case u't':
+        WriteLongTime();
+        break;
+    case u'o':
+        m_text += QString::number(m_date.month()) + u'月';
+        break;
+    default:
+        WriteGeneral();
     }
 }
 
@@ -201,11 +235,20 @@ void CDateWriter::WriteDay(qsizetype Length)
 {
     const QStringView name = WeekdayNames[Weekday()];
     switch (Length) {
-    case 3: m_text += name.first(3); break;
-    case 4: m_text += name; break;
-    case 5: m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"yyyy/mm/dd"); break;
-    case 6: m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"yyyy年m月d日"); break;
-    default: Number(m_date.day(), Length);
+    case 3:
+        m_text += name.first(3);
+        break;
+    case 4:
+        m_text += name;
+        break;
+    case 5:
+        m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"yyyy/mm/dd");
+        break;
+    case 6:
+        m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"yyyy年m月d日");
+        break;
+    default:
+        Number(m_date.day(), Length);
     }
 }
 
@@ -221,9 +264,14 @@ void CDateWriter::WriteMonth(qsizetype Length)
 void CDateWriter::WriteYear(qsizetype Length)
 {
     switch (Length) {
-    case 1: Number(m_date.dayOfYear(), 1); break;
-    case 2: Number(m_date.year() % 100, 2); break;
-    default: Number(m_date.year(), 4);
+    case 1:
+        Number(m_date.dayOfYear(), 1);
+        break;
+    case 2:
+        Number(m_date.year() % 100, 2);
+        break;
+    default:
+        Number(m_date.year(), 4);
     }
 }
 
@@ -239,10 +287,7 @@ void CDateWriter::WriteEra(char16_t Letter, qsizetype Length)
         m_text += era->Name.first(Length - 1);
 }
 
-void CDateWriter::WriteLongTime()
-{
-    m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"h:nn:ss");
-}
+void CDateWriter::WriteLongTime() { m_text += WriteDate(QDateTime(m_date, m_time, Qt::UTC), u"h:nn:ss"); }
 
 void CDateWriter::WriteGeneral()
 {
@@ -265,9 +310,6 @@ int CDateWriter::WeekOfYear() const
 
 } // namespace
 
-QString WriteDate(const QDateTime& Moment, QStringView Pattern)
-{
-    return CDateWriter(Moment, Pattern).Write();
-}
+QString WriteDate(const QDateTime& Moment, QStringView Pattern) { return CDateWriter(Moment, Pattern).Write(); }
 
 } // namespace text

@@ -26,7 +26,8 @@ struct Decimal
     char At(int Place) const // counted from the point, 0 being the first behind it
     {
         const int index = Place + Point;
-        return index >= 0 && index < static_cast<int>(Digits.size()) ? Digits[static_cast<std::size_t>(index)] : char(0);
+        return index >= 0 && index < static_cast<int>(Digits.size()) ? Digits[static_cast<std::size_t>(index)]
+                                                                     : char(0);
     }
     bool IsZero() const { return Digits.empty(); }
 };
@@ -101,8 +102,7 @@ class CSectionReader
 public:
     explicit CSectionReader(QStringView Pattern)
         : m_pattern(Pattern)
-    {
-    }
+    {}
 
     std::vector<Section> Read();
 
@@ -225,8 +225,12 @@ QString CNumberWriter::Write()
     bool isBehindPoint = false;
     for (const Token& token : m_how.Tokens) {
         switch (token.What) {
-        case Kind::Literal: m_text += token.Text; break;
-        case Kind::Exponent: WriteExponent(token.Text); break;
+        case Kind::Literal:
+            m_text += token.Text;
+            break;
+        case Kind::Exponent:
+            WriteExponent(token.Text);
+            break;
         case Kind::Point:
             // A pattern such as ".00" has no place for the digits before the point; they are shown all the same.
             if (m_how.IntegerPlaces == 0 && m_value.Point > 0)
@@ -234,7 +238,8 @@ QString CNumberWriter::Write()
             isBehindPoint = true;
             m_text += u'.';
             break;
-        default: isBehindPoint ? WriteDecimalPlace(token.What) : WriteIntegerPlace(token.What);
+        default:
+            isBehindPoint ? WriteDecimalPlace(token.What) : WriteIntegerPlace(token.What);
         }
     }
     return m_text;
@@ -283,10 +288,7 @@ void CNumberWriter::WriteExponent(const QString& Sign)
     m_text += u"%1"_s.arg(std::abs(m_exponent), m_how.ExponentZeros, 10, QChar(u'0'));
 }
 
-bool IsEmpty(const Section& What)
-{
-    return What.Tokens.empty();
-}
+bool IsEmpty(const Section& What) { return What.Tokens.empty(); }
 
 } // namespace
 

@@ -21,8 +21,8 @@ PatternKind KindOfFirst(QStringView Rest)
         return PatternKind::Text;
     if (QStringView(u"ymdwqgehnsc/:").contains(unit))
         return PatternKind::Date;
-    for (const QStringView word : {QStringView(u"aaa"), QStringView(u"am/pm"), QStringView(u"ampm"), QStringView(u"a/p"),
-                                   QStringView(u"ttttt"), QStringView(u"oooo")}) {
+    for (const QStringView word : {QStringView(u"aaa"), QStringView(u"am/pm"), QStringView(u"ampm"),
+                                   QStringView(u"a/p"), QStringView(u"ttttt"), QStringView(u"oooo")}) {
         if (Rest.startsWith(word, Qt::CaseInsensitive))
             return PatternKind::Date;
     }

@@ -18,23 +18,16 @@ constexpr char16_t FirstKatakana = 0x30A1;
 constexpr char16_t LastKatakana = 0x30FA;
 
 /// In these blocks the codes are in the order of the language, except that capitals have been folded away.
-bool IsInOrder(char16_t Unit)
-{
-    return Unit <= LastAscii || (Unit >= FirstKatakana && Unit <= LastKatakana);
-}
+bool IsInOrder(char16_t Unit) { return Unit <= LastAscii || (Unit >= FirstKatakana && Unit <= LastKatakana); }
 
-int CompareUnits(char16_t Left, char16_t Right)
-{
-    return CompareText(QStringView(&Left, 1), QStringView(&Right, 1));
-}
+int CompareUnits(char16_t Left, char16_t Right) { return CompareText(QStringView(&Left, 1), QStringView(&Right, 1)); }
 
 } // namespace
 
 CLikePattern::CLikePattern(Compare Mode)
     : m_mode(Mode)
     , m_pieces(1)
-{
-}
+{}
 
 std::optional<CLikePattern> CLikePattern::Compile(QStringView Pattern, Compare Mode)
 {
@@ -65,9 +58,15 @@ bool CLikePattern::Read(const std::vector<Token>& Pattern)
 {
     for (auto token = Pattern.begin(); token != Pattern.end(); ++token) {
         switch (token->Sign) {
-        case u'*': m_pieces.emplace_back(); break;
-        case u'?': Add({Kind::AnyUnit, 0, {}}); break;
-        case u'#': Add({Kind::Digit, 0, {}}); break;
+        case u'*':
+            m_pieces.emplace_back();
+            break;
+        case u'?':
+            Add({Kind::AnyUnit, 0, {}});
+            break;
+        case u'#':
+            Add({Kind::Digit, 0, {}});
+            break;
         case u'[': {
             const auto end = std::find_if(token, Pattern.end(), [](const Token& Other) { return Other.Sign == u']'; });
             if (end == Pattern.end() || !AddList({token + 1, end}))
@@ -75,7 +74,8 @@ bool CLikePattern::Read(const std::vector<Token>& Pattern)
             token = end;
             break;
         }
-        default: Add({Kind::Unit, token->Unit, {}});
+        default:
+            Add({Kind::Unit, token->Unit, {}});
         }
     }
     return true;
@@ -129,8 +129,8 @@ bool CLikePattern::MatchesUnits(QStringView Text) const
     const Piece& last = m_pieces.back();
     if (m_pieces.size() == 1)
         return Text.size() == first.Size() && MatchesHere(first, Text);
-    if (Text.size() < first.Size() + last.Size() || !MatchesHere(first, Text)
-        || !MatchesHere(last, Text.last(last.Size())))
+    if (Text.size() < first.Size() + last.Size() || !MatchesHere(first, Text) ||
+        !MatchesHere(last, Text.last(last.Size())))
         return false;
 
     // The leftmost place is always good enough for a piece between two stars: it leaves most to the pieces behind it.
@@ -155,10 +155,14 @@ bool CLikePattern::IsInRange(const Range& Among, char16_t Unit)
 bool CLikePattern::MatchesStep(const Step& What, char16_t Unit)
 {
     switch (What.What) {
-    case Kind::Unit: return Unit == What.Unit;
-    case Kind::AnyUnit: return true;
-    case Kind::Digit: return Unit >= u'0' && Unit <= u'9';
-    default: break;
+    case Kind::Unit:
+        return Unit == What.Unit;
+    case Kind::AnyUnit:
+        return true;
+    case Kind::Digit:
+        return Unit >= u'0' && Unit <= u'9';
+    default:
+        break;
     }
     const bool isListed = std::any_of(What.Ranges.begin(), What.Ranges.end(),
                                       [Unit](const Range& Among) { return IsInRange(Among, Unit); });

@@ -18,11 +18,11 @@ enum class Compare { Binary, Text };
 
 /// One pattern, read once and matched against many texts.
 ///
-/// "?" is one unit, "*" any run (line ends too), "#" one digit 0-9, "[a-z]" one unit of the list, "[!a-z]" one unit that
-/// is not in it, "[]" nothing at all, "[!]" an exclamation mark. Everything else stands for itself, "]" outside a list
-/// too. With Compare::Text pattern and text are folded first, so a half-width kana with its voicing mark counts as one,
-/// and a range of kanji goes by their order instead of their codes.
-/// Matching takes at most (length of the text) x (length of the pattern) steps.
+/// "?" is one unit, "*" any run (line ends too), "#" one digit 0-9, "[a-z]" one unit of the list, "[!a-z]" one unit
+/// that is not in it, "[]" nothing at all, "[!]" an exclamation mark. Everything else stands for itself, "]" outside a
+/// list too. With Compare::Text pattern and text are folded first, so a half-width kana with its voicing mark counts as
+/// one, and a range of kanji goes by their order instead of their codes. Matching takes at most (length of the text) x
+/// (length of the pattern) steps.
 class CLikePattern
 {
 public:

@@ -92,8 +92,7 @@ class CNumberReader
 public:
     explicit CNumberReader(QStringView Folded)
         : m_rest(Folded)
-    {
-    }
+    {}
 
     Reading Read();
 
@@ -211,8 +210,7 @@ Reading ReadNumber(QStringView Text)
 }
 
 /// Halves go to the even neighbour.
-template<typename Integer>
-std::optional<Integer> RoundTo(std::optional<double> Value)
+template<typename Integer> std::optional<Integer> RoundTo(std::optional<double> Value)
 {
     if (!Value)
         return std::nullopt;
@@ -230,15 +228,9 @@ std::optional<double> TextToDouble(QStringView Text)
     return reading.What == Fault::None ? std::optional(reading.Value) : std::nullopt;
 }
 
-std::optional<qint32> TextToLong(QStringView Text)
-{
-    return RoundTo<qint32>(TextToDouble(Text));
-}
+std::optional<qint32> TextToLong(QStringView Text) { return RoundTo<qint32>(TextToDouble(Text)); }
 
-std::optional<qint16> TextToInteger(QStringView Text)
-{
-    return RoundTo<qint16>(TextToDouble(Text));
-}
+std::optional<qint16> TextToInteger(QStringView Text) { return RoundTo<qint16>(TextToDouble(Text)); }
 
 std::optional<float> TextToSingle(QStringView Text)
 {
@@ -258,15 +250,9 @@ std::optional<bool> TextToBoolean(QStringView Text)
     return value ? std::optional(*value != 0) : std::nullopt;
 }
 
-bool IsNumeric(QStringView Text)
-{
-    return TextToDouble(Text).has_value();
-}
+bool IsNumeric(QStringView Text) { return TextToDouble(Text).has_value(); }
 
-bool HasNumberForm(QStringView Text)
-{
-    return ReadNumber(Text).What != Fault::NotANumber;
-}
+bool HasNumberForm(QStringView Text) { return ReadNumber(Text).What != Fault::NotANumber; }
 
 namespace
 {

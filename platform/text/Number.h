@@ -33,9 +33,9 @@ bool IsNumeric(QStringView Text);
 /// Whether Text is written as a number, be it beyond every range: what fails to convert then is too large, not wrong.
 bool HasNumberForm(QStringView Text);
 
-/// The longest number at the start of Text, blanks, tabs and line feeds dropped; 0 when there is none. Knows the decimal
-/// point, the exponent, &H and &O (16-bit signed while it fits, then 32-bit), but no separators. Never fails; what is
-/// beyond the range is infinite.
+/// The longest number at the start of Text, blanks, tabs and line feeds dropped; 0 when there is none. Knows the
+/// decimal point, the exponent, &H and &O (16-bit signed while it fits, then 32-bit), but no separators. Never fails;
+/// what is beyond the range is infinite.
 double Val(QStringView Text);
 
 } // namespace text

@@ -142,7 +142,8 @@ void tst_CIniFile::SectionNames_data()
     QTest::newRow("order of the file") << QByteArray("[b]\n[A]\nx=1\n[c]") << QStringList({u"b"_s, u"A"_s, u"c"_s});
     QTest::newRow("blank names are none") << QByteArray("[]\na=1\n[ ]\n[A]\n") << QStringList(u"A"_s);
     QTest::newRow("one of two") << QByteArray("[A]\n[a]\n") << QStringList(u"A"_s);
-    QTest::newRow("letters with a bracket as second byte") << QByteArray("[\x83\x5D\x83\x5B]\n") << QStringList(u"ゾゼ"_s);
+    QTest::newRow("letters with a bracket as second byte")
+        << QByteArray("[\x83\x5D\x83\x5B]\n") << QStringList(u"ゾゼ"_s);
     QTest::newRow("only junk") << QByteArray("\xFF\xFE\xFF") << QStringList();
 }
 

@@ -248,8 +248,7 @@ void tst_Settings::WebSearchOfANewFile()
     QCOMPARE(ini.Keys(), QStringList({u"Googleで検索(&G)..."_s, u"マイクロソフトサイト検索(&J)..."_s,
                                       u"Microsoft Web Search(&U)..."_s}));
     QVERIFY(ini.Data(ini.Keys()[0]).endsWith(u"/search?q=%s&num=100"));
-    QVERIFY(ini.Data(ini.Keys()[1])
-                .endsWith(u"/japan/SearchMS25.asp?qu=%s&IntCat=0&IntCat=2&Nq=NEW&boolean=ALL"));
+    QVERIFY(ini.Data(ini.Keys()[1]).endsWith(u"/japan/SearchMS25.asp?qu=%s&IntCat=0&IntCat=2&Nq=NEW&boolean=ALL"));
     QVERIFY(ini.Data(ini.Keys()[2]).endsWith(u"/us/SearchMS25.asp?qu=%s&IntCat=0&IntCat=2&Nq=NEW&boolean=ALL"));
     QVERIFY(program.Ini().startsWith("[Option]\r\n[WebSearch]\r\nGoogle\x82\xC5"));
 }

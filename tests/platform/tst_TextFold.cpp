@@ -116,8 +116,8 @@ void tst_TextFold::Offsets()
 
 void tst_TextFold::Order()
 {
-    const QStringList sorted = {u""_s,   u"!"_s,    u"1"_s,  u"２"_s, u"a"_s,  u"Ｂ"_s, u"c"_s, u"あ"_s,
-                                u"ｲ"_s, u"か"_s,   u"が"_s, u"ｷ"_s, u"ん"_s, u"亜"_s, u"表"_s};
+    const QStringList sorted = {u""_s,  u"!"_s,  u"1"_s,  u"２"_s, u"a"_s,  u"Ｂ"_s, u"c"_s, u"あ"_s,
+                                u"ｲ"_s, u"か"_s, u"が"_s, u"ｷ"_s,  u"ん"_s, u"亜"_s, u"表"_s};
     for (qsizetype i = 0; i + 1 < sorted.size(); ++i) {
         QVERIFY2(text::CompareText(sorted[i], sorted[i + 1]) == -1, qPrintable(sorted[i]));
         QVERIFY2(text::SortKey(sorted[i]) < text::SortKey(sorted[i + 1]), qPrintable(sorted[i]));

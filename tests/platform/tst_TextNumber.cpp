@@ -83,10 +83,10 @@ void tst_TextNumber::NoNumber_data()
 {
     QTest::addColumn<QString>("text");
     for (const QString& text :
-         {u""_s, u"   "_s, u"abc"_s, u"."_s, u"-"_s, u",1"_s, u"1.2.3"_s, u"1.5,0"_s, u"1 2"_s, u"0x10"_s, u"10%"_s,
-          u"1e"_s, u"1e+"_s, u"1 e3"_s, u"--5"_s, u"-5-"_s, u"(5"_s, u"5)"_s, u"(-5)"_s, u"\\\\5"_s, u"5\\"_s, u"&H"_s,
-          u"&HG"_s, u"-&H10"_s, u"&H1.5"_s, u"&O8"_s, u"十二"_s, u"①"_s, u"True"_s, u"2002/01/15"_s, u"12:34"_s,
-          u"1e3.5"_s, u"()"_s, u"nan"_s, u"inf"_s, u"5円"_s})
+         {u""_s,     u"   "_s,   u"abc"_s,        u"."_s,     u"-"_s,     u",1"_s,    u"1.2.3"_s, u"1.5,0"_s, u"1 2"_s,
+          u"0x10"_s, u"10%"_s,   u"1e"_s,         u"1e+"_s,   u"1 e3"_s,  u"--5"_s,   u"-5-"_s,   u"(5"_s,    u"5)"_s,
+          u"(-5)"_s, u"\\\\5"_s, u"5\\"_s,        u"&H"_s,    u"&HG"_s,   u"-&H10"_s, u"&H1.5"_s, u"&O8"_s,   u"十二"_s,
+          u"①"_s,    u"True"_s,  u"2002/01/15"_s, u"12:34"_s, u"1e3.5"_s, u"()"_s,    u"nan"_s,   u"inf"_s,   u"5円"_s})
         QTest::newRow(qPrintable(text)) << text;
     QTest::newRow("NUL") << QString(u"1\0"_s);
 }
