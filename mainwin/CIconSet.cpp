@@ -4,6 +4,7 @@
 #include "mainwin/CIconSet.h"
 
 #include "mainwin/mdlPictures.h"
+#include "app/Path.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -76,8 +77,8 @@ QIcon CIconSet::Picture(const QString& Name)
 
 QIcon CIconSet::FromFile(const QString& FileName)
 {
-    QFile file(FileName);
-    if (FileName.isEmpty() || !file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
+    QFile file(mdlPath::DiskPath(FileName));
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
         return {};
     QImageReader reader(&file, "bmp");
     if (!IsBounded(reader.size())) // the header is read here, no pixel yet

@@ -3,6 +3,7 @@
 
 #include "mainwin/mdlErrorLog.h"
 
+#include "app/Path.h"
 #include "board/CBBSProperty.h"
 #include "platform/dao/Error.h"
 #include "platform/text/Codepage932.h"
@@ -31,8 +32,9 @@ CResult Refused(int Number, const QString& Description)
 CResult WriteRecord(const QString& FileName, const QString& LogText)
 {
     constexpr char separator[] = "\r\n===--+--+--+--+--+--+--+--+--+--+--+--+--===\r\n";
-    QFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+    const QString path = mdlPath::DiskPath(FileName); // empty for a drive where there are none
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Append))
         return Refused(NoAccess, u"ファイル「"_s + FileName + u"」を開けません。"_s);
     const QByteArray record = text::To932(LogText) + separator;
     if (file.write(record) != record.size() || !file.flush())
