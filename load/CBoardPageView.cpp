@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QPalette>
 #include <QRegularExpression>
 #include <QTextDocument>
 
@@ -63,6 +64,16 @@ private:
     int m_depth = 0;
 };
 
+/// Pages colour their background and take black text for granted, on a dark desktop too.
+QPalette PagePalette(QPalette Palette)
+{
+    Palette.setColor(QPalette::Base, Qt::white);
+    Palette.setColor(QPalette::Text, Qt::black);
+    Palette.setColor(QPalette::Link, Qt::blue);
+    Palette.setColor(QPalette::LinkVisited, Qt::blue);
+    return Palette;
+}
+
 bool IsOk(const QByteArray& Header) { return Header.startsWith("HTTP/") && Header.sliced(5).indexOf(" 200") == 3; }
 } // namespace
 
@@ -72,7 +83,8 @@ CBoardPageView::CBoardPageView(Desktop& Shell, CCookieStore& Cookies, QWidget* P
     , m_transfer(Cookies)
 {
     setOpenLinks(false);
-    setReadOnly(true);
+    setFrameShape(QFrame::NoFrame);
+    setPalette(PagePalette(palette()));
     connect(this, &QTextBrowser::anchorClicked, this, &CBoardPageView::OpenLink);
     connect(&m_transfer, &CTransfer::StateChanged, this, &CBoardPageView::OnStateChanged);
 }

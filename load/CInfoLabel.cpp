@@ -10,6 +10,9 @@ namespace
 /// Width asked for, in characters; the dialog may make it less.
 constexpr int HintColumns = 60;
 constexpr int MinColumns = 20;
+
+/// Japanese glyphs often come from a taller font than the one that the metrics are of.
+int LineHeight(const QFontMetrics& Metrics) { return Metrics.lineSpacing() + qMax(2, Metrics.lineSpacing() / 6); }
 } // namespace
 
 CInfoLabel::CInfoLabel(QWidget* Parent)
@@ -36,12 +39,12 @@ QString CInfoLabel::ShownLine(int Line) const
 
 QSize CInfoLabel::sizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * HintColumns, fontMetrics().lineSpacing() * LineCount};
+    return {fontMetrics().averageCharWidth() * HintColumns, LineHeight(fontMetrics()) * LineCount};
 }
 
 QSize CInfoLabel::minimumSizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * MinColumns, fontMetrics().lineSpacing() * LineCount};
+    return {fontMetrics().averageCharWidth() * MinColumns, LineHeight(fontMetrics()) * LineCount};
 }
 
 void CInfoLabel::paintEvent(QPaintEvent*)
@@ -49,5 +52,5 @@ void CInfoLabel::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     for (int line = 1; line <= LineCount; ++line)
-        painter.drawText(0, (line - 1) * fontMetrics().lineSpacing() + fontMetrics().ascent(), ShownLine(line));
+        painter.drawText(0, (line - 1) * LineHeight(fontMetrics()) + fontMetrics().ascent() + 1, ShownLine(line));
 }

@@ -78,6 +78,7 @@ void frmLoadDlg::BuildControls()
     m_txtLog->setObjectName(u"txtLog"_s);
     m_txtLog->setAccessibleName(u"ログ"_s);
     m_txtLog->setReadOnly(true);
+    m_txtLog->setFrameShape(QFrame::NoFrame);
     m_txtLog->setTabChangesFocus(true);
     m_txtLog->setMaximumBlockCount(MaxLogLines);
     m_tabStrip = new QTabWidget(this);
