@@ -246,7 +246,7 @@ void CHttpServer::Prepare(CConnection& Connection, httplib::Request& Request)
     const bool hasBody = Request.has_header("Content-Length") || Request.has_header("Transfer-Encoding");
     if (Request.method == "POST") {
         Request.set_header(FormTypeHeader, type);
-        Request.path = "/";
+        Request.path.assign(1, '/'); // assigning the literal makes GCC 12 see a copy of a size that cannot be
     } else if (hasBody) {
         Connection.Spend(); // nobody reads that body, so the next request could not be found
     }

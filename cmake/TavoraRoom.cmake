@@ -6,10 +6,6 @@ target_compile_definitions(tavora_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
   $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
 target_compile_options(tavora_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # GCC 12 sees overlapping copies inside std::string's own assignment (its bug 105651).
-  target_compile_options(tavora_options INTERFACE -Wno-restrict)
-endif()
 if(TAVORA_SANITIZE)
   target_compile_options(tavora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tavora_options INTERFACE -fsanitize=address,undefined)
