@@ -7,7 +7,9 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <numeric>
 
 namespace mdlGeometry
 {
@@ -64,9 +66,11 @@ QRect OnScreen(const QRect& Wanted, const QList<QRect>& Screens)
 {
     if (Screens.isEmpty())
         return Wanted;
+    const QRect desk = std::accumulate(Screens.begin(), Screens.end(), QRect(), std::bit_or<>());
+    const bool isTooLarge = Wanted.width() > desk.width() || Wanted.height() > desk.height();
     for (const QRect& screen : Screens) {
         if (CanBeGripped(Wanted, screen))
-            return Wanted;
+            return isTooLarge ? MovedInto(Wanted, screen) : Wanted;
     }
     const QRect nearest = *std::min_element(Screens.begin(), Screens.end(), [&](const QRect& a, const QRect& b) {
         return Distance(Wanted, a) < Distance(Wanted, b);

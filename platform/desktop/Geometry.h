@@ -21,7 +21,8 @@ QRect ToTwips(const QRect& Pixels);
 
 /// Wanted moved, and made smaller where it must be, so that it can be seen and gripped on one of Screens (their
 /// available areas, in pixels). It is left alone while a good piece of its upper edge lies on a screen: windows that
-/// hang over an edge on purpose stay there. Without screens it is returned as it is.
+/// hang over an edge on purpose stay there. One that is larger than all screens together was saved at another scale and
+/// is fitted into its screen. Without screens it is returned as it is.
 QRect OnScreen(const QRect& Wanted, const QList<QRect>& Screens);
 /// The same with the screens of this session.
 QRect OnScreen(const QRect& Wanted);

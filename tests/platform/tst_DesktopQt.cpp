@@ -220,6 +220,7 @@ void tst_DesktopQt::OnScreen_data()
     QTest::newRow("left of all") << QRect(-900, 100, 800, 600) << QRect(0, 100, 800, 600);
     QTest::newRow("caption above the screen") << QRect(100, -200, 800, 600) << QRect(100, 0, 800, 600);
     QTest::newRow("below the screen") << QRect(100, 1080, 800, 600) << QRect(100, 480, 800, 600);
+    QTest::newRow("saved at a smaller scale") << QRect(100, 300, 960, 1100) << QRect(100, 0, 960, 1080);
     QTest::newRow("too large and off") << QRect(-4000, -4000, 3000, 3000) << QRect(0, 0, 1920, 1080);
 }
 
