@@ -18,14 +18,21 @@ namespace
 /// What must be seen of a window's upper edge so that the mouse can grip it.
 constexpr int GripWidth = 60;
 constexpr int GripHeight = 20;
+/// Room for the caption, which the window system puts above the rectangle that is saved.
+constexpr int CaptionHeight = 28;
 /// No screen is larger; keeps sums of foreign numbers from overflowing.
 constexpr qint64 MaxPixels = 1'000'000;
 
+bool ShowsStrip(const QRect& Window, int Top, const QRect& Screen)
+{
+    const QRect seen = QRect(Window.left(), Top, Window.width(), GripHeight) & Screen;
+    return seen.width() >= std::min(GripWidth, Window.width()) && seen.height() >= GripHeight / 2;
+}
+
+/// The caption is what the mouse grips, the upper edge what tells that there is a window below it.
 bool CanBeGripped(const QRect& Window, const QRect& Screen)
 {
-    const QRect edge(Window.left(), Window.top(), Window.width(), GripHeight);
-    const QRect seen = edge & Screen;
-    return seen.width() >= std::min(GripWidth, Window.width()) && seen.height() >= GripHeight / 2;
+    return ShowsStrip(Window, Window.top() - CaptionHeight, Screen) && ShowsStrip(Window, Window.top(), Screen);
 }
 
 int Distance(const QRect& Window, const QRect& Screen)
@@ -36,9 +43,10 @@ int Distance(const QRect& Window, const QRect& Screen)
 
 QRect MovedInto(const QRect& Window, const QRect& Screen)
 {
-    const QSize size = Window.size().boundedTo(Screen.size());
-    const int left = std::clamp(Window.left(), Screen.left(), Screen.left() + Screen.width() - size.width());
-    const int top = std::clamp(Window.top(), Screen.top(), Screen.top() + Screen.height() - size.height());
+    const QRect area = Screen.adjusted(0, std::min(CaptionHeight, Screen.height() - 1), 0, 0);
+    const QSize size = Window.size().boundedTo(area.size());
+    const int left = std::clamp(Window.left(), area.left(), area.left() + area.width() - size.width());
+    const int top = std::clamp(Window.top(), area.top(), area.top() + area.height() - size.height());
     return {QPoint(left, top), size};
 }
 } // namespace

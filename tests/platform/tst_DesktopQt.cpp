@@ -218,10 +218,11 @@ void tst_DesktopQt::OnScreen_data()
     stays("across both", QRect(1500, 300, 800, 600));
     QTest::newRow("screen is gone") << QRect(5000, 300, 800, 600) << QRect(2400, 300, 800, 600);
     QTest::newRow("left of all") << QRect(-900, 100, 800, 600) << QRect(0, 100, 800, 600);
-    QTest::newRow("caption above the screen") << QRect(100, -200, 800, 600) << QRect(100, 0, 800, 600);
+    QTest::newRow("caption above the screen") << QRect(100, -200, 800, 600) << QRect(100, 28, 800, 600);
+    QTest::newRow("caption just above the screen") << QRect(100, 0, 800, 600) << QRect(100, 28, 800, 600);
     QTest::newRow("below the screen") << QRect(100, 1080, 800, 600) << QRect(100, 480, 800, 600);
-    QTest::newRow("saved at a smaller scale") << QRect(100, 300, 960, 1100) << QRect(100, 0, 960, 1080);
-    QTest::newRow("too large and off") << QRect(-4000, -4000, 3000, 3000) << QRect(0, 0, 1920, 1080);
+    QTest::newRow("saved at a smaller scale") << QRect(100, 300, 960, 1100) << QRect(100, 28, 960, 1052);
+    QTest::newRow("too large and off") << QRect(-4000, -4000, 3000, 3000) << QRect(0, 28, 1920, 1052);
 }
 
 void tst_DesktopQt::OnScreen()
