@@ -309,6 +309,9 @@ void tst_CIniFile::Saving_data()
     row("heading that only looks like it", "[A]\r\n;[B]\r\n", "[A]\r\n;[B]\r\n[B]\r\nx=9\r\n");
     row("letter whose second byte is a bracket", "[\x83\x5D]\r\ny=1\r\n", "[\x83\x5D]\r\ny=1\r\n[B]\r\nx=9\r\n");
     row("UTF-8 stays UTF-8", "\xEF\xBB\xBF[A]\na=\xE3\x81\x82", "\xEF\xBB\xBF[A]\na=\xE3\x81\x82\r\n[B]\r\nx=9\r\n");
+    row("UTF-16, half a unit at the end", QByteArray::fromHex("FFFE5B0041005D000A0061"),
+        QByteArray::fromHex("FFFE5B0041005D000A00"
+                            "5B0042005D000D000A0078003D0039000D000A00"));
     row("UTF-16 stays UTF-16", QByteArray::fromHex("FFFE5B0041005D000A004230410A"),
         QByteArray::fromHex("FFFE5B0041005D000A004230410A"
                             "0D000A005B0042005D000D000A0078003D0039000D000A00"));

@@ -66,6 +66,7 @@ void tst_TextLike::Binary_data()
     row("wide digit is no digit here", u"１"_s, u"#"_s, false);
     row("stars in a row", u"abc"_s, u"**b**"_s, true);
     row("pieces in order", u"xbxaxc"_s, u"*a*b*"_s, false);
+    row("pieces between stars do not overlap", u"aba"_s, u"*ab*ba*"_s, false);
     row("pieces do not overlap", u"aba"_s, u"*ab*ba"_s, false);
     row("first and last do not overlap", u"ab"_s, u"ab*b"_s, false);
     row("list behind a star", u"ab5"_s, u"*[0-9]"_s, true);
