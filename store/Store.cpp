@@ -100,11 +100,26 @@ void BuildDatabase(const QString& FileName)
     db->Close();
 }
 
+/// A new database, or the reason why there is none: without it the user would only see the program end.
+DatabasePtr CreateOrTell(const QString& FileName, Application& App)
+{
+    if (DatabasePtr db = CreateNewDatabase(FileName))
+        return db;
+    if (Exists(FileName))
+        Tell(App,
+             u"ログのバックアップ("_s + CFile(BackupName(FileName)).Name() +
+                 u")を作成できませんでした。\n同じ名前のファイルがあるときは、別の場所へ移してからもう一度起動してください。"_s,
+             Desktop::Icon::Critical);
+    else
+        Tell(App, u"データベースファイルを作成できませんでした。\n"_s + FileName, Desktop::Icon::Critical);
+    return nullptr;
+}
+
 DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName, Application& App)
 {
     if (Refusal.Number == FileNotFound) {
         Tell(App, u"データベースファイルが存在しません。\n新しく作成します。"_s, Desktop::Icon::Information);
-        return CreateNewDatabase(FileName);
+        return CreateOrTell(FileName, App);
     }
     if (Refusal.Number == UnrecognisedFormat) {
         const QString backup = CFile(BackupName(FileName)).Name();
@@ -113,7 +128,7 @@ DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName,
                  u")を作成し、新しいデータベースファイルを作成します。"_s,
              Desktop::Icon::Information);
         SetAside(FileName);
-        return CreateNewDatabase(FileName);
+        return CreateOrTell(FileName, App);
     }
     Tell(App, Refusal.Description, Desktop::Icon::Critical);
     return nullptr;

@@ -130,6 +130,7 @@ void tst_OpenLogDatabase::BackupIsNeverOverwritten()
     Write("new junk");
     Write("old backup", u"log.bak"_s);
     m_desktop->Expect(u"認識できませんでした"_s);
+    m_desktop->Expect(u"バックアップ(log.bak)を作成できませんでした。\n同じ名前"_s);
     QVERIFY(!Open());
     QCOMPARE(Contents(), QByteArray("new junk"));
     QCOMPARE(Contents(u"log.bak"_s), QByteArray("old backup"));
@@ -235,6 +236,7 @@ void tst_OpenLogDatabase::ReadOnlyFolder()
         db->Close();
         m_file = m_folder->filePath(u"other.mdb"_s);
         m_desktop->Expect(MissingText);
+        m_desktop->Expect(u"データベースファイルを作成できませんでした。\n"_s + m_file);
         QVERIFY(!Open());
     }
     QCOMPARE(Files(), QStringList({u"log.mdb"_s}));
