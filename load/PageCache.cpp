@@ -36,6 +36,7 @@ bool mdlPageCache::Write(const QString& FileName, const QByteArray& Page)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    file.write(text::IsValid932(Page) ? Page : text::To932(CBoardPageView::Decode(Page)));
-    return file.commit();
+    const QByteArray bytes = text::IsValid932(Page) ? Page : text::To932(CBoardPageView::Decode(Page));
+    // What fails while the last of the bytes leave the buffer, commit() does not notice.
+    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }

@@ -128,12 +128,13 @@ bool CCookieStore::Save()
     QSaveFile file(m_fileName);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(OwnerOnly))
         return false;
-    file.write(FileHeading);
+    QByteArray lines = FileHeading;
     for (const CCookie& cookie : m_cookies) {
         if (cookie.Persistent)
-            file.write(mdlCookieText::ToLine(cookie) + '\n');
+            lines += mdlCookieText::ToLine(cookie) + '\n';
     }
-    if (!file.commit()) // syncs before it renames
+    // What fails while the last of the bytes leave the buffer, commit() does not notice: a full disk would empty the file.
+    if (file.write(lines) != lines.size() || !file.flush() || !file.commit()) // commit syncs before it renames
         return false;
     SyncFolderOf(m_fileName);
     m_dirty = false;

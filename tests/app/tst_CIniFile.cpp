@@ -2,6 +2,7 @@
 // The INI file: what is read from good and bad files, what Save leaves alone, typed values.
 
 #include "app/CIniFile.h"
+#include "tests/support/CFileSizeLimit.h"
 
 #include <QDir>
 #include <QFile>
@@ -75,6 +76,7 @@ private Q_SLOTS:
     void Saving();
     void SaveAll();
     void SaveFails();
+    void FullDiskKeepsTheFile();
     void SavedTwiceIsTheSame();
     void SurvivesJunk();
     void HugeFileIsLeftAlone();
@@ -365,6 +367,22 @@ void tst_CIniFile::SaveFails()
     QVERIFY(directory.Load(parent.filePath(u"a.ini"_s)));
     QVERIFY(directory.Sections().isEmpty());
     QVERIFY(!directory.Save(u"A"_s));
+}
+
+void tst_CIniFile::FullDiskKeepsTheFile()
+{
+    const CIniFolder folder("[A]\r\na=1\r\n");
+    CIniFile ini = Loaded(folder, u"A"_s);
+    ini.SetData(u"a"_s, u"2"_s);
+    bool isSaved = true;
+    {
+        const CFileSizeLimit fullDisk(4);
+        isSaved = ini.Save(u"A"_s);
+    }
+    QVERIFY(!isSaved);
+    QCOMPARE(folder.Bytes(), QByteArray("[A]\r\na=1\r\n"));
+    QVERIFY(ini.Save(u"A"_s));
+    QCOMPARE(folder.Bytes(), QByteArray("[A]\r\na=2\r\n"));
 }
 
 void tst_CIniFile::SavedTwiceIsTheSame()

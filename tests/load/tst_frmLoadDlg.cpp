@@ -6,6 +6,7 @@
 #include "load/frmLoadDlg.h"
 #include "platform/text/Codepage932.h"
 #include "tests/board/CBoardFixture.h"
+#include "tests/support/CFileSizeLimit.h"
 #include "tests/support/CLoopServer.h"
 
 #include <QBuffer>
@@ -105,6 +106,7 @@ private Q_SLOTS:
     void WhatIsNotKept_data();
     void WhatIsNotKept();
     void AMissingFolderIsTold();
+    void AFullDiskIsTold();
     void OnlyOwnImagesAreFetched();
     void LinksOpenOutside_data();
     void LinksOpenOutside();
@@ -289,6 +291,16 @@ void tst_frmLoadDlg::AMissingFolderIsTold()
     fixture.Open();
     QTRY_COMPARE(fixture.Line(4), u"けやき掲示板をキャッシュに保存できませんでした。"_s);
     QVERIFY(fixture.Log().endsWith(u"けやき掲示板をキャッシュに保存できませんでした。\n"_s));
+}
+
+void tst_frmLoadDlg::AFullDiskIsTold()
+{
+    CDialogFixture fixture;
+    fixture.Serve(u"<p>page</p>"_s);
+    const CFileSizeLimit fullDisk(4);
+    fixture.Open();
+    QTRY_COMPARE(fixture.Line(4), u"けやき掲示板をキャッシュに保存できませんでした。"_s);
+    QVERIFY(!QFile::exists(fixture.CacheFile));
 }
 
 void tst_frmLoadDlg::OnlyOwnImagesAreFetched()

@@ -2,6 +2,7 @@
 // Cookies named like a board's address, their reach and their file.
 
 #include "platform/net/CCookieStore.h"
+#include "tests/support/CFileSizeLimit.h"
 #include "platform/net/CookieText.h"
 
 #include <QDir>
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void FileIsTheOwnersOnly();
     void UnreadableFileIsKept();
     void UnwritableFolderKeepsTheOldFile();
+    void FullDiskKeepsTheOldFile();
     void ServerCannotPushOutOwnCookies();
     void LaterEndAloneIsWrittenAtTheEnd();
 };
@@ -304,6 +306,22 @@ void tst_NetCookieStore::UnwritableFolderKeepsTheOldFile()
     QVERIFY(store.Load()); // a missing file is an empty store
     QVERIFY(!store.Set(At("http://h.jp/"), "n", QByteArray("v") + Future));
     QCOMPARE(store.Get(At("http://h.jp/")), QByteArray("n=v"));
+}
+
+void tst_NetCookieStore::FullDiskKeepsTheOldFile()
+{
+    const QUrl url = At("http://h.jp/");
+    CCookieStore store(FileName());
+    QVERIFY(store.Set(url, "n", QByteArray("password") + Future));
+    bool isSaved = true;
+    {
+        const CFileSizeLimit fullDisk(8);
+        isSaved = store.Set(url, "n", QByteArray("new") + Future);
+    }
+    QVERIFY(!isSaved);
+    CCookieStore next(FileName());
+    QVERIFY(next.Load());
+    QCOMPARE(next.Value(url, "n"), std::optional(QByteArray("password")));
 }
 
 void tst_NetCookieStore::ServerCannotPushOutOwnCookies()
