@@ -38,9 +38,12 @@ bool CBlockStore::Store(qint32 BBS_ID, QStringView Text, bool Read)
         if (m_batch.size() >= MaxBatchRecords)
             CloseBatch(BBS_ID);
     }
+    if (m_state.IsError)
+        return false; // the error's text stays in sight
     Q_EMIT ChangeState(u"スレッド情報を更新中..."_s, false, false);
     CloseBatch(BBS_ID);
-    Q_EMIT ChangeState(u"スレッド情報の更新を終了しました。"_s, false, false);
+    if (!m_state.IsError)
+        Q_EMIT ChangeState(u"スレッド情報の更新を終了しました。"_s, false, false);
     return result && !m_state.IsCancel && !m_state.IsError;
 }
 

@@ -242,11 +242,13 @@ void tst_MessageStore::FullDiskWithdrawsTheBatch()
     store.App.LogDB()->Checkpoint();
     store.App.LogDB()->SetMaxFileSize(QFileInfo(store.App.DatabaseFileName()).size());
     const QString big(100'000, u'大');
+    store.States.clear();
     QVERIFY(!store.Take(Block({CRecordText{.ID = u"4"_s}.Text(), CRecordText{.ID = u"5"_s, .Body = big}.Text(),
                                CRecordText{.ID = u"6"_s}.Text()})));
     QVERIFY(store.State.IsError);
     QCOMPARE(store.Errors, QStringList{u"Error(3026):ディスクの空き領域が足りません。"_s});
     QVERIFY(store.Logged.isEmpty()); // nothing is wrong with the record
+    QVERIFY(store.States.filter(u"スレッド情報"_s).isEmpty()); // the error is what the user goes on seeing
     QCOMPARE(store.Withdrawn.size(), 1u);
     QCOMPARE(store.Withdrawn[0].ID, 4);
     QCOMPARE(store.State.SaveCount, 3);
