@@ -5,6 +5,7 @@
 
 #include "app/Path.h"
 #include "board/CBBSProperty.h"
+#include "board/CLogParser.h"
 #include "platform/dao/Error.h"
 #include "platform/text/Codepage932.h"
 
@@ -31,12 +32,12 @@ CResult Refused(int Number, const QString& Description)
 
 CResult WriteRecord(const QString& FileName, const QString& LogText)
 {
-    constexpr char separator[] = "\r\n===--+--+--+--+--+--+--+--+--+--+--+--+--===\r\n";
     const QString path = mdlPath::DiskPath(FileName); // empty for a drive where there are none
     QFile file(path);
     if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Append))
         return Refused(NoAccess, u"ファイル「"_s + FileName + u"」を開けません。"_s);
-    const QByteArray record = text::To932(LogText) + separator;
+    // Closed like any record, so that the file can be read as a log again.
+    const QByteArray record = text::To932(LogText + u"\r\n"_s + CRecordCutter::SeparatorLine().toString() + u"\r\n"_s);
     if (file.write(record) != record.size() || !file.flush())
         return Refused(DiskFull, u"ファイル「"_s + FileName + u"」に書き込めません。"_s);
     return CResult::Ok();
