@@ -19,6 +19,8 @@ struct sqlite3;
 
 namespace jetsql {
 
+struct Definition;
+
 /// What a statement does; the numbers are the engine's own.
 enum class QueryType { Select = 0, Crosstab = 16, Delete = 32, Update = 48, Append = 64, MakeTable = 80, Ddl = 96, Union = 128, Compound = 160 };
 
@@ -70,7 +72,8 @@ struct Statement
     bool TopPercent = false;                ///< Top is a percentage: ceil(Top * rows / 100) rows
     int HiddenKeys = 0;
     QString EditableTable;                  ///< the one table whose rows these are; empty: rows cannot be edited
-    QString TargetTable;                    ///< the table that an Append, Update or Delete changes
+    QString TargetTable;                    ///< the table that an Append, Update or Delete changes; a MakeTable's new one
+    std::shared_ptr<const Definition> Ddl;  ///< of a Ddl: what is to be made or dropped; there is no Sql then
     std::vector<QString> Sources;           ///< every table read or written, each once
     bool UsesQueries = false;               ///< a saved query's text is part of it: stale when that query changes
     int LiteralCount = 0;
