@@ -12,6 +12,18 @@
 namespace dao
 {
 
+namespace
+{
+
+/// A text that is not empty has a block on the heap, with a header and what the heap keeps before it.
+qint64 TextSize(const QString& Text)
+{
+    constexpr qint64 blockSize = 32;
+    return qint64(sizeof(QString)) + (Text.isEmpty() ? 0 : blockSize + 2 * Text.size());
+}
+
+} // namespace
+
 CColumn::CColumn(FieldType Type)
     : m_type(Type)
 {
@@ -43,12 +55,22 @@ size_t CColumn::Count() const
     return std::visit([](const auto& Data) { return Data.size(); }, m_data);
 }
 
-void CColumn::Append(sqlite3_stmt* Statement, int Column, bool IsUtf16)
+qint64 CColumn::Append(sqlite3_stmt* Statement, int Column, bool IsUtf16)
 {
-    if (AppendTyped(Statement, Column, IsUtf16))
-        return;
-    Mix();
-    std::get<Mixed>(m_data).push_back(mdlValues::Read(Statement, Column, m_type, IsUtf16));
+    if (!AppendTyped(Statement, Column, IsUtf16)) {
+        Mix();
+        std::get<Mixed>(m_data).push_back(mdlValues::Read(Statement, Column, m_type, IsUtf16));
+    }
+    return LastSize();
+}
+
+qint64 CColumn::LastSize() const
+{
+    if (const auto* texts = std::get_if<Texts>(&m_data))
+        return TextSize(texts->back());
+    if (const auto* mixed = std::get_if<Mixed>(&m_data))
+        return qint64(sizeof(Value)) + (jetsql::IsNumber(mixed->back().Type()) ? 0 : TextSize(mixed->back().ToText()));
+    return std::holds_alternative<Longs>(m_data) ? sizeof(qint32) : sizeof(double);
 }
 
 bool CColumn::AppendTyped(sqlite3_stmt* Statement, int Column, bool IsUtf16)

@@ -23,8 +23,8 @@ class CColumn
 public:
     explicit CColumn(FieldType Type);
 
-    /// Adds the column of the statement's current row.
-    void Append(sqlite3_stmt* Statement, int Column, bool IsUtf16);
+    /// Adds the column of the statement's current row. About how many bytes of memory that took.
+    qint64 Append(sqlite3_stmt* Statement, int Column, bool IsUtf16);
 
     Value At(qsizetype Row) const;
     /// Null reads as 0 or empty; other types convert as Value does it.
@@ -41,6 +41,7 @@ private:
 
     bool AppendTyped(sqlite3_stmt* Statement, int Column, bool IsUtf16);
     bool AppendNull();
+    qint64 LastSize() const;
     size_t Count() const;
     Value FromLong(qint32 Data) const;
     Value FromDouble(double Data) const;

@@ -19,6 +19,11 @@ namespace
 constexpr int StatementsKept = 200;
 constexpr int MaxDepth = 5;
 
+/// SQLite's own steps between two looks at the clock: some 50 microseconds, or a few milliseconds where every step
+/// goes through a long text.
+constexpr int StepsBetweenLooks = 1000;
+constexpr int AskEveryMs = 5;
+
 QByteArray SavepointName(int Level) { return "\"level" + QByteArray::number(Level) + '"'; }
 
 } // namespace
@@ -68,6 +73,7 @@ void CConnection::Close()
 std::shared_ptr<CSqliteStatement> CConnection::Prepare(const QByteArray& Sql)
 {
     RequireOpen();
+    RequireIdle();
     const std::shared_ptr<CSqliteStatement>* known = m_statements.object(Sql);
     if (known && !(*known)->InUse)
         return *known;
@@ -81,6 +87,7 @@ std::shared_ptr<CSqliteStatement> CConnection::Prepare(const QByteArray& Sql)
 
 void CConnection::Execute(const char* Sql)
 {
+    RequireIdle();
     if (sqlite3_exec(Handle(), Sql, nullptr, nullptr, nullptr) != SQLITE_OK)
         Fail();
 }
@@ -89,6 +96,7 @@ void CConnection::Run(const QByteArray& Sql) { Execute(Sql.constData()); }
 
 qint64 CConnection::RunForNumber(const QByteArray& Sql)
 {
+    RequireIdle();
     const CSqliteStatement statement(Handle(), Sql);
     if (!statement.Handle())
         Fail();
@@ -122,6 +130,7 @@ void CConnection::Fail()
 void CConnection::Begin()
 {
     RequireOpen();
+    RequireIdle();
     if (m_depth == MaxDepth)
         throw jetsql::MakeError(3003);
     if (m_broken)
@@ -161,6 +170,7 @@ void CConnection::RollbackQuietly(const char* Sql)
 void CConnection::Rollback()
 {
     RequireOpen();
+    RequireIdle();
     if (m_depth == 0)
         throw jetsql::MakeError(3034);
     --m_depth;
@@ -192,6 +202,7 @@ void CConnection::Atomically(const std::function<void()>& Work)
 
 void CConnection::Checkpoint()
 {
+    RequireIdle();
     if (sqlite3_wal_checkpoint_v2(Handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr) != SQLITE_OK)
         Fail();
 }
@@ -203,6 +214,46 @@ void CConnection::LeaveLog()
     m_statements.clear();
     Execute("PRAGMA journal_mode=DELETE");
     m_isInLog = false;
+}
+
+void CConnection::SetProgress(std::function<bool()> KeepGoing)
+{
+    RequireOpen();
+    RequireIdle();
+    m_keepGoing = std::move(KeepGoing);
+    m_nextQuestion.setRemainingTime(AskEveryMs);
+    const auto look = [](void* Self) { return static_cast<CConnection*>(Self)->KeepsGoing() ? 0 : 1; };
+    sqlite3_progress_handler(m_handle, m_keepGoing ? StepsBetweenLooks : 0, m_keepGoing ? +look : nullptr, this);
+}
+
+bool CConnection::KeepsGoing()
+{
+    if (!m_keepGoing || m_isAsking || !m_nextQuestion.hasExpired())
+        return true;
+    m_isAsking = true;
+    bool answer = false; // nothing may be thrown through SQLite
+    try {
+        answer = m_keepGoing();
+    } catch (...) {
+    }
+    m_isAsking = false;
+    m_nextQuestion.setRemainingTime(AskEveryMs);
+    return answer;
+}
+
+void CConnection::CheckProgress()
+{
+    if (!KeepsGoing())
+        throw jetsql::MakeError(3059);
+}
+
+void CConnection::RequireIdle() const
+{
+    if (!m_isAsking)
+        return;
+    Error error = jetsql::MakeError(3211);
+    error.Description = QStringLiteral("別のクエリを実行しています。終わるか中止してから実行してください。");
+    throw error;
 }
 
 } // namespace dao

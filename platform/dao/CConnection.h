@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 #include <QCache>
+#include <QDeadlineTimer>
 #include <QString>
 
 #include <functional>
@@ -24,6 +25,10 @@ namespace dao
 class CConnection
 {
 public:
+    /// All the messages of a few decades fit; a cross join that somebody forgot the condition of is stopped before the
+    /// machine is out of memory.
+    static constexpr qint64 DefaultMaxResultSize = qint64(2) << 30;
+
     /// Takes the handle over. Opening it and its settings are OpenFile's.
     CConnection(sqlite3* Handle, QString FileName, bool IsReadOnly);
     ~CConnection();
@@ -65,9 +70,22 @@ public:
     void Checkpoint();
     void LeaveLog();
 
+    /// KeepGoing is asked every few milliseconds while statements work; false ends the one at work with 3059.
+    /// Empty: nobody is asked.
+    void SetProgress(std::function<bool()> KeepGoing);
+    /// Asks KeepGoing where it is due and throws 3059 at a no. For loops of our own that run no statement.
+    void CheckProgress();
+    /// 3211 while KeepGoing is being asked: the statement that asks is not over.
+    void RequireIdle() const;
+
+    /// Bytes that the rows of one result may take in memory.
+    qint64 MaxResultSize() const { return m_maxResultSize; }
+    void SetMaxResultSize(qint64 Bytes) { m_maxResultSize = Bytes; }
+
 private:
     void Execute(const char* Sql);
     void RollbackQuietly(const char* Sql);
+    bool KeepsGoing();
 
     sqlite3* m_handle;
     QString m_fileName;
@@ -76,6 +94,10 @@ private:
     bool m_isInLog = false;
     int m_depth = 0;
     std::optional<Error> m_broken; ///< why the running transaction is gone
+    std::function<bool()> m_keepGoing;
+    QDeadlineTimer m_nextQuestion;
+    bool m_isAsking = false;
+    qint64 m_maxResultSize = DefaultMaxResultSize;
     QCache<QByteArray, std::shared_ptr<CSqliteStatement>> m_statements;
 };
 

@@ -33,6 +33,8 @@ bool CRun::Step()
     const int code = sqlite3_step(m_statement->Handle());
     if (code == SQLITE_ROW)
         return true;
+    if ((code & 0xff) == SQLITE_FULL && sqlite3_stmt_readonly(m_statement->Handle()))
+        throw jetsql::MakeError(3183); // what it sorts or counts has filled the disk of the temporary files
     if (code != SQLITE_DONE)
         m_connection.Fail();
     return false;

@@ -31,6 +31,7 @@ public:
         }
     }
 
+    CConnection& Connection() const { return m_connection; }
     sqlite3_stmt* Handle() const { return m_statement->Handle(); }
     Value Column(int Index, FieldType Type) const;
     QString Text(int Index) const;

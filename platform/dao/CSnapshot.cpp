@@ -15,7 +15,7 @@ CSnapshot::CSnapshot(std::shared_ptr<CSession> Session, const CSession::Filled& 
     const std::vector<Value> values = CSession::BoundValues(Query, true);
     CRun run(connection, Query.Statement.Sql);
     CSession::Bind(run, values);
-    m_rows = CRowStore(run, Columns(), limit, connection.HasUtf16());
+    m_rows = CRowStore(run, Columns(), limit);
     Position().Open(m_rows.Count());
 }
 

@@ -44,6 +44,7 @@ std::unique_ptr<Database> Database::Create(const QString& FileName)
 CSession& Database::Session() const
 {
     m_session->Connection().RequireOpen();
+    m_session->Connection().RequireIdle();
     return *m_session;
 }
 
@@ -53,7 +54,11 @@ bool Database::IsReadOnly() const { return m_session->Connection().IsReadOnly();
 
 bool Database::IsOpen() const { return m_session->Connection().IsOpen(); }
 
-void Database::Close() { m_session->Close(); }
+void Database::Close()
+{
+    m_session->Connection().RequireIdle();
+    m_session->Close();
+}
 
 void Database::Checkpoint() { Session().Connection().Checkpoint(); }
 
@@ -131,6 +136,10 @@ std::unique_ptr<QueryDef> Database::FindQueryDef(const QString& QueryName)
 void Database::DeleteQueryDef(const QString& QueryName) { Session().QueriesToChange().DeleteQuery(QueryName); }
 
 void Database::SetBusyTimeout(int Milliseconds) { sqlite3_busy_timeout(Session().Connection().Handle(), Milliseconds); }
+
+void Database::SetProgress(std::function<bool()> KeepGoing) { Session().Connection().SetProgress(std::move(KeepGoing)); }
+
+void Database::SetMaxResultSize(qint64 Bytes) { Session().Connection().SetMaxResultSize(Bytes); }
 
 void Database::SetMaxFileSize(qint64 Bytes)
 {

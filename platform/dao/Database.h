@@ -14,6 +14,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -96,6 +97,15 @@ public:
     /// Refuses to let the file grow beyond so many bytes, rounded down to whole pages: error 3026 as with a full disk.
     /// 0: no limit.
     void SetMaxFileSize(qint64 Bytes);
+
+    /// KeepGoing is asked every few milliseconds while a statement works or its rows are read into memory; false ends
+    /// the statement with 3059 and leaves the file as it was. A writing statement that is ended so within a
+    /// transaction takes the transaction with it, as a full disk does. KeepGoing runs inside of the statement: it may
+    /// read snapshots, but every other use of this database is refused with 3211, and it must not throw. An empty one
+    /// ends the asking, which costs nothing then.
+    void SetProgress(std::function<bool()> KeepGoing);
+    /// Most bytes that the rows of one result may take in memory, 2 GiB unless set; beyond it 3183.
+    void SetMaxResultSize(qint64 Bytes);
 
 private:
     friend class QueryDef;

@@ -124,10 +124,11 @@ Error FailedOpen(int Code, const QString& FileName)
     return mdlSqliteErrors::FromCode((Code & 0xff) == SQLITE_NOTADB ? SQLITE_CORRUPT : Code, FileName);
 }
 
-/// Pages are written at commit; 32 MiB of them spare the re-reading of index pages in a long receive.
+/// Pages are written at commit; 32 MiB of them spare the re-reading of index pages in a long receive. What a query sorts
+/// or tells apart goes to a temporary file beyond that: somebody's cross join must not take all memory.
 constexpr const char* Settings = "PRAGMA synchronous=FULL;"
                                  "PRAGMA foreign_keys=OFF;"
-                                 "PRAGMA temp_store=MEMORY;"
+                                 "PRAGMA temp_store=FILE;"
                                  "PRAGMA cell_size_check=ON;"
                                  "PRAGMA cache_size=-32768";
 

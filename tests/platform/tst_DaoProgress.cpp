@@ -1,0 +1,164 @@
+// tests/platform/tst_DaoProgress.cpp
+// Statements that are broken off, statements within the question, results that would fill the memory.
+
+#include "tests/support/DaoHelpers.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace mdlDaoHelpers;
+using dao::Database;
+
+class tst_DaoProgress : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void Stopped_data();
+    void Stopped();
+    void StoppedInATransaction();
+    void NothingRunsWithin();
+    void AskedWhileRowsAreRead();
+    void TooLarge_data();
+    void TooLarge();
+
+private:
+    int Run(const QString& Sql)
+    {
+        return ErrorNumber([&] {
+            if (Sql.startsWith(u"SELECT"_s))
+                m_db->OpenRecordset(Sql)->MoveLast();
+            else
+                m_db->Execute(Sql);
+        });
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Database> m_db;
+};
+
+void tst_DaoProgress::init()
+{
+    m_db.reset();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_db = Database::Create(m_folder->filePath(u"a.mdb"_s));
+    dao::TableDef table;
+    table.Name = u"N"_s;
+    table.Fields = {Field(u"ID"_s, dao::FieldType::Long), Field(u"T"_s, dao::FieldType::Text, 50, true)};
+    m_db->AppendTable(table);
+    const dao::CTransaction transaction(*m_db);
+    for (int number = 0; number < 500; ++number)
+        m_db->Execute(u"INSERT INTO N VALUES(%1, 'text %1')"_s.arg(number));
+    m_db->CommitTrans();
+}
+
+void tst_DaoProgress::Stopped_data()
+{
+    QTest::addColumn<QString>("sql");
+    const QString cross = u" FROM N AS a, N AS b, N AS c, N AS d"_s; // 62,500,000,000 rows
+    QTest::newRow("counting") << u"SELECT Count(*)"_s + cross;
+    QTest::newRow("rows into memory") << u"SELECT a.ID, b.T"_s + cross;
+    QTest::newRow("sorting") << u"SELECT a.T"_s + cross + u" ORDER BY b.T & c.T"_s;
+    QTest::newRow("telling apart") << u"SELECT DISTINCT a.T & b.T & c.T"_s + cross;
+    QTest::newRow("grouping") << u"SELECT a.T & b.T, Count(*)"_s + cross + u" GROUP BY a.T & b.T"_s;
+    QTest::newRow("percent of them") << u"SELECT TOP 10 PERCENT a.ID"_s + cross;
+    QTest::newRow("appending") << u"INSERT INTO N(ID, T) SELECT a.ID, 'x'"_s + cross;
+    QTest::newRow("updating")
+        << u"UPDATE N SET T = 'x' WHERE (SELECT Count(*)"_s + cross + u" WHERE a.ID > N.ID) > 0"_s;
+    QTest::newRow("deleting") << u"DELETE FROM N WHERE (SELECT Count(*)"_s + cross + u" WHERE a.ID >= N.ID) > 0"_s;
+}
+
+void tst_DaoProgress::Stopped()
+{
+    QFETCH(QString, sql);
+    QElapsedTimer clock;
+    clock.start();
+    int questions = 0;
+    m_db->SetProgress([&] {
+        ++questions;
+        return clock.elapsed() < 150;
+    });
+    QCOMPARE(Run(sql), 3059);
+    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(questions > 1 && questions < 200, qPrintable(QString::number(questions)));
+    m_db->SetProgress({});
+    QCOMPARE(Rows(*m_db, u"SELECT Count(*), Max(T) FROM N"_s), QStringList({u"500|text 99"_s}));
+    QCOMPARE(Run(u"DELETE FROM N WHERE ID < 10"_s), 0);
+    QCOMPARE(m_db->RecordsAffected(), 10);
+}
+
+void tst_DaoProgress::StoppedInATransaction()
+{
+    m_db->BeginTrans();
+    m_db->Execute(u"DELETE FROM N WHERE ID < 10"_s);
+    m_db->SetProgress([] { return false; });
+    QCOMPARE(Run(u"SELECT Count(*) FROM N AS a, N AS b, N AS c"_s), 3059); // only reads: the transaction goes on
+    QCOMPARE(Run(u"INSERT INTO N(ID) SELECT a.ID FROM N AS a, N AS b, N AS c"_s), 3059);
+    m_db->SetProgress({});
+    QCOMPARE(Run(u"DELETE FROM N"_s), 3059); // never half a transaction
+    QCOMPARE(ErrorNumber([&] { m_db->CommitTrans(); }), 3059);
+    m_db->Rollback();
+    QCOMPARE(Rows(*m_db, u"SELECT Count(*) FROM N"_s), QStringList({u"500"_s}));
+    QCOMPARE(Run(u"DELETE FROM N"_s), 0);
+}
+
+void tst_DaoProgress::NothingRunsWithin()
+{
+    const auto held = m_db->OpenRecordset(u"SELECT ID FROM N WHERE ID < 2 ORDER BY ID"_s);
+    const auto table = m_db->OpenRecordset(u"N"_s, dao::RecordsetType::Table);
+    QList<int> numbers;
+    m_db->SetProgress([&] {
+        numbers = {ErrorNumber([&] { m_db->OpenRecordset(u"SELECT 1"_s); }),
+                   ErrorNumber([&] { m_db->Execute(u"DELETE FROM N"_s); }),
+                   ErrorNumber([&] { m_db->CreateQueryDef(u"q"_s, u"SELECT 1"_s); }),
+                   ErrorNumber([&] { m_db->BeginTrans(); }),
+                   ErrorNumber([&] { table->MoveLast(); }),
+                   ErrorNumber([&] { m_db->SetProgress({}); }),
+                   ErrorNumber([&] { m_db->Close(); }),
+                   ErrorNumber([&] { held->MoveLast(); })};
+        return false;
+    });
+    QCOMPARE(Run(u"SELECT Count(*) FROM N AS a, N AS b, N AS c"_s), 3059);
+    QCOMPARE(numbers, QList<int>({3211, 3211, 3211, 3211, 3211, 3211, 3211, 0}));
+    QCOMPARE(held->Long(0), 1);
+    m_db->SetProgress([]() -> bool { throw 1; });
+    QCOMPARE(Run(u"SELECT Count(*) FROM N AS a, N AS b, N AS c"_s), 3059);
+    m_db->SetProgress({});
+    table->MoveLast();
+    QCOMPARE(Rows(*m_db, u"SELECT Count(*) FROM N"_s), QStringList({u"500"_s}));
+}
+
+/// A yes changes nothing about the rows.
+void tst_DaoProgress::AskedWhileRowsAreRead()
+{
+    int questions = 0;
+    m_db->SetProgress([&] { return ++questions > 0; });
+    const auto rows = m_db->OpenRecordset(u"SELECT a.ID FROM N AS a, N AS b"_s);
+    rows->MoveLast();
+    QCOMPARE(rows->RecordCount(), 250000);
+    QVERIFY(questions > 0);
+}
+
+void tst_DaoProgress::TooLarge_data()
+{
+    QTest::addColumn<QString>("columns");
+    QTest::newRow("numbers") << u"a.ID"_s;
+    QTest::newRow("texts") << u"a.T"_s;
+    QTest::newRow("of mixed kinds") << u"IIf(a.ID Mod 2 = 0, a.ID, a.T)"_s;
+}
+
+void tst_DaoProgress::TooLarge()
+{
+    QFETCH(QString, columns);
+    const QString sql = u"SELECT TOP %1 "_s + columns + u" FROM N AS a, N AS b"_s;
+    m_db->SetMaxResultSize(100000);
+    QCOMPARE(Run(sql.arg(200)), 0);
+    QCOMPARE(Run(sql.arg(100000)), 3183);
+    QCOMPARE(Run(u"SELECT Count(*) FROM N AS a, N AS b"_s), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_DaoProgress)
+#include "tst_DaoProgress.moc"
