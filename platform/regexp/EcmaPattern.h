@@ -1,0 +1,63 @@
+// platform/regexp/EcmaPattern.h
+// Reads the expressions that users know from scripts (ECMAScript 3) and writes them for PCRE2.
+
+#ifndef REGEXP_ECMAPATTERN_H
+#define REGEXP_ECMAPATTERN_H
+
+#include <QString>
+
+namespace regexp
+{
+
+struct COptions
+{
+    bool IgnoreCase = false;
+    bool Multiline = false; ///< ^ and $ also behind and before each CR and each LF
+};
+
+/// What an expression may have wrong. TooLarge: it is sound, but more than the matcher can hold.
+enum class Fault {
+    None,
+    OpenGroup,
+    StrayParenthesis,
+    OpenClass,
+    NothingToRepeat,
+    TooManyRepeats,
+    ReversedBounds,
+    ReversedRange,
+    TrailingBackslash,
+    UnknownGroup,
+    TooDeep,
+    TooLarge,
+};
+
+/// What Fault means, in a sentence for the user; empty for None.
+QString FaultText(Fault What);
+
+/// An expression as PCRE2 takes it.
+struct CEcmaPattern
+{
+    /// Upper bounds of what is read. PCRE2 holds the number of a repetition in 16 bits and recurses into groups.
+    static constexpr int MaxRepeats = 65535;
+    static constexpr int MaxDepth = 200;
+
+    QString Pcre;       ///< empty in case of a fault
+    int GroupCount = 0; ///< groups that capture
+    Fault What = Fault::None;
+    qsizetype Offset = -1; ///< where in the expression the fault is, in UTF-16 units
+
+    /// Reads Source. Never recurses; takes time linear in its length, but for classes with very many ranges.
+    ///
+    /// The result has no meaning but its plain one: literals and classes are spelled by their codes, ^ $ . \b and back
+    /// references as the dialect of scripts wants them. It expects PCRE2 without UTF, with LF as the only newline, a
+    /// dot that takes it, unset groups matching empty and, for IgnoreCase, the caseless option.
+    ///
+    /// Callouts stand wherever a match may come by in more than one way, so that the caller can count its steps: the
+    /// compiled matcher counts those of loops only, and (a|a)(a|a)… would go on for years. A callout before a back
+    /// reference carries the number of its group (255 for the later ones), the others carry 0.
+    static CEcmaPattern Read(QStringView Source, const COptions& Options = {});
+};
+
+} // namespace regexp
+
+#endif // REGEXP_ECMAPATTERN_H

@@ -1,0 +1,299 @@
+// tests/platform/tst_RegexpExpression.cpp
+// The dialect of expressions, what it refuses, all matches of a text, and that no expression hangs.
+
+#include "platform/regexp/CScan.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using regexp::CExpression;
+using regexp::COptions;
+using regexp::CScan;
+using regexp::Fault;
+using regexp::Outcome;
+
+namespace
+{
+
+/// Every match as its place and text, "0:ab 2:"; the groups of a match in brackets, "-" for one that took no part.
+QString Matches(const CExpression& Expression, const QString& Text)
+{
+    QStringList all;
+    CScan scan(Expression, Text);
+    while (scan.Next() == Outcome::Found) {
+        QString match = u"%1:%2"_s.arg(scan.Match().Index).arg(Text.mid(scan.Match().Index, scan.Match().Length));
+        for (int i = 1; i <= Expression.GroupCount(); ++i) {
+            const auto span = scan.Group(i);
+            match += span.Index < 0 ? u"[-]"_s : u"[%1]"_s.arg(Text.mid(span.Index, span.Length));
+        }
+        all << match;
+    }
+    return all.join(u' ');
+}
+
+/// "i" and "m" in Letters.
+COptions Options(const QString& Letters) { return {Letters.contains(u'i'), Letters.contains(u'm')}; }
+
+} // namespace
+
+class tst_RegexpExpression : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void Match_data();
+    void Match();
+    void Refused_data();
+    void Refused();
+    void EveryClassUnit_data();
+    void EveryClassUnit();
+    void StartAndGroups();
+    void Hopeless_data();
+    void Hopeless();
+    void Limits();
+};
+
+void tst_RegexpExpression::Match_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("matches");
+    const auto row = [](const char* What, const QString& Pattern, const QString& Text, const QString& Wanted,
+                        const QString& Letters = {}) { QTest::newRow(What) << Pattern << Letters << Text << Wanted; };
+
+    row("empty expression", u""_s, u"ab"_s, u"0: 1: 2:"_s);
+    row("empty matches among others", u"x*"_s, u"axxb"_s, u"0: 1:xx 3: 4:"_s);
+    row("leftmost, first alternative", u"b|ab|abc"_s, u"abc"_s, u"0:ab"_s);
+    row("alternative of nothing", u"(|a)b"_s, u"ab"_s, u"0:ab[a]"_s);
+    row("lazy forms", u"a+?|b{2,3}?|c??d"_s, u"aabbbcd"_s, u"0:a 1:a 2:bb 5:cd"_s);
+    row("counts", u"a{2}|b{2,}|c{1,2}"_s, u"aaabbbccc"_s, u"0:aa 3:bbb 6:cc 8:c"_s);
+    row("groups", u"(a)(?:b)(c)?"_s, u"abab c abc"_s, u"0:ab[a][-] 2:ab[a][-] 7:abc[a][c]"_s);
+    row("lookahead", u"a(?=b)|b(?!c)"_s, u"abbc"_s, u"0:a 1:b"_s);
+    row("lookahead that starts with an option", u"(?=a?b)ab"_s, u"ab"_s, u"0:ab"_s);
+    row("group in a lookahead", u"(?=(a+))a*b\\1"_s, u"baaabac"_s, u"3:aba[a]"_s);
+    row("repeated lookahead", u"(?=a)*b|(?!b){2}c"_s, u"bc"_s, u"0:b 1:c"_s);
+
+    row("dot takes CR and halves, not LF", u"."_s, u"a\r\n\u2028\U0001F600"_s,
+        u"0:a 1:\r 3:\u2028 4:\xD83D 5:\xDE00"_s);
+    row("ends are those of the text", u"^a|b$"_s, u"a\nab\nb\n"_s, u"0:a"_s);
+    row("ends of lines", u"^.|.$"_s, u"ab\ncd\ref"_s, u"0:a 1:b 3:c 4:d 6:e 7:f"_s, u"m"_s);
+    row("CR LF has an empty line inside", u"^$"_s, u"a\r\nb"_s, u"2:"_s, u"m"_s);
+    row("end before a final line feed", u"a$"_s, u"a\n"_s, u"0:a"_s, u"m"_s);
+    row("word edges are ASCII", u"\\b\\w+\\b"_s, u"漢abé1_表"_s, u"1:ab 4:1_"_s);
+    row("no word edge", u"\\Ba"_s, u"aa 漢a"_s, u"1:a"_s);
+
+    row("digits, words, blanks in ASCII", u"\\d|\\w|\\s"_s, u"１é\u3000\u00A0あ7_\t\v"_s, u"5:7 6:_ 7:\t 8:\v"_s);
+    row("their complements", u"\\D\\W\\S"_s, u"a\u3000b"_s, u"0:a\u3000b"_s);
+    row("control escapes", u"\\f\\n\\r\\t\\v\\cJ\\x41\\u3042\\0"_s, u"\f\n\r\t\v\nAあ"_s + QChar(0),
+        u"0:\f\n\r\t\v\nAあ"_s + QChar(0));
+    row("incomplete codes are letters", u"\\x4\\u30\\c1"_s, u"x4u30c1"_s, u"0:x4u30c1"_s);
+    row("Perl's escapes are letters", u"\\a\\e\\z\\A\\Z\\G\\K\\Q.\\E\\h\\R\\X\\p\\N\\C"_s, u"aezAZGKQ.EhRXpNC"_s,
+        u"0:aezAZGKQ.EhRXpNC"_s);
+    row("escaped signs", u"\\.\\*\\(\\[\\{\\\\\\/\\#\\表"_s, u".*([{\\/#表"_s, u"0:.*([{\\/#表"_s);
+    row("braces that count nothing", u"a{,2}{b}{2,x}{"_s, u"a{,2}{b}{2,x}{"_s, u"0:a{,2}{b}{2,x}{"_s);
+    row("closing signs alone", u"]}a"_s, u"]}a"_s, u"0:]}a"_s);
+    row("no comments, no extended mode", u"a #b"_s, u"a #b"_s, u"0:a #b"_s);
+
+    row("back reference", u"(a|b)\\1"_s, u"abba"_s, u"1:bb[b]"_s);
+    row("group without part is empty", u"(a)?b\\1c"_s, u"bc"_s, u"0:bc[-]"_s);
+    row("forward reference", u"\\2(a)(b)"_s, u"ab"_s, u"0:ab[a][b]"_s);
+    row("ten groups", u"()()()()()()()()()(a)\\10"_s, u"aa"_s, u"0:aa[][][][][][][][][][a]"_s);
+    row("group 1 and a digit", u"(a)\\12"_s, u"aa2"_s, u"0:aa2[a]"_s);
+    row("octal without such a group", u"\\101\\61\\477\\1"_s, u"A1'7\u0001"_s, u"0:A1'7\u0001"_s);
+    row("8 and 9 are digits", u"\\8\\9"_s, u"89"_s, u"0:89"_s);
+    row("parentheses in a class are no groups", u"[(]\\1"_s, u"(\u0001"_s, u"0:(\u0001"_s);
+    row("escaped parenthesis is no group", u"\\(\\1"_s, u"(\u0001"_s, u"0:(\u0001"_s);
+
+    row("class", u"[a-c-][^a-c]"_s, u"-d"_s, u"0:-d"_s);
+    row("hyphens and signs in a class", u"[-a]|[b-]|[.*^$|]"_s, u"-b$x"_s, u"0:- 1:b 2:$"_s);
+    row("bracket and no POSIX name", u"[[:a:]]"_s, u":] a] b]"_s, u"0::] 3:a]"_s);
+    row("escapes in a class", u"[\\b\\]\\\\\\x41\\101-C\\-]"_s, u"\b]\\AC-"_s, u"0:\b 1:] 2:\\ 3:A 4:C 5:-"_s);
+    row("class letter at a range", u"[\\w-.]|[!-\\d]"_s, u"a-.!,7"_s, u"0:a 1:- 2:. 3:! 5:7"_s);
+    row("complements together", u"[\\s\\S]"_s, u"\n"_s, u"0:\n"_s);
+    row("empty class", u"a[]|b[]*|[]?c"_s, u"abc"_s, u"1:b 2:c"_s);
+    row("class of everything", u"[^]{2}[^]*"_s, u"a\nb\r"_s, u"0:a\nb\r"_s);
+    row("negated class of everything", u"a[^\\s\\S]?"_s, u"ab"_s, u"0:a"_s);
+
+    row("case counts", u"abcÉ"_s, u"ABCé"_s, u""_s);
+    row("case", u"aBcé[é-í][^Ａ]"_s, u"AbCÉÍａaBCÉÍb"_s, u"6:aBCÉÍb"_s, u"i"_s);
+    row("case of wide and Greek letters", u"Ａσ"_s, u"ａς"_s, u"0:ａς"_s, u"i"_s);
+    row("nothing folds into ASCII", u"[a-z]|k|s|i"_s, u"\u212A\u017F\u0130\u0131"_s, u""_s, u"i"_s);
+    row("nor ASCII out of it", u"\u212A|\u017F"_s, u"kKsS"_s, u""_s, u"i"_s);
+    row("kana have no case", u"あ|っ|ｱ"_s, u"アつア"_s, u""_s, u"i"_s);
+    row("back reference without case", u"(ab)\\1"_s, u"abAB"_s, u"0:abAB[ab]"_s, u"i"_s);
+    row("half of a pair", u"[\\uDE00-\\uDE0F]"_s, u"\U0001F600"_s, u"1:\xDE00"_s);
+}
+
+void tst_RegexpExpression::Match()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, options);
+    QFETCH(QString, text);
+    QFETCH(QString, matches);
+    const CExpression expression(pattern, Options(options));
+    QVERIFY2(expression.IsValid(), qPrintable(expression.ErrorText()));
+    QCOMPARE(Matches(expression, text), matches);
+}
+
+void tst_RegexpExpression::Refused_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<qsizetype>("offset");
+    const auto row = [](const QString& Pattern, Fault What, qsizetype Offset) {
+        QTest::newRow(qPrintable(Pattern.left(12))) << Pattern << What << Offset;
+    };
+    row(u"a(b"_s, Fault::OpenGroup, 1);
+    row(u"(a(b)(?:c"_s, Fault::OpenGroup, 5);
+    row(u"a)b"_s, Fault::StrayParenthesis, 1);
+    row(u"a[b"_s, Fault::OpenClass, 1);
+    row(u"[]a"_s, Fault::None, -1);
+    row(u"[a\\]"_s, Fault::OpenClass, 0);
+    row(u"a\\"_s, Fault::TrailingBackslash, 1);
+    row(u"[a\\"_s, Fault::TrailingBackslash, 2);
+    for (const QString& pattern : {u"*a"_s, u"+"_s, u"?"_s, u"{2}"_s})
+        row(pattern, Fault::NothingToRepeat, 0);
+    for (const QString& pattern : {u"a|*"_s, u"a**"_s, u"a++"_s, u"a*+"_s, u"^|+"_s})
+        row(pattern, Fault::NothingToRepeat, 2);
+    for (const QString& pattern : {u"^*"_s, u"$?"_s, u"(*a)"_s})
+        row(pattern, Fault::NothingToRepeat, 1);
+    row(u"(?:+)"_s, Fault::NothingToRepeat, 3);
+    row(u"\\b+"_s, Fault::NothingToRepeat, 2);
+    row(u"a{2}{3}"_s, Fault::NothingToRepeat, 4);
+    row(u"a???"_s, Fault::NothingToRepeat, 3);
+    row(u"ab{3,2}"_s, Fault::ReversedBounds, 2);
+    row(u"a{65536}"_s, Fault::TooManyRepeats, 1);
+    row(u"a{0,99999999999999999999}"_s, Fault::TooManyRepeats, 1);
+    row(u"[xb-a]"_s, Fault::ReversedRange, 2);
+    row(u"[\\x62-\\x61]"_s, Fault::ReversedRange, 1);
+    for (const QString& pattern : {u"(?i)a"_s, u"(?<n>a)"_s, u"(?<=a)b"_s, u"(?<!a)"_s, u"(?>a)"_s, u"(?#a)"_s,
+                                   u"(?P<n>a)"_s, u"(?R)"_s, u"(?|a)"_s, u"(?"_s, u"(?)"_s, u"(?C1)"_s})
+        row(pattern, Fault::UnknownGroup, 0);
+    row(QString(201, u'('), Fault::TooDeep, 200);
+    row(QString(40'000, u'あ'), Fault::TooLarge, -1);
+    row(u"((a{9}b){999}){999}"_s, Fault::TooLarge, -1);
+}
+
+void tst_RegexpExpression::Refused()
+{
+    QFETCH(QString, pattern);
+    QFETCH(Fault, fault);
+    QFETCH(qsizetype, offset);
+    const CExpression expression(pattern);
+    QCOMPARE(expression.Reason(), fault);
+    QCOMPARE(expression.FaultOffset(), offset);
+    QCOMPARE(expression.ErrorText().isEmpty(), fault == Fault::None);
+    if (fault != Fault::None)
+        QCOMPARE(CScan(expression, pattern).Next(), Outcome::NotFound);
+}
+
+void tst_RegexpExpression::EveryClassUnit_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("members");
+    QTest::newRow("digits") << u"\\d"_s << u"0123456789"_s;
+    QTest::newRow("blanks") << u"\\s"_s << u"\t\n\v\f\r "_s;
+    QTest::newRow("words but letters") << u"[^\\WA-Za-z]"_s << u"0123456789_"_s;
+    QTest::newRow("overlapping ranges") << u"[c-ea-db]"_s << u"abcde"_s;
+    QTest::newRow("not dot") << u"[^\\u0000-\\u0009\\u000b-\\uffff]"_s << u"\n"_s;
+}
+
+void tst_RegexpExpression::EveryClassUnit()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, members);
+    QString units(0x10000, Qt::Uninitialized);
+    for (int i = 0; i < units.size(); ++i)
+        units[i] = QChar(i);
+    const CExpression expression(pattern);
+    CScan scan(expression, units);
+    QString found;
+    while (scan.Next() == Outcome::Found)
+        found += units.mid(scan.Match().Index, scan.Match().Length);
+    QCOMPARE(found, members);
+}
+
+void tst_RegexpExpression::StartAndGroups()
+{
+    const CExpression expression(u"^a|\\bb|(c)"_s);
+    const QString text = u"aabbc"_s;
+    CScan scan(expression, text, 1);
+    QCOMPARE(scan.Next(), Outcome::Found); // neither ^ nor \b is at the place where the search begins
+    QCOMPARE(scan.Match(), (regexp::CSpan{4, 1}));
+    QCOMPARE(scan.Group(1), (regexp::CSpan{4, 1}));
+    QCOMPARE(scan.Group(2), regexp::CSpan{});
+    QCOMPARE(scan.Next(), Outcome::NotFound);
+    QCOMPARE(scan.Match(), regexp::CSpan{});
+    QCOMPARE(scan.Next(), Outcome::NotFound);
+    QCOMPARE(CScan(expression, text, 99).Next(), Outcome::NotFound);
+    CScan beforeTheStart(expression, text, -5);
+    QCOMPARE(beforeTheStart.Next(), Outcome::Found);
+    QCOMPARE(CScan(expression, QStringView()).Next(), Outcome::NotFound);
+}
+
+void tst_RegexpExpression::Hopeless_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("text");
+    const QString as(50'000, u'a');
+    QTest::newRow("loop in a loop") << u"^(a+)+$"_s << as + u'b';
+    QTest::newRow("alternatives without a loop") << u"(?:a|a)"_s.repeated(40) + u"[yz]"_s << as;
+    QTest::newRow("counted alternatives") << u"(?:a|a){40}[yz]"_s << as;
+    QTest::newRow("options") << u"a?"_s.repeated(40) + u"(?:a){40}[yz]"_s << as.left(41);
+    QTest::newRow("optional groups") << u"(a)?"_s.repeated(40) + u"[yz]"_s << as;
+    QTest::newRow("one repetition behind the other") << u"[^]*a[^]*a[^]*a[^]*[yz]"_s << as;
+    QTest::newRow("lazy ones") << u"[^]*?a[^]*?a[^]*?[yz]"_s << as;
+    QTest::newRow("repetition from every place") << u"[ab]b?a*[yz]"_s << as;
+    QTest::newRow("back reference at every place") << u"(a*)b?\\1[yz]"_s << as;
+    QTest::newRow("back reference in a loop") << u"(a*)(?:\\1)*[yz]"_s << as;
+    QTest::newRow("late back reference") << u"()"_s.repeated(300) + u"(a*)b?\\301[yz]"_s << as;
+    QTest::newRow("empty matches that look far ahead") << u"(?=[^]*[yz])|(?=[^]*b)"_s << as;
+    QTest::newRow("deep going back") << u"(?:a(?:a|b))*[yz]"_s << as;
+}
+
+void tst_RegexpExpression::Hopeless()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, text);
+    QElapsedTimer timer;
+    timer.start();
+    const CExpression expression(pattern);
+    QVERIFY2(expression.IsValid(), qPrintable(expression.ErrorText()));
+    CScan scan(expression, text);
+    while (scan.Next() == Outcome::Found) {
+    }
+    const Outcome end = scan.Next(); // the answer stays
+    QVERIFY(end == Outcome::GaveUp || end == Outcome::NotFound);
+    QVERIFY2(timer.elapsed() < 4'000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_RegexpExpression::Limits()
+{
+    const CExpression nested(QString(200, u'(') + u'a' + QString(200, u')'));
+    QCOMPARE(nested.GroupCount(), 200);
+    QCOMPARE(CScan(nested, u"a").Next(), Outcome::Found);
+
+    const QString chapter(20'000, u'表');
+    const QString book = u'a' + chapter;
+    const CExpression whole(chapter);
+    QCOMPARE(CScan(whole, book).Next(), Outcome::Found);
+    QVERIFY(CExpression(u"[a-c]"_s.repeated(2'000), {true, true}).IsValid());
+
+    // The allowance is for hopeless cases; a long text with many matches, or one far away, is no such case.
+    const QString text = (QString(200, u'あ') + u"foo bar 12\r\n"_s).repeated(5'000);
+    const CExpression honest(u"(\\w+) +.*?\\d+(?=\\r?\\n)"_s);
+    int count = 0;
+    for (CScan scan(honest, text); scan.Next() == Outcome::Found;)
+        ++count;
+    QCOMPARE(count, 5'000);
+    const QString end = text + u"あz"_s;
+    const CExpression farAway(u"あ+z"_s);
+    CScan scan(farAway, end);
+    QCOMPARE(scan.Next(), Outcome::Found);
+    QCOMPARE(scan.Match(), (regexp::CSpan{text.size(), 2}));
+}
+
+QTEST_GUILESS_MAIN(tst_RegexpExpression)
+#include "tst_RegexpExpression.moc"
