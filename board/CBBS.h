@@ -17,6 +17,7 @@ class Application;
 class CBlockStore;
 class CPageFetcher;
 class CQueryRunner;
+class QueryWatch;
 struct CRunState;
 
 namespace dao
@@ -67,8 +68,12 @@ public:
     /// committed is withdrawn and ends the receive as an error; never throws.
     void CommitPending();
 
+    /// Who is told of queries that run, and may stop them; must outlive this object. Null: nobody.
+    void SetQueryWatch(QueryWatch* Watch);
+    QueryWatch* Watch() const;
+
     /// Runs a statement and gives its query type. Rows are kept until the next query. Parameters are asked from the user;
-    /// cancelling one stops the query as error 3059. Throws dao::Error; the previous result is then gone or kept, never
+    /// cancelling one stops the query as error 3059, and so does the watch. Throws dao::Error; the previous result is then gone or kept, never
     /// half replaced.
     qint16 ExecSQL(const QString& SQLString);
     /// 0 when the last result has exactly the columns of the messages' table, 1 otherwise.

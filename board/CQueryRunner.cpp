@@ -3,6 +3,7 @@
 
 #include "board/CQueryRunner.h"
 
+#include "board/query_watch.h"
 #include "app/Application.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
@@ -61,7 +62,17 @@ qint16 CQueryRunner::ExecSQL(const QString& SQLString)
     const auto query = m_database->CreateQueryDef(TemporaryQuery(), SQLString);
     const auto cleanUp = qScopeGuard([this] { DropTemporaryQuery(); });
     AskParameters(*query);
-    return Run(*query);
+    return RunWatched(*query);
+}
+
+qint16 CQueryRunner::RunWatched(dao::QueryDef& Query)
+{
+    if (!m_watch)
+        return Run(Query);
+    const CWatchedQuery watched(m_watch);
+    m_database->SetProgress([this] { return m_watch->QueryGoesOn(); });
+    const auto noMore = qScopeGuard([database = m_database] { database->SetProgress({}); });
+    return Run(Query);
 }
 
 qint16 CQueryRunner::Run(dao::QueryDef& Query)
@@ -107,19 +118,20 @@ void CQueryRunner::OpenResult(dao::QueryDef& Query)
         result->MoveLast();
         count = result->RecordCount();
     }
+    const qint32 type = HoldsMessages(*result) ? 0 : 1;
     CloseLogMessages();
     m_recordset = std::move(result);
     m_count = count;
-    m_sqlType = HoldsMessages() ? 0 : 1;
+    m_sqlType = type;
 }
 
-bool CQueryRunner::HoldsMessages() const
+bool CQueryRunner::HoldsMessages(const dao::Recordset& Result) const
 {
     const auto messages = m_database->OpenRecordset(u"SELECT TOP 1 *"_s + u"  FROM Message"_s);
-    if (messages->FieldCount() != m_recordset->FieldCount())
+    if (messages->FieldCount() != Result.FieldCount())
         return false;
     for (int field = 0; field < messages->FieldCount(); ++field)
-        if (messages->Field(field).Name.compare(m_recordset->Field(field).Name, Qt::CaseInsensitive) != 0)
+        if (messages->Field(field).Name.compare(Result.Field(field).Name, Qt::CaseInsensitive) != 0)
             return false;
     return true;
 }

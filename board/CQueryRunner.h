@@ -12,6 +12,7 @@
 #include <optional>
 
 class Application;
+class QueryWatch;
 
 namespace dao
 {
@@ -29,6 +30,9 @@ public:
 
     /// Closes a previous result and works on Database from here on; it stays the caller's. Null: none.
     void SetDatabase(dao::Database* Database);
+    /// Watches the statements from here on; stays the caller's. Null: nobody does.
+    void SetWatch(QueryWatch* Watch) { m_watch = Watch; }
+    QueryWatch* Watch() const { return m_watch; }
 
     qint16 ExecSQL(const QString& SQLString);
     qint32 SQLType() const { return m_sqlType; }
@@ -39,14 +43,16 @@ public:
     void CloseLogMessages();
 
 private:
+    qint16 RunWatched(dao::QueryDef& Query);
     qint16 Run(dao::QueryDef& Query);
     void AskParameters(dao::QueryDef& Query);
     void OpenResult(dao::QueryDef& Query);
-    bool HoldsMessages() const;
+    bool HoldsMessages(const dao::Recordset& Result) const;
     void DropTemporaryQuery();
 
     Application& m_app;
     dao::Database* m_database = nullptr;
+    QueryWatch* m_watch = nullptr;
     std::unique_ptr<dao::Recordset> m_recordset;
     qint32 m_sqlType = 1;
     qint32 m_count = 0;

@@ -51,6 +51,7 @@ public:
 
     /// 0: the panels of a message. 1: the status panel in their place, the links hidden.
     void SetStyle(int Style);
+    int Style() const { return m_style; }
 
     /// Caption of the link over the panel; empty hides it.
     void ShowMail(const QString& Caption);

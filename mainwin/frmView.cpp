@@ -16,6 +16,7 @@
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CMessagePane.h"
+#include "mainwin/CQueryProgress.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CToolbar.h"
 #include "platform/desktop/Geometry.h"
@@ -67,6 +68,7 @@ frmView::frmView(Application& App)
     m_dialog = std::make_unique<frmLoadDlg>(App, *m_bbs, this);
     m_drivers = std::make_unique<CLoadDrivers>(App, *m_bbs, *m_dialog, static_cast<ReceiveHost&>(*this));
     ConnectBoard();
+    ConnectQueries();
     ConnectMenus();
 }
 
@@ -157,6 +159,15 @@ void frmView::ConnectBoard()
             [this](const std::vector<CMessage>& Messages) { m_viewer->WithdrawMessages(Messages); });
     connect(m_bbs.get(), &CBBS::ChangeState, this, &frmView::OnChangeState);
     connect(m_bbs.get(), &CBBS::LogError, this, &frmView::OnLogError);
+}
+
+void frmView::ConnectQueries()
+{
+    m_query = new CQueryProgress(this);
+    connect(m_query, &CQueryProgress::Began, this, &frmView::OnQueryBegan);
+    connect(m_query, &CQueryProgress::Told, this, &frmView::SetStatus);
+    connect(m_query, &CQueryProgress::Ended, this, &frmView::OnQueryEnded);
+    m_bbs->SetQueryWatch(m_query);
 }
 
 void frmView::ConnectMenus()
@@ -318,6 +329,7 @@ void frmView::CloseBoxes()
 
 void frmView::CancelRun()
 {
+    m_query->Cancel();
     if (m_dialog->IsLoad()) {
         m_dialog->SetIsNextBBS(false);
         m_dialog->close();

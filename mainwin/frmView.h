@@ -23,6 +23,7 @@ class CListView;
 class CLoadDrivers;
 class CMenuSet;
 class CMessagePane;
+class CQueryProgress;
 class CMRUCombo;
 class CStatusPanels;
 class CToolbar;
@@ -73,6 +74,7 @@ private:
     void BuildTimers();
     void ConnectList(int List);
     void ConnectBoard();
+    void ConnectQueries();
     void ConnectMenus();
     void LoadFindHistory();
     void PlaceWindow();
@@ -86,7 +88,8 @@ private:
     static const CommandLine* FindCommand(Command Handler);
     void RunCommand(Command Handler, int Argument);
     bool OnKey(const mdlCommands::Key& Key);
-    /// Runs something that the user, a timer or the system asked for. What the database refuses is told, and closing
+    /// Runs something that the user, a timer or the system asked for; nothing while a statement works, whose wait may
+    /// have let the asking through. What the database refuses is told, and closing
     /// waits until the outermost of these has returned.
     template<typename Function> void Perform(Function Action);
     void Leave();
@@ -179,6 +182,11 @@ private:
     void CloseWindow() override;
     QWidget* DialogOwner() override { return this; }
 
+    // Queries
+    void OnQueryBegan();
+    void OnQueryEnded(bool IsCancelled);
+    bool IsStatementWorking() const;
+
     // Board access
     void OnAddMessage(const CMessage& Msg);
     void OnChangeState(const QString& StateMessage, bool IsError, bool AddLog);
@@ -204,7 +212,11 @@ private:
     QTimer* m_tmrBlinkIcon = nullptr;
     QTimer* m_tmrCloseBoxes = nullptr;
     QTimer* m_tmrEnabled = nullptr; // UpdateEnabled is due
+    CQueryProgress* m_query = nullptr;
     BusyState m_busy = BusyState::None;
+    BusyState m_busyBefore = BusyState::None; // a receive may be under way when a query takes long
+    int m_styleBefore = 0;                    // of the status bar, as the text
+    QString m_statusBefore;
     mdlPosition::Position m_position; // as it was when the window was closed
     int m_iconFrame = 0;
     int m_commandDepth = 0;
@@ -217,7 +229,7 @@ private:
 
 template<typename Function> void frmView::Perform(Function Action)
 {
-    if (m_isClosing)
+    if (m_isClosing || IsStatementWorking())
         return;
     ++m_commandDepth;
     try {

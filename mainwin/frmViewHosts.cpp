@@ -12,6 +12,7 @@
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CMessagePane.h"
+#include "mainwin/CQueryProgress.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CToolbar.h"
 #include "mainwin/mdlErrorLog.h"
@@ -21,6 +22,8 @@
 #include <QAction>
 #include <QMenu>
 #include <QTimer>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using mdlCommands::Rule;
@@ -263,6 +266,31 @@ std::optional<CMessage> frmView::SelectedMessage() const
 }
 
 void frmView::CloseWindow() { close(); }
+
+// Queries
+
+bool frmView::IsStatementWorking() const { return m_query->IsWorking(); }
+
+void frmView::OnQueryBegan()
+{
+    m_busyBefore = std::exchange(m_busy, BusyState::Query);
+    m_styleBefore = m_panels->Style();
+    m_statusBefore = m_panels->Text(u"Status");
+    m_panels->CloseNoReadPoint();
+    ChangeStatusBarStyle(1);
+    UpdateCaption();
+    UpdateEnabled();
+}
+
+void frmView::OnQueryEnded(bool IsCancelled)
+{
+    m_busy = m_busyBefore;
+    ChangeStatusBarStyle(IsCancelled ? 1 : m_styleBefore);
+    SetStatus(IsCancelled ? u"検索を中止しました。"_s : m_statusBefore);
+    m_viewer->ShowCounts(m_viewer->CurrentList()); // the reading of rows may have counted there
+    UpdateCaption();
+    UpdateEnabled();
+}
 
 // Board access
 

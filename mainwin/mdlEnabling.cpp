@@ -37,11 +37,25 @@ bool MessageRuleHolds(Rule When, const WindowFacts& Facts)
     }
 }
 
+QString JobText(BusyState Busy)
+{
+    switch (Busy) {
+    case BusyState::Receive:
+        return u"受信中 - "_s;
+    case BusyState::Query:
+        return u"検索中 - "_s;
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 bool Holds(Rule When, const WindowFacts& Facts, int Argument)
 {
     const bool idle = Facts.Busy == BusyState::None;
+    // A receive leaves the lists to the user; these two have the database for themselves.
+    const bool isClosed = Facts.Busy == BusyState::Query || Facts.Busy == BusyState::Compact;
     switch (When) {
     case Rule::Always:
         return true;
@@ -52,16 +66,16 @@ bool Holds(Rule When, const WindowFacts& Facts, int Argument)
     case Rule::ViewMode:
         return idle && ModeHolds(Facts, Argument);
     default:
-        return !Facts.IsRaw && MessageRuleHolds(When, Facts);
+        return !isClosed && !Facts.IsRaw && MessageRuleHolds(When, Facts);
     }
 }
 
 QString Caption(const WindowFacts& Facts, const QString& BoardName, const QString& AppTitle)
 {
-    const QString receiving = Facts.Busy == BusyState::Receive ? u"受信中 - "_s : QString();
+    const QString job = JobText(Facts.Busy);
     if (Facts.List != 0)
-        return receiving + u"検索結果 - "_s + AppTitle;
-    return receiving + (BoardName.isEmpty() ? AppTitle : BoardName + u" - "_s + AppTitle);
+        return job + u"検索結果 - "_s + AppTitle;
+    return job + (BoardName.isEmpty() ? AppTitle : BoardName + u" - "_s + AppTitle);
 }
 
 } // namespace mdlEnabling

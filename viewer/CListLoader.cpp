@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "app/Version.h"
 #include "board/CBBS.h"
+#include "board/query_watch.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
 #include "viewer/CMarks.h"
@@ -21,6 +22,7 @@ namespace
 using dao::QueryType;
 
 constexpr int OperationCancelled = 3059;
+constexpr int TooLarge = 3183;
 
 /// What the box says about an action that changed Count rows; empty for what is no action.
 QString ActionText(qint16 Code, qint32 Count)
@@ -69,13 +71,23 @@ CListLoader::Result CListLoader::Run(const QString& Sql, bool IsBoardList)
         const qint16 code = m_bbs.ExecSQL(Sql);
         if (GivesRows(code))
             return ReadRows(IsBoardList);
-        return {TellAction(code), {}, {}, {}};
+        Result result;
+        result.What = TellAction(code);
+        return result;
     } catch (const dao::Error& error) {
-        if (error.Number != OperationCancelled) // whoever cancelled the parameters' box knows
-            Tell(u"実行時エラー '"_s + QString::number(error.Number) + u"':\r\n\r\n"_s + error.Description +
-                 u"\r\n\r\n処理が実行できませんでした。"_s);
-        return {Outcome::Refused, {}, {}, {}};
+        return Refuse(error);
     }
+}
+
+CListLoader::Result CListLoader::Refuse(const jetsql::Error& Error) const
+{
+    if (Error.Number != OperationCancelled) // whoever cancelled knows
+        Tell(u"実行時エラー '"_s + QString::number(Error.Number) + u"':\r\n\r\n"_s + Error.Description +
+             u"\r\n\r\n処理が実行できませんでした。"_s);
+    Result result;
+    result.What = Outcome::Refused;
+    result.ErrorOffset = Error.Offset;
+    return result;
 }
 
 CListLoader::Outcome CListLoader::TellAction(qint16 Code)
@@ -124,8 +136,11 @@ int CListLoader::RowsToShow() const
 
 void CListLoader::TellProgress(int Done, int Of) const
 {
-    if (Of > ProgressStep && (Done % ProgressStep == 0 || Done == Of))
-        m_host.Progress(Done, Of);
+    if (Of <= ProgressStep || (Done % ProgressStep != 0 && Done != Of))
+        return;
+    m_host.Progress(Done, Of);
+    if (QueryWatch* watch = m_bbs.Watch(); watch && !watch->QueryGoesOn())
+        throw jetsql::MakeError(OperationCancelled);
 }
 
 CMessageItem CListLoader::MakeItem(CMessage Msg) const
@@ -139,6 +154,7 @@ CMessageItem CListLoader::MakeItem(CMessage Msg) const
 
 std::vector<CMessageItem> CListLoader::ReadMessages(int Count)
 {
+    const CWatchedQuery watched(m_bbs.Watch());
     std::vector<CMessageItem> items;
     items.reserve(static_cast<std::size_t>(Count));
     for (int row = 0; row < Count; ++row) {
@@ -170,14 +186,26 @@ void CListLoader::ReadTable(Result& To)
     const int fields = rows->FieldCount();
     for (int field = 0; field < fields; ++field)
         To.Headers.append(rows->Field(field).Name);
-    const int count = m_bbs.Count();
-    if (count == 0)
-        return;
-    To.Cells.reserve(static_cast<std::size_t>(count) * static_cast<std::size_t>(fields));
-    rows->MoveFirst();
-    for (int row = 1; !rows->Eof(); rows->MoveNext(), ++row) {
-        for (int field = 0; field < fields; ++field)
-            To.Cells.push_back(rows->Text(field));
-        TellProgress(row, count);
+    if (m_bbs.Count() > 0)
+        ReadCells(To, fields, m_bbs.Count());
+}
+
+void CListLoader::ReadCells(Result& To, int Fields, int Count)
+{
+    const qint64 cells = qint64(Count) * Fields;
+    if (cells > MaxCells) {
+        jetsql::Error error = jetsql::MakeError(TooLarge);
+        error.Description = u"結果が大きすぎて表示できません ("_s + QString::number(Count) +
+                            u"件)。条件を加えて件数を減らしてください。"_s;
+        throw error;
+    }
+    const CWatchedQuery watched(m_bbs.Watch());
+    dao::Recordset& rows = *m_bbs.Recordset();
+    To.Cells.reserve(static_cast<std::size_t>(cells));
+    rows.MoveFirst();
+    for (int row = 1; !rows.Eof(); rows.MoveNext(), ++row) {
+        for (int field = 0; field < Fields; ++field)
+            To.Cells.push_back(rows.Text(field));
+        TellProgress(row, Count);
     }
 }

@@ -15,6 +15,11 @@ class CBBS;
 class CMarks;
 class ViewerHost;
 
+namespace jetsql
+{
+struct Error;
+}
+
 /// The step between the statement and the list. Shows the boxes and the size question; touches no list.
 class CListLoader
 {
@@ -34,10 +39,13 @@ public:
         std::vector<CMessageItem> Items; ///< of Messages, in the order of the statement
         QStringList Headers;             ///< of RawTable: the field names
         std::vector<QString> Cells;      ///< of RawTable, row after row; Null is empty
+        int ErrorOffset = -1;            ///< of Refused: the place in the statement, -1 where none is known
     };
 
     /// Rows between two calls of ViewerHost::Progress.
     static constexpr int ProgressStep = 2000;
+    /// Cells of the largest table that can be shown: each takes some 70 bytes, so this is 700 MB.
+    static constexpr qint64 MaxCells = 10'000'000;
 
     CListLoader(Application& App, CBBS& Board, ViewerHost& Host, const CMarks& Marks);
 
@@ -49,11 +57,13 @@ public:
     CMessageItem MakeItem(CMessage Msg) const;
 
 private:
+    Result Refuse(const jetsql::Error& Error) const;
     Result ReadRows(bool IsBoardList);
     Outcome TellAction(qint16 Code);
     int RowsToShow() const;
     std::vector<CMessageItem> ReadMessages(int Count);
     void ReadTable(Result& To);
+    void ReadCells(Result& To, int Fields, int Count);
     void Tell(const QString& Text) const;
     void TellProgress(int Done, int Of) const;
 

@@ -78,6 +78,7 @@ bool CViewer::LoadList(const QString& Sql, int List)
 {
     StopReadTimer();
     CListLoader::Result result = m_loader.Run(Sql, List == BoardList);
+    m_errorOffset = result.ErrorOffset;
     switch (result.What) {
     case CListLoader::Outcome::Refused:
         return false;

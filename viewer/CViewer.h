@@ -59,6 +59,8 @@ public:
     /// Runs Sql and fills List with its rows or reports what it did. False when the engine refused it: nothing has
     /// changed.
     bool LoadList(const QString& Sql, int List);
+    /// Where in the last statement that LoadList ran its error is, in UTF-16 units; -1: nowhere known, or no error.
+    int ErrorOffset() const { return m_errorOffset; }
     /// Adds one message; false when the list has it already.
     bool AddMessageItem(int List, const CMessage& Msg);
     /// Takes back messages whose batch could not be committed.
@@ -146,6 +148,7 @@ private:
     std::optional<CMessageId> m_timerMessage; // whom the read timer will mark
     int m_currentList = BoardList;
     qint32 m_currentBoard = 0;
+    int m_errorOffset = -1;
     bool m_isLoading = false; // a load never starts the read timer
 };
 

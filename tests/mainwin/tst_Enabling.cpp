@@ -39,7 +39,8 @@ void tst_Enabling::Rules_data()
     };
     QTest::newRow("nothing selected") << idle << u"1110000"_s;
     QTest::newRow("receiving") << with([](auto& F) { F.Busy = BusyState::Receive; }) << u"0010000"_s;
-    QTest::newRow("compacting") << with([](auto& F) { F.Busy = BusyState::Compact; }) << u"0010000"_s;
+    QTest::newRow("compacting") << with([](auto& F) { F.Busy = BusyState::Compact; }) << u"0000000"_s;
+    QTest::newRow("querying") << with([](auto& F) { F.Busy = BusyState::Query; }) << u"0000000"_s;
     QTest::newRow("no older page") << with([](auto& F) { F.ModeHasMessages[2] = false; }) << u"1010000"_s;
     QTest::newRow("unread one") << with([](auto& F) { F.SelectedCount = 1; }) << u"1111100"_s;
     QTest::newRow("read reply") << with([](auto& F) {
@@ -88,6 +89,7 @@ void tst_Enabling::Caption_data()
     QTest::newRow("receiving") << int(BusyState::Receive) << 0 << u"杉"_s << u"受信中 - 杉 - T Ver.0.50"_s;
     QTest::newRow("receiving, result") << int(BusyState::Receive) << 1 << u"杉"_s
                                        << u"受信中 - 検索結果 - T Ver.0.50"_s;
+    QTest::newRow("querying") << int(BusyState::Query) << 0 << u"杉"_s << u"検索中 - 杉 - T Ver.0.50"_s;
     QTest::newRow("importing") << int(BusyState::Import) << 0 << u"杉"_s << u"杉 - T Ver.0.50"_s;
 }
 

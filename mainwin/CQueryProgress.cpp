@@ -1,0 +1,99 @@
+// mainwin/CQueryProgress.cpp
+// Shows that a query works once it takes long, and lets the user break it off.
+
+#include "mainwin/CQueryProgress.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// Whether the event is the user's doing something with a control.
+bool IsInput(QEvent::Type Type)
+{
+    switch (Type) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::Drop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void CQueryProgress::QueryBegins()
+{
+    m_isWorking = true;
+    m_isCancelled = false;
+    m_nextEvents = ShowAfterMs;
+    m_toldSeconds = -1;
+    m_clock.start();
+}
+
+bool CQueryProgress::QueryGoesOn()
+{
+    if (m_clock.elapsed() < m_nextEvents)
+        return !m_isCancelled;
+    if (!m_isShown)
+        Show();
+    Tell();
+    QCoreApplication::processEvents();
+    m_nextEvents = m_clock.elapsed() + EventsEveryMs;
+    return !m_isCancelled;
+}
+
+void CQueryProgress::QueryEnds()
+{
+    m_isWorking = false;
+    if (!m_isShown)
+        return;
+    m_isShown = false;
+    qApp->removeEventFilter(this);
+    QApplication::restoreOverrideCursor();
+    Q_EMIT Ended(m_isCancelled);
+}
+
+void CQueryProgress::Show()
+{
+    m_isShown = true;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    qApp->installEventFilter(this);
+    Q_EMIT Began();
+}
+
+void CQueryProgress::Tell()
+{
+    const qint64 seconds = m_clock.elapsed() / 1000;
+    if (seconds == m_toldSeconds)
+        return;
+    m_toldSeconds = seconds;
+    Q_EMIT Told(u"検索しています… Esc で中止 (%1 秒)"_s.arg(seconds));
+}
+
+/// What goes to a window comes again for the widget in it, so only widgets are kept from it.
+bool CQueryProgress::eventFilter(QObject* Watched, QEvent* Event)
+{
+    if (!Watched->isWidgetType() || !IsInput(Event->type()) || qobject_cast<QScrollBar*>(Watched))
+        return false;
+    if (Event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(Event)->key() == Qt::Key_Escape)
+        Cancel();
+    Event->accept(); // an override that is not taken would become a shortcut
+    return true;
+}
