@@ -59,6 +59,7 @@ private:
     void SkipBlanks();
     bool ReadItem();
     bool ReadNumber();
+    bool ReadMonthName();
     bool ReadEra();
     bool ReadHalfDay();
     bool ReadSign();
@@ -75,6 +76,8 @@ private:
     int m_eraStart = 0;
     bool m_wantsNumber = false; // a separator stands before
     bool m_tiesToTime = false;  // that separator was one of the time
+    bool m_hasMonthName = false;
+    bool m_hasDateDots = false; // "H14.1.15"; elsewhere a point is a sign of the time
     int m_dateSigns = 0;
     HalfDay m_half = HalfDay::None;
     qsizetype m_halfBehind = 0; // how many numbers stand before AM or PM
@@ -107,7 +110,27 @@ bool CDateReader::ReadItem()
 {
     if (IsDigitHere() || (m_eraStart != 0 && Here() == u'元'))
         return ReadNumber();
-    return ReadEra() || ReadHalfDay();
+    return ReadMonthName() || ReadEra() || ReadHalfDay();
+}
+
+/// English, whole or its first three letters; log files of servers elsewhere have "15-Jan-2002".
+bool CDateReader::ReadMonthName()
+{
+    static constexpr std::array<QStringView, 12> names = {u"january",   u"february", u"march",    u"april",
+                                                          u"may",       u"june",     u"july",     u"august",
+                                                          u"september", u"october",  u"november", u"december"};
+    if (m_tiesToTime || m_eraStart != 0 || m_hasMonthName || m_numbers.size() == MaxNumbers)
+        return false;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (!Take(names[i]) && !Take(names[i].first(3)))
+            continue;
+        m_numbers.push_back({static_cast<int>(i) + 1, Role::Month, false, true, 0});
+        m_hasMonthName = true;
+        m_wantsNumber = false;
+        Take(u".");
+        return !QChar(Here()).isLetter() && ReadSign();
+    }
+    return false;
 }
 
 bool CDateReader::ReadNumber()
@@ -178,7 +201,8 @@ bool CDateReader::ReadTie(char16_t Sign)
 {
     ++m_place;
     m_wantsNumber = true;
-    m_tiesToTime = Sign == u':' || Sign == u'.';
+    m_hasDateDots |= Sign == u'.' && m_numbers.back().EraStart != 0;
+    m_tiesToTime = Sign == u':' || (Sign == u'.' && (!m_hasDateDots || m_dateSigns == 2));
     (m_tiesToTime ? m_numbers.back().IsTime : m_numbers.back().IsDate) = true;
     m_dateSigns += m_tiesToTime ? 0 : 1;
     return m_dateSigns <= 2;
@@ -273,18 +297,24 @@ std::optional<QDate> CDateReader::Date(QDate Today) const
     static constexpr std::array<std::array<Role, 3>, 4> three = {
         {{Year, Month, Day}, {Year, Day, Month}, {Month, Day, Year}, {Day, Month, Year}}};
     static constexpr std::array<std::array<Role, 2>, 2> two = {{{Month, Day}, {Year, Month}}};
+    static constexpr std::array<std::array<Role, 3>, 3> threeByName = {
+        {{Day, Month, Year}, {Year, Month, Day}, {Month, Day, Year}}};
+    static constexpr std::array<std::array<Role, 2>, 4> twoByName = {
+        {{Month, Day}, {Day, Month}, {Month, Year}, {Year, Month}}};
 
     CNumbers numbers;
     std::copy_if(m_numbers.begin(), m_numbers.end(), std::back_inserter(numbers),
                  [](const Number& One) { return !One.IsTime; });
     QDate day;
+    const auto read = [&](const auto& Orders, QDate Default) {
+        for (auto order = Orders.begin(); order != Orders.end() && !day.isValid(); ++order)
+            day = DayOf(numbers, *order, Default);
+    };
     if (numbers.size() == 3) {
-        for (auto order = three.begin(); order != three.end() && !day.isValid(); ++order)
-            day = DayOf(numbers, *order, DayZero);
+        m_hasMonthName ? read(threeByName, DayZero) : read(three, DayZero);
     } else if (numbers.size() == 2) {
         const QDate firstOfYear((Today.isValid() ? Today : QDate::currentDate()).year(), 1, 1);
-        for (auto order = two.begin(); order != two.end() && !day.isValid(); ++order)
-            day = DayOf(numbers, *order, firstOfYear);
+        m_hasMonthName ? read(twoByName, firstOfYear) : read(two, firstOfYear);
     }
     return day.isValid() ? std::optional(day) : std::nullopt;
 }

@@ -30,8 +30,9 @@ QDateTime FromSerial(double Serial);
 
 /// Reads a date, a time or both by its numbers and separators: "2002/01/15 9:05", "12:34 2002-1-15", "平成14年1月15日".
 ///
-/// Two-digit years are 1930 to 2029; month/day alone takes the year of Today, an invalid Today being the current day. A
-/// time alone is on day 0. Empty where the text does not hold exactly that, or the day or time does not exist.
+/// English month names count too ("15-Jan-2002", "January 15, 2002"). Two-digit years are 1930 to 2029; month/day alone
+/// takes the year of Today, an invalid Today being the current day. A time alone is on day 0. Empty where the text does
+/// not hold exactly that, or the day or time does not exist.
 std::optional<double> TextToDate(QStringView Text, QDate Today = {});
 
 } // namespace text

@@ -163,6 +163,17 @@ QString FormatText(QStringView Value, QStringView Pattern)
     return how.Kind == PatternKind::Date ? WriteDateBy(*number, how) : WriteNumberBy(*number, how);
 }
 
+QString FormatNull(QStringView Pattern)
+{
+    const Choice how = Choose(Pattern);
+    if (how.Kind == PatternKind::Text) {
+        const std::optional<QStringView> section = SectionOf(how.Pattern, 1);
+        return section ? WriteText({}, how.Pattern) : QString();
+    }
+    const std::optional<QStringView> section = SectionOf(how.Pattern, 3);
+    return section ? WriteNumber(0, *section) : QString();
+}
+
 QString GeneralDate(double Serial)
 {
     const QDateTime moment = FromSerial(Serial);

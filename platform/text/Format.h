@@ -18,13 +18,16 @@ namespace text
 QString FormatDate(double Serial, QStringView Pattern);
 
 /// Writes Value by Pattern: digit places, thousands, percent, exponent, literals, up to three parts for positive,
-/// negative and zero, or a named format ("Standard"). A date pattern takes Value as a date. Halves round away from
-/// zero. An empty pattern is NumberToText.
+/// negative and zero, or a named format ("Standard"). Commas behind the last place before the point divide by 1000. A
+/// date pattern takes Value as a date. Halves round away from zero. An empty pattern is NumberToText.
 QString FormatNumber(double Value, QStringView Pattern);
 
 /// Writes Value by Pattern. A text that reads as a number or a date is taken as one where the pattern asks for it,
 /// otherwise it comes back unchanged; "@ & ! < >" patterns place and change its characters.
 QString FormatText(QStringView Value, QStringView Pattern);
+
+/// What Pattern says for Null: its fourth section, the second one of a pattern for text; empty where it has none.
+QString FormatNull(QStringView Pattern);
 
 /// "2002/01/15 9:05:00"; only the date at midnight, only the time on day 0.
 QString GeneralDate(double Serial);

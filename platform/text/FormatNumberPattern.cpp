@@ -87,6 +87,7 @@ struct Section
     int DecimalPlaces = 0;
     int ExponentZeros = 0;
     int Percents = 0;
+    int Thousandths = 0; // commas that divide by 1000 each
     bool HasThousands = false;
     bool HasExponent = false;
 };
@@ -109,11 +110,13 @@ public:
 private:
     void ReadNext(Section& To);
     void ReadPlace(Section& To, Kind What);
+    void EndInteger(Section& To);
     void ReadExponent(Section& To);
 
     QStringView m_pattern;
     qsizetype m_place = 0;
     bool m_isBehindPoint = false;
+    int m_commas = 0; // behind the last integer place so far
 };
 
 std::vector<Section> CSectionReader::Read()
@@ -122,12 +125,14 @@ std::vector<Section> CSectionReader::Read()
     while (m_place < m_pattern.size()) {
         if (m_pattern[m_place] == u';') {
             ++m_place;
+            EndInteger(sections.back());
             sections.emplace_back();
             m_isBehindPoint = false;
         } else {
             ReadNext(sections.back());
         }
     }
+    EndInteger(sections.back());
     return sections;
 }
 
@@ -146,9 +151,10 @@ void CSectionReader::ReadNext(Section& To)
         ReadPlace(To, unit == u'0' ? Kind::Zero : Kind::Digit);
     } else if (unit == u'.' && !m_isBehindPoint) {
         m_isBehindPoint = true;
+        EndInteger(To);
         To.Tokens.push_back({Kind::Point, {}});
     } else if (unit == u',' && To.IntegerPlaces > 0) {
-        To.HasThousands = true;
+        ++m_commas;
     } else {
         To.Percents += unit == u'%' ? 1 : 0;
         To.Tokens.push_back({Kind::Literal, QString(unit)});
@@ -157,8 +163,17 @@ void CSectionReader::ReadNext(Section& To)
 
 void CSectionReader::ReadPlace(Section& To, Kind What)
 {
+    To.HasThousands |= m_commas > 0 && !m_isBehindPoint;
+    m_commas = 0;
     ++(m_isBehindPoint ? To.DecimalPlaces : To.IntegerPlaces);
     To.Tokens.push_back({What, {}});
+}
+
+/// A comma between two places parts the thousands; one behind the last place leaves three digits away.
+void CSectionReader::EndInteger(Section& To)
+{
+    To.Thousandths += m_isBehindPoint && To.DecimalPlaces > 0 ? 0 : m_commas;
+    m_commas = 0;
 }
 
 void CSectionReader::ReadExponent(Section& To)
@@ -207,7 +222,7 @@ void CNumberWriter::Scale()
 {
     if (m_value.IsZero())
         return;
-    m_value.Point += 2 * m_how.Percents;
+    m_value.Point += 2 * m_how.Percents - 3 * m_how.Thousandths;
     if (!m_how.HasExponent)
         return RoundTo(m_value, m_how.DecimalPlaces);
     m_exponent = m_value.Point - m_how.IntegerPlaces;

@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace text
 {
 
@@ -15,6 +17,9 @@ enum class PatternKind { None, Date, Number, Text };
 
 /// The kind of the first character of Pattern that means something, quoted and escaped ones left out.
 PatternKind KindOf(QStringView Pattern);
+
+/// Section Index (from 0) of the sections that ";" parts; empty where Pattern has fewer.
+std::optional<QStringView> SectionOf(QStringView Pattern, int Index);
 
 /// How many units of Pattern from Place on are one literal: 2 for "\x", a whole quotation, otherwise 0. Literal gets
 /// what it stands for. A quotation that is not closed runs to the end.

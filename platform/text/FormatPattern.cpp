@@ -4,6 +4,7 @@
 #include "platform/text/FormatParts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace text
 {
@@ -32,13 +33,8 @@ PatternKind KindOfFirst(QStringView Rest)
 /// The part of Pattern for a text, or the one behind ";" for an empty text where there is one.
 QStringView SectionFor(QStringView Pattern, bool IsEmpty)
 {
-    QString literal;
-    for (qsizetype place = 0; place < Pattern.size();) {
-        if (Pattern[place] == u';')
-            return IsEmpty && place + 1 < Pattern.size() ? Pattern.sliced(place + 1) : Pattern.first(place);
-        place += std::max(TakeLiteral(Pattern, place, literal), qsizetype(1));
-    }
-    return Pattern;
+    const std::optional<QStringView> second = IsEmpty ? SectionOf(Pattern, 1) : std::nullopt;
+    return second && !second->isEmpty() ? *second : *SectionOf(Pattern, 0);
 }
 
 /// What "< > !" anywhere in a text pattern ask for, and how many places it has.
@@ -69,6 +65,22 @@ TextShape ShapeOf(QStringView Pattern)
 }
 
 } // namespace
+
+std::optional<QStringView> SectionOf(QStringView Pattern, int Index)
+{
+    QString literal;
+    qsizetype begin = 0;
+    for (qsizetype place = 0; place < Pattern.size();) {
+        if (Pattern[place] == u';') {
+            if (Index-- == 0)
+                return Pattern.sliced(begin, place - begin);
+            begin = ++place;
+        } else {
+            place += std::max(TakeLiteral(Pattern, place, literal), qsizetype(1));
+        }
+    }
+    return Index == 0 ? std::optional(Pattern.sliced(begin)) : std::nullopt;
+}
 
 PatternKind KindOf(QStringView Pattern)
 {
@@ -109,7 +121,9 @@ QString WriteText(QStringView Value, QStringView Pattern)
 
     QString text;
     qsizetype used = 0;
-    qsizetype missing = shape.IsFromLeft ? 0 : std::max<qsizetype>(0, shape.Places - value.size());
+    const qsizetype spare = shape.IsFromLeft ? 0 : shape.Places - value.size();
+    qsizetype missing = std::max<qsizetype>(0, spare);
+    qsizetype excess = std::max<qsizetype>(0, -spare); // goes to the first place
     QString literal;
     for (qsizetype place = 0; place < section.size();) {
         if (const qsizetype length = TakeLiteral(section, place, literal); length > 0) {
@@ -119,10 +133,13 @@ QString WriteText(QStringView Value, QStringView Pattern)
         }
         const QChar unit = section[place++];
         if (unit == u'@' || unit == u'&') {
-            if (missing == 0 && used < value.size())
-                text += value[used++];
-            else if (unit == u'@')
+            if (missing == 0 && used < value.size()) {
+                const qsizetype taken = 1 + std::exchange(excess, 0);
+                text += QStringView(value).sliced(used, taken);
+                used += taken;
+            } else if (unit == u'@') {
                 text += u' ';
+            }
             missing = std::max<qsizetype>(0, missing - 1);
         } else if (!QStringView(u"<>!").contains(unit)) {
             text += unit;

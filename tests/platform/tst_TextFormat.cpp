@@ -185,6 +185,11 @@ void tst_TextFormat::Numbers_data()
     row(12345, u"00.0E+00"_s, u"12.3E+03"_s);
     row(1e20, u"0"_s, u"100000000000000000000"_s);
     row(1e-20, u"0.00"_s, u"0.00"_s);
+    row(12345678, u"#,##0,"_s, u"12,346"_s);
+    row(12345678, u"0,,"_s, u"12"_s);
+    row(12345678, u"#,##0,.00"_s, u"12,345.68"_s);
+    row(1499, u"0,\"K\";(0)"_s, u"1K"_s);
+    row(499, u"#,"_s, u""_s);
     row(1234.5, u"Standard"_s, u"1,234.50"_s);
     row(1234.5, u"FIXED"_s, u"1234.50"_s);
     row(0.125, u"Percent"_s, u"12.50%"_s);
@@ -227,6 +232,10 @@ void tst_TextFormat::Texts_data()
     row(u"ab"_s, u"!@@@@"_s, u"ab  "_s);
     row(u"ab"_s, u"&&&&"_s, u"ab"_s);
     row(u"abcd"_s, u"@@-@@"_s, u"ab-cd"_s);
+    row(u"abcdef"_s, u"@@-@@"_s, u"abcd-ef"_s);
+    row(u"abcdef"_s, u"!@@-@@"_s, u"ab-cdef"_s);
+    row(u"5551234"_s, u"(@@) @@@-@@@@"_s, u"(  ) 555-1234"_s);
+    row(u"5551234"_s, u"(&&) @@@-@@@@"_s, u"() 555-1234"_s);
     row(u"Ab"_s, u">"_s, u"AB"_s);
     row(u"Ab"_s, u"<@@@"_s, u" ab"_s);
     row(u"abc"_s, u"@"_s, u"abc"_s);
@@ -284,6 +293,10 @@ void tst_TextFormat::General()
     QCOMPARE(text::GeneralDate(serial(QDate(2002, 1, 11), QTime(0, 0))), u"2002/01/11"_s);
     QCOMPARE(text::GeneralDate(0.5), u"12:00:00"_s);
     QCOMPARE(text::GeneralDate(-1.25), u"1899/12/29 6:00:00"_s);
+    QCOMPARE(text::FormatNull(u"0;-0;z;\";\"なし"), u";なし"_s);
+    QCOMPARE(text::FormatNull(u"@@;なし"), u"なし"_s);
+    QCOMPARE(text::FormatNull(u"0;-0;z"), QString());
+    QCOMPARE(text::FormatNull(u"@@"), QString());
 }
 
 void tst_TextFormat::BadInput()
