@@ -366,6 +366,8 @@ FieldType CBinder::CallType(const Expr& Which) const
     const FunctionInfo& function = *Which.Function;
     switch (function.What) {
     case FunctionInfo::Gives::First: return Which.Args.front()->Type;
+    case FunctionInfo::Gives::Mean:
+        return Which.Args.front()->Type == FieldType::Currency ? FieldType::Currency : FieldType::Double;
     case FunctionInfo::Gives::Number: {
         const FieldType type = Which.Args.front()->Type;
         return type == FieldType::Boolean ? FieldType::Integer : IsNumeric(type) ? type : FieldType::Double;

@@ -92,6 +92,8 @@ void CCall::SetNull() { sqlite3_result_null(m_context); }
 
 void CCall::SetText(const QString& Data)
 {
+    if (Data.size() > MaxText)
+        throw MakeError(6);
     sqlite3_result_text64(m_context, reinterpret_cast<const char*>(Data.utf16()), sqlite3_uint64(Data.size()) * 2, SQLITE_TRANSIENT,
                           SQLITE_UTF16);
 }
@@ -102,6 +104,13 @@ void CCall::SetBytes(const QByteArray& Data)
 }
 
 void CCall::SetWhole(qint64 Data) { sqlite3_result_int64(m_context, Data); }
+
+void CCall::SetLong(qint64 Data)
+{
+    if (Data < std::numeric_limits<qint32>::min() || Data > std::numeric_limits<qint32>::max())
+        throw MakeError(6);
+    SetWhole(Data);
+}
 
 void CCall::SetNumber(double Data)
 {
@@ -138,6 +147,8 @@ Error FunctionError(QStringView Message)
         if (isNumber)
             return MakeError(number);
     }
+    if (Message.contains("too big"_L1))
+        return MakeError(6);
     // SQLite's own bounds: nobody else's statement is that deep or that wide.
     for (const QLatin1StringView limit : {"parser stack overflow"_L1, "Expression tree is too large"_L1, "too many"_L1, "at most"_L1}) {
         if (Message.contains(limit))

@@ -18,6 +18,9 @@ namespace jetsql {
 class CCall
 {
 public:
+    /// Characters that one call may give; beyond that it is error 6. A message of a board has some thousands.
+    static constexpr qsizetype MaxText = 16 * 1024 * 1024;
+
     CCall(sqlite3_context* Context, int Count, sqlite3_value** Args) : m_context(Context), m_args(Args), m_count(Count) {}
 
     int Count() const { return m_count; }
@@ -44,9 +47,12 @@ public:
     FieldType TypeAt(int Index) const { return FieldType(Long(Index)); }
 
     void SetNull();
+    /// Error 6 for more than MaxText characters.
     void SetText(const QString& Data);
     void SetBytes(const QByteArray& Data);
     void SetWhole(qint64 Data);
+    /// Error 6 for what does not fit into 32 bits.
+    void SetLong(qint64 Data);
     void SetTruth(bool Data) { SetWhole(Data ? -1 : 0); }
     /// Error 6 for what is no finite number.
     void SetNumber(double Data);

@@ -422,6 +422,8 @@ CWriter::Piece CWriter::Call(const Expr& Which)
     QByteArrayList args;
     for (size_t i = 0; i < Which.Args.size(); ++i)
         args.append(Argument(*Which.Args[i], function.Kinds[std::min(i, qstrlen(function.Kinds) - 1)]));
+    if (args.isEmpty() && function.IsVolatile)   // what a call finds out can be kept beside a constant argument only
+        args.append("1");
     const Piece call{SqlName(function) + '(' + args.join(',') + ')'};
     return Which.RefusesNull ? Function("notnull", {call.Sql}) : call;
 }

@@ -7,6 +7,9 @@
 #include "platform/text/DateTime.h"
 #include "platform/text/Number.h"
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace jetsql {
@@ -38,23 +41,27 @@ void IsNumeric(CCall& Call)
     Call.SetTruth(IsText(value.Type()) ? text::IsNumeric(value.TextRef()) : IsNumber(value.Type()));
 }
 
-// The language's own numbers for the kinds of its variables.
-void VarType(CCall& Call)
+/// What the language calls the kind of a value.
+struct Kind
 {
-    if (Call.IsNull(0))
-        return Call.SetWhole(1);
-    const FieldType known = Call.TypeAt(1);
-    switch (known == FieldType::Null ? Call.Any(0, known).Type() : known) {
-    case FieldType::Boolean: return Call.SetWhole(11);
-    case FieldType::Byte: return Call.SetWhole(17);
-    case FieldType::Integer: return Call.SetWhole(2);
-    case FieldType::Long: return Call.SetWhole(3);
-    case FieldType::Single: return Call.SetWhole(4);
-    case FieldType::Double: return Call.SetWhole(5);
-    case FieldType::Currency: return Call.SetWhole(6);
-    case FieldType::Date: return Call.SetWhole(7);
-    default: return Call.SetWhole(8);
-    }
+    FieldType Type;
+    int Number;
+    QLatin1StringView Name;
+};
+
+constexpr Kind Kinds[] = {
+    {FieldType::Null, 1, "Null"_L1},       {FieldType::Boolean, 11, "Boolean"_L1}, {FieldType::Byte, 17, "Byte"_L1},
+    {FieldType::Integer, 2, "Integer"_L1}, {FieldType::Long, 3, "Long"_L1},        {FieldType::Single, 4, "Single"_L1},
+    {FieldType::Double, 5, "Double"_L1},   {FieldType::Currency, 6, "Currency"_L1}, {FieldType::Date, 7, "Date"_L1},
+    {FieldType::Text, 8, "String"_L1},
+};
+
+const Kind& KindOf(const CCall& Call)
+{
+    const FieldType known = Call.IsNull(0) ? FieldType::Null : Call.TypeAt(1);
+    const FieldType type = known == FieldType::Null ? Call.Any(0, known).Type() : known;
+    const auto found = std::find_if(std::begin(Kinds), std::end(Kinds), [type](const Kind& one) { return one.Type == type; });
+    return found == std::end(Kinds) ? *std::prev(std::end(Kinds)) : *found;
 }
 
 constexpr FunctionInfo Functions[] = {
@@ -71,9 +78,11 @@ constexpr FunctionInfo Functions[] = {
     {.Name = "CVar"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Body = [](CCall& c) { c.SetArgument(0); }, .TakesNull = true, .What = FunctionInfo::Gives::First},
     {.Name = "IsNull"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetTruth(c.IsNull(0)); }, .TakesNull = true, .IsTruth = true},
     {.Name = "IsEmpty"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetTruth(false); }, .TakesNull = true, .IsTruth = true},
+    {.Name = "IsError"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetTruth(false); }, .TakesNull = true, .IsTruth = true},
     {.Name = "IsDate"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Integer, .Body = IsDate, .TakesNull = true, .IsTruth = true},
     {.Name = "IsNumeric"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Integer, .Body = IsNumeric, .TakesNull = true, .IsTruth = true},
-    {.Name = "VarType"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Integer, .Body = VarType, .TakesNull = true},
+    {.Name = "VarType"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetWhole(KindOf(c).Number); }, .TakesNull = true},
+    {.Name = "TypeName"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Body = [](CCall& c) { c.SetText(QString(KindOf(c).Name)); }, .TakesNull = true},
 };
 
 }

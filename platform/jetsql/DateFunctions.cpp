@@ -37,6 +37,8 @@ Moment Moment::Of(double Serial)
 {
     const double day = std::trunc(Serial);
     const int second = int(std::lround(std::fabs(Serial - day) * SecondsOfDay));
+    if (second == SecondsOfDay && qint64(day) == text::MaxDay)
+        return {text::MaxDay, SecondsOfDay - 1};   // there is no next day
     return second == SecondsOfDay ? Moment{qint64(day) + 1, 0} : Moment{qint64(day), second};
 }
 
@@ -80,6 +82,15 @@ int FirstWeekday(const CCall& Call, int Index)
     return first == 0 ? 1 : first;
 }
 
+// 1 to 3 as FirstWeek has it; 0 is the system's, and that is the week of January 1.
+int FirstWeekRule(const CCall& Call, int Index)
+{
+    const qint32 rule = Call.LongOr(Index, 1);
+    if (rule < 0 || rule > 3)
+        throw MakeError(5);
+    return rule == 0 ? 1 : rule;
+}
+
 // Number of the week that begins with weekday First; day 1 was a Sunday.
 qint64 WeekIndex(qint64 Day, int First) { return FloorDiv(Day - First, 7); }
 
@@ -112,9 +123,7 @@ void DatePart(CCall& Call)
     const Moment moment = Moment::Of(Call.Date(1));
     const QDate date = moment.Date();
     const int first = FirstWeekday(Call, 2);
-    const qint32 rule = std::max(Call.LongOr(3, 1), 1);
-    if (rule > 3)
-        throw MakeError(5);
+    const int rule = FirstWeekRule(Call, 3);
     switch (IntervalOf(Call.Text(0))) {
     case Interval::Year: return Call.SetWhole(date.year());
     case Interval::Quarter: return Call.SetWhole((date.month() + 2) / 3);
@@ -162,6 +171,7 @@ void DateDiff(CCall& Call)
     const Moment from = Moment::Of(Call.Date(1)), to = Moment::Of(Call.Date(2));
     const QDate first = from.Date(), last = to.Date();
     const int weekday = FirstWeekday(Call, 3);
+    FirstWeekRule(Call, 4);
     const qint64 months = (last.year() - first.year()) * 12 + last.month() - first.month();
     switch (IntervalOf(Call.Text(0))) {
     case Interval::Year: return Call.SetWhole(last.year() - first.year());
@@ -173,8 +183,8 @@ void DateDiff(CCall& Call)
     case Interval::Weekday: return Call.SetWhole((to.Day - from.Day) / 7);
     case Interval::Week: return Call.SetWhole(WeekIndex(to.Day, weekday) - WeekIndex(from.Day, weekday));
     case Interval::Hour: return Call.SetWhole(FloorDiv(to.Seconds(), 3600) - FloorDiv(from.Seconds(), 3600));
-    case Interval::Minute: return Call.SetWhole(FloorDiv(to.Seconds(), 60) - FloorDiv(from.Seconds(), 60));
-    case Interval::Second: return Call.SetWhole(to.Seconds() - from.Seconds());
+    case Interval::Minute: return Call.SetLong(FloorDiv(to.Seconds(), 60) - FloorDiv(from.Seconds(), 60));
+    case Interval::Second: return Call.SetLong(to.Seconds() - from.Seconds());
     }
 }
 
@@ -196,6 +206,10 @@ void TimeSerial(CCall& Call)
     Call.SetNumber(FromSeconds(qint64(Call.Long(0)) * 3600 + qint64(Call.Long(1)) * 60 + Call.Long(2)).Serial());
 }
 
+// Seconds since midnight with their fraction.
+void Timer(CCall& Call) { Call.SetNumber(QTime::currentTime().msecsSinceStartOfDay() / 1000.0); }
+
+// One answer for a whole statement, as long as it stands outside of IIf and its like.
 Moment Now()
 {
     const QDateTime now = QDateTime::currentDateTime();
@@ -203,10 +217,10 @@ Moment Now()
 }
 
 constexpr FunctionInfo Functions[] = {
-    {.Name = "Now"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(Now().Serial()); }, .IsVolatile = true},
-    {.Name = "Date"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(double(Now().Day)); }, .IsVolatile = true},
-    {.Name = "Time"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(SerialOf(0, Now().Second)); }, .IsVolatile = true},
-    {.Name = "Timer"_L1, .Type = FieldType::Single, .Body = [](CCall& c) { c.SetNumber(Now().Second); }, .IsVolatile = true},
+    {.Name = "Now"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(Now().Serial()); }},
+    {.Name = "Date"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(double(Now().Day)); }},
+    {.Name = "Time"_L1, .Type = FieldType::Date, .Body = [](CCall& c) { c.SetNumber(SerialOf(0, Now().Second)); }},
+    {.Name = "Timer"_L1, .Type = FieldType::Single, .Body = Timer},
     {.Name = "Year"_L1, .Least = 1, .Most = 1, .Kinds = "d", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetWhole(Moment::Of(c.Date(0)).Date().year()); }},
     {.Name = "Month"_L1, .Least = 1, .Most = 1, .Kinds = "d", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetWhole(Moment::Of(c.Date(0)).Date().month()); }},
     {.Name = "Day"_L1, .Least = 1, .Most = 1, .Kinds = "d", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetWhole(Moment::Of(c.Date(0)).Date().day()); }},

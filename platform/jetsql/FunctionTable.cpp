@@ -18,8 +18,8 @@ constexpr int AnyNumber = 100;   // SQLite takes 127 arguments; CASE forms do no
 
 constexpr FunctionInfo Forms[] = {
     {.Name = "Count"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Type = FieldType::Long, .How = Form::Aggregate},
-    {.Name = "Sum"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Type = FieldType::Double, .How = Form::Aggregate},
-    {.Name = "Avg"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Type = FieldType::Double, .How = Form::Aggregate},
+    {.Name = "Sum"_L1, .Least = 1, .Most = 1, .Kinds = "n", .How = Form::Aggregate, .What = Gives::Mean},
+    {.Name = "Avg"_L1, .Least = 1, .Most = 1, .Kinds = "n", .How = Form::Aggregate, .What = Gives::Mean},
     {.Name = "Min"_L1, .Least = 1, .Most = 1, .Kinds = "a", .How = Form::Aggregate, .What = Gives::First},
     {.Name = "Max"_L1, .Least = 1, .Most = 1, .Kinds = "a", .How = Form::Aggregate, .What = Gives::First},
     {.Name = "First"_L1, .Least = 1, .Most = 1, .Kinds = "a", .How = Form::Aggregate, .What = Gives::First},
@@ -39,7 +39,8 @@ std::span<const FunctionInfo> FormFunctions() { return Forms; }
 
 const FunctionInfo* FindFunction(QStringView Name)
 {
-    for (const auto& group : {FormFunctions(), TextFunctions(), DateFunctions(), MathFunctions(), ConversionFunctions()}) {
+    for (const auto& group : {FormFunctions(), TextFunctions(), SearchFunctions(), DateFunctions(), FormatFunctions(),
+                              MathFunctions(), ConversionFunctions(), FinancialFunctions()}) {
         for (const FunctionInfo& function : group) {
             if (Name.compare(function.Name, Qt::CaseInsensitive) == 0)
                 return &function;

@@ -24,7 +24,7 @@ struct FunctionInfo
         Aggregate,      ///< one of SQLite's own, or of ours
         Case            ///< IIf, Switch, Choose: written as CASE, so that only the chosen side is worked out
     };
-    enum class Gives : quint8 { Fixed, First, Common, Number };
+    enum class Gives : quint8 { Fixed, First, Common, Number, Mean };
 
     QLatin1StringView Name;
     int Least = 0;                      ///< number of arguments
@@ -35,7 +35,9 @@ struct FunctionInfo
     bool TakesNull = false;             ///< otherwise Null in any argument gives Null without a call
     bool IsTruth = false;               ///< gives -1 or 0
     Form How = Form::Plain;
-    Gives What = Gives::Fixed;          ///< First: the type of the first argument; Common: of all; Number: as First, text as Double
+    /// First: the type of the first argument; Common: of all; Number: as First, text as Double; Mean: Currency of
+    /// Currency, otherwise Double.
+    Gives What = Gives::Fixed;
     bool IsVolatile = false;            ///< another answer every time
 };
 
@@ -45,8 +47,11 @@ struct FunctionInfo
 inline constexpr QLatin1StringView FunctionPrefix{"jet_"};
 
 std::span<const FunctionInfo> TextFunctions();
+std::span<const FunctionInfo> SearchFunctions();
+std::span<const FunctionInfo> FormatFunctions();
 std::span<const FunctionInfo> DateFunctions();
 std::span<const FunctionInfo> MathFunctions();
+std::span<const FunctionInfo> FinancialFunctions();
 std::span<const FunctionInfo> ConversionFunctions();
 /// Aggregates and the CASE forms: they have no body.
 std::span<const FunctionInfo> FormFunctions();

@@ -93,7 +93,10 @@ void Concat(CCall& Call)
     bool isNull = true;
     for (int i = 0; i < Call.Count(); ++i) {
         isNull &= Call.IsNull(i);
-        joined += Call.Text(i);
+        QString buffer;
+        joined += Call.View(i, buffer);
+        if (joined.size() > CCall::MaxText)
+            throw MakeError(6);
     }
     isNull ? Call.SetNull() : Call.SetText(joined);
 }

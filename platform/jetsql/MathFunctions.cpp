@@ -5,8 +5,6 @@
 #include "platform/jetsql/Error.h"
 #include "platform/jetsql/FunctionTable.h"
 
-#include <QRandomGenerator>
-
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -83,7 +81,7 @@ constexpr FunctionInfo Functions[] = {
     {.Name = "Cos"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Type = FieldType::Double, .Body = [](CCall& c) { c.SetNumber(std::cos(c.Number(0))); }},
     {.Name = "Tan"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Type = FieldType::Double, .Body = [](CCall& c) { c.SetNumber(std::tan(c.Number(0))); }},
     {.Name = "Atn"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Type = FieldType::Double, .Body = [](CCall& c) { c.SetNumber(std::atan(c.Number(0))); }},
-    {.Name = "Rnd"_L1, .Most = 1, .Kinds = "a", .Type = FieldType::Single, .Body = [](CCall& c) { c.SetNumber(QRandomGenerator::global()->generateDouble()); }, .TakesNull = true, .IsVolatile = true},
+    {.Name = "Rnd"_L1, .Most = 1, .Kinds = "n", .Type = FieldType::Single, .TakesNull = true, .IsVolatile = true},   // CRandom
 };
 
 }

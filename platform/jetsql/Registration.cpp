@@ -3,6 +3,7 @@
 
 #include "platform/jetsql/CCall.h"
 #include "platform/jetsql/Compile.h"
+#include "platform/jetsql/CRandom.h"
 #include "platform/jetsql/Error.h"
 #include "platform/jetsql/FunctionTable.h"
 #include "platform/text/Fold.h"
@@ -28,6 +29,8 @@ void Guarded(CCall& Call, Work Do)
         Call.SetError(refused.Number);
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(Call.Context());
+    } catch (const std::exception&) {   // a container asked for more than there can be
+        Call.SetError(6);
     }
 }
 
@@ -40,6 +43,21 @@ void Run(sqlite3_context* Context, int Count, sqlite3_value** Args)
             return call.SetNull();
     }
     Guarded(call, [&] { function->Body(call); });
+}
+
+// Rnd: an argument that is the same for all rows is drawn for once.
+void Draw(sqlite3_context* Context, int Count, sqlite3_value** Args)
+{
+    CCall call(Context, Count, Args);
+    if (const auto* kept = static_cast<const float*>(sqlite3_get_auxdata(Context, 0)))
+        return sqlite3_result_double(Context, double(*kept));
+    if (call.IsNull(0))
+        return call.SetNull();
+    Guarded(call, [&] {
+        const float drawn = static_cast<CRandom*>(sqlite3_user_data(Context))->Next(call.Number(0));
+        call.SetNumber(double(drawn));
+        sqlite3_set_auxdata(Context, 0, new float(drawn), [](void* gone) { delete static_cast<float*>(gone); });
+    });
 }
 
 int CompareUnits(void*, int LeftSize, const void* Left, int RightSize, const void* Right)
@@ -191,13 +209,18 @@ void RegisterFunctions(sqlite3* Connection)
 {
     // UTF-16 is what the file holds and what QString is: nothing is converted on the way.
     sqlite3_create_collation_v2(Connection, "JETTEXT", SQLITE_UTF16_ALIGNED, nullptr, CompareUnits, nullptr);
-    for (const auto& group : {TextFunctions(), DateFunctions(), MathFunctions(), ConversionFunctions(), InnerFunctions()}) {
+    for (const auto& group : {TextFunctions(), SearchFunctions(), DateFunctions(), FormatFunctions(), MathFunctions(),
+                              ConversionFunctions(), FinancialFunctions(), InnerFunctions()}) {
         for (const FunctionInfo& function : group) {
+            if (!function.Body)
+                continue;
             const int flags = SQLITE_UTF16 | SQLITE_INNOCUOUS | (function.IsVolatile ? 0 : SQLITE_DETERMINISTIC);
             sqlite3_create_function_v2(Connection, SqlName(function).constData(), -1, flags,
                                        const_cast<FunctionInfo*>(&function), Run, nullptr, nullptr, nullptr);
         }
     }
+    sqlite3_create_function_v2(Connection, "jet_rnd", 1, SQLITE_UTF16 | SQLITE_INNOCUOUS, new CRandom, Draw, nullptr, nullptr,
+                               [](void* gone) { delete static_cast<CRandom*>(gone); });
     for (const AggregateInfo& aggregate : Aggregates)
         sqlite3_create_function_v2(Connection, aggregate.Name, 1, SQLITE_UTF16 | SQLITE_INNOCUOUS, nullptr, nullptr,
                                    aggregate.EachRow, aggregate.AtEnd, nullptr);

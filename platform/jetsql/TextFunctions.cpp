@@ -5,11 +5,12 @@
 #include "platform/jetsql/Error.h"
 #include "platform/jetsql/FunctionTable.h"
 #include "platform/text/Codepage932.h"
-#include "platform/text/Fold.h"
 #include "platform/text/Format.h"
+#include "platform/text/KanaWidth.h"
 #include "platform/text/Number.h"
 
 #include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -17,103 +18,63 @@ namespace jetsql {
 
 namespace {
 
-constexpr qint32 MaxRepeat = 16 * 1024 * 1024;   // characters that one call may make
-
 void Require(bool IsRight)
 {
     if (!IsRight)
         throw MakeError(5);
 }
 
-bool IsBinary(const CCall& Call, int Index) { return Call.LongOr(Index, 2) == 0; }
-
-// The first place at or after From where Part is found, or -1.
-qsizetype Find(const QString& Text, const QString& Part, qsizetype From, bool Binary)
+qint64 Length(const CCall& Call)
 {
-    if (Binary)
-        return Text.indexOf(Part, From);
-    const text::CFoldedText folded = text::FoldWithOffsets(Text);
-    const auto begin = std::lower_bound(folded.Offsets.begin(), folded.Offsets.end(), From) - folded.Offsets.begin();
-    const qsizetype found = folded.Text.indexOf(text::Fold(Part), begin);
-    return found < 0 ? -1 : folded.Offsets[size_t(found)];
+    QString buffer;
+    return Call.View(0, buffer).size();
 }
 
-// The last place where Part is found wholly before End, or -1.
-qsizetype FindLast(const QString& Text, const QString& Part, qsizetype End, bool Binary)
-{
-    if (Binary)
-        return End < Part.size() ? -1 : Text.lastIndexOf(Part, End - Part.size());
-    const text::CFoldedText folded = text::FoldWithOffsets(QStringView(Text).left(End));
-    const qsizetype found = folded.Text.lastIndexOf(text::Fold(Part));
-    return found < 0 ? -1 : folded.Offsets[size_t(found)];
-}
+void SetPart(CCall& Call, QStringView Part) { Call.SetText(Part.toString()); }
 
 void Left(CCall& Call)
 {
+    QString buffer;
     Require(Call.Long(1) >= 0);
-    Call.SetText(Call.Text(0).left(Call.Long(1)));
+    SetPart(Call, Call.View(0, buffer).left(Call.Long(1)));
 }
 
 void Right(CCall& Call)
 {
+    QString buffer;
     Require(Call.Long(1) >= 0);
-    Call.SetText(Call.Text(0).right(Call.Long(1)));
+    SetPart(Call, Call.View(0, buffer).right(Call.Long(1)));
 }
 
 void Mid(CCall& Call)
 {
+    QString buffer;
     Require(Call.Long(1) >= 1 && Call.LongOr(2, 0) >= 0);
-    Call.SetText(Call.Text(0).mid(Call.Long(1) - 1, Call.LongOr(2, -1)));
+    SetPart(Call, Call.View(0, buffer).mid(Call.Long(1) - 1, Call.LongOr(2, -1)));
 }
 
-// With three arguments the first one is the place to begin at.
-void InStr(CCall& Call)
+// The functions that count bytes, two to a character: a character that is not wholly among them is left out.
+void LeftB(CCall& Call)
 {
-    const int shift = Call.Count() > 2 ? 1 : 0;
-    const qint32 start = shift ? Call.Long(0) : 1;
-    Require(start >= 1);
-    const QString text = Call.Text(shift), part = Call.Text(shift + 1);
-    if (text.isEmpty() || start > text.size())
-        return Call.SetWhole(0);
-    Call.SetWhole(part.isEmpty() ? start : Find(text, part, start - 1, IsBinary(Call, 3)) + 1);
+    QString buffer;
+    Require(Call.Long(1) >= 0);
+    SetPart(Call, Call.View(0, buffer).left(Call.Long(1) / 2));
 }
 
-void InStrRev(CCall& Call)
+void RightB(CCall& Call)
 {
-    const QString text = Call.Text(0), part = Call.Text(1);
-    const qint32 start = Call.LongOr(2, -1);
-    Require(start >= 1 || start == -1);
-    const qsizetype end = start == -1 ? text.size() : start;
-    if (text.isEmpty() || end > text.size())
-        return Call.SetWhole(0);
-    Call.SetWhole(part.isEmpty() ? end : FindLast(text, part, end, IsBinary(Call, 3)) + 1);
+    QString buffer;
+    Require(Call.Long(1) >= 0);
+    SetPart(Call, Call.View(0, buffer).right(Call.Long(1) / 2));
 }
 
-// Replace(s, find, by, start, count, compare): the result begins at start.
-void Replace(CCall& Call)
+void MidB(CCall& Call)
 {
-    const qint32 start = Call.LongOr(3, 1), count = Call.LongOr(4, -1);
-    Require(start >= 1 && count >= -1);
-    const QString text = Call.Text(0).mid(start - 1), part = Call.Text(1), by = Call.Text(2);
-    if (part.isEmpty() || count == 0)
-        return Call.SetText(text);
-    const bool isBinary = IsBinary(Call, 5);
-    const text::CFoldedText folded = isBinary ? text::CFoldedText() : text::FoldWithOffsets(text);
-    const QString& searched = isBinary ? text : folded.Text;
-    const QString wanted = isBinary ? part : text::Fold(part);
-    const auto place = [&](qsizetype at) { return isBinary ? at : folded.Offsets[size_t(at)]; };
-    QString result;
-    qsizetype copied = 0, at = 0;
-    for (int done = 0; count < 0 || done < count; ++done) {
-        const qsizetype found = searched.indexOf(wanted, at);
-        if (found < 0)
-            break;
-        result += QStringView(text).mid(copied, place(found) - copied);
-        result += by;
-        at = found + wanted.size();
-        copied = place(at);
-    }
-    Call.SetText(result + text.mid(copied));
+    QString buffer;
+    const qint64 start = Call.Long(1), count = Call.LongOr(2, std::numeric_limits<qint32>::max());
+    Require(start >= 1 && count >= 0);
+    const qint64 first = start / 2, end = (start - 1 + count) / 2;
+    SetPart(Call, end > first ? Call.View(0, buffer).mid(first, end - first) : QStringView());
 }
 
 bool IsSpace(QChar Unit) { return Unit == u' ' || Unit == u'\u3000'; }
@@ -131,26 +92,61 @@ QString Trimmed(QString Text, bool AtLeft, bool AtRight)
 void Repeat(CCall& Call, qint32 Count, QChar Unit)
 {
     Require(Count >= 0);
-    if (Count > MaxRepeat)
+    if (Count > CCall::MaxText)
         throw MakeError(6);
     Call.SetText(QString(Count, Unit));
 }
 
-// String(n, c): c is a text, of which the first character counts, or a code.
+// The one character of a code of code page 932; those above 255 have two bytes and may be given as negative numbers.
+QString Character(qint32 Code)
+{
+    Require(Code >= -32768 && Code <= 65535);
+    if (Code >= 0 && Code < 128)
+        return QChar(char16_t(Code));
+    QByteArray bytes;
+    if (Code < 0 || Code > 255)
+        bytes.append(char((Code >> 8) & 0xFF));
+    bytes.append(char(Code & 0xFF));
+    const QString text = text::From932(bytes);
+    const bool isCharacter = text.size() == 1 && (text.front() != QChar(0x30FB) || bytes == "\x81\x45");
+    Require(isCharacter);   // the first byte of two is none, nor is a pair that the code page leaves out
+    return text;
+}
+
+// String(n, c): c is a text, of which the first character counts, or a code, of which the low byte does.
 void String(CCall& Call)
 {
     if (!Call.IsText(1))
-        return Repeat(Call, Call.Long(0), QChar(char16_t(Call.Long(1) & 0xFF)));
+        return Repeat(Call, Call.Long(0), Character(Call.Long(1) & 0xFF).front());
     const QString text = Call.Text(1);
     Require(!text.isEmpty());
     Repeat(Call, Call.Long(0), text[0]);
 }
 
-void StrComp(CCall& Call)
+QString CaseChanged(const QString& Text, qint32 Kind)
 {
-    const QString left = Call.Text(0), right = Call.Text(1);
-    const int order = IsBinary(Call, 2) ? left.compare(right) : text::CompareText(left, right);
-    Call.SetWhole(order < 0 ? -1 : order > 0 ? 1 : 0);
+    switch (Kind & 3) {
+    case 1: return text::ToUpperUnits(Text);
+    case 2: return text::ToLowerUnits(Text);
+    case 3: return text::ToProperCase(Text);
+    default: return Text;
+    }
+}
+
+// StrConv(s, kind): the sum of 1 capital or 2 small (3 the first of each word), 4 wide or 8 narrow, 16 katakana or
+// 32 hiragana. The third argument names a locale; there is only the Japanese one.
+void StrConv(CCall& Call)
+{
+    enum { Wide = 4, Narrow = 8, Katakana = 16, Hiragana = 32, All = 63 };
+    const qint32 kind = Call.Long(1);
+    const bool isContradiction = (kind & Wide && kind & Narrow) || (kind & Katakana && kind & Hiragana);
+    Require(kind >= 0 && kind <= All && !isContradiction);
+    QString text = CaseChanged(Call.Text(0), kind);
+    if (kind & (Katakana | Hiragana))
+        text = kind & Katakana ? text::ToKatakana(text) : text::ToHiragana(text);
+    if (kind & (Wide | Narrow))
+        text = kind & Wide ? text::ToFullWidth(text) : text::ToHalfWidth(text);
+    Call.SetText(text);
 }
 
 // A double-byte character has a negative code: 16 bits with a sign.
@@ -161,17 +157,6 @@ void Asc(CCall& Call)
     const QByteArray bytes = text::To932(QStringView(text).left(1));
     const auto unit = [&](qsizetype i) { return quint8(bytes[i]); };
     Call.SetWhole(bytes.size() < 2 ? unit(0) : qint16(unit(0) << 8 | unit(1)));
-}
-
-void Chr(CCall& Call)
-{
-    const qint32 code = Call.Long(0);
-    Require(code >= -32768 && code <= 65535);
-    QByteArray bytes;
-    if (code < 0 || code > 255)
-        bytes.append(char((code >> 8) & 0xFF));
-    bytes.append(char(code & 0xFF));
-    Call.SetText(code >= 0 && code < 128 ? QString(QChar(char16_t(code))) : text::From932(bytes));
 }
 
 void AscW(CCall& Call)
@@ -188,20 +173,6 @@ void ChrW(CCall& Call)
     Call.SetText(QString(QChar(char16_t(code & 0xFFFF))));
 }
 
-// Format(x, type of x, pattern)
-void Format(CCall& Call)
-{
-    if (Call.IsNull(0))
-        return Call.SetText(u""_s);
-    const Value value = Call.Any(0, Call.TypeAt(1));
-    if (Call.Count() < 3 || Call.IsNull(2))
-        return Call.SetText(value.ToType(FieldType::Text).TextRef());
-    const QString pattern = Call.Text(2);
-    if (value.Type() == FieldType::Date)
-        return Call.SetText(text::FormatDate(value.RealPart(), pattern));
-    Call.SetText(IsText(value.Type()) ? text::FormatText(value.TextRef(), pattern) : text::FormatNumber(value.RealPart(), pattern));
-}
-
 // Small negative numbers as 16 bits, the others as 32.
 void Radix(CCall& Call, int Base)
 {
@@ -210,45 +181,55 @@ void Radix(CCall& Call, int Base)
     Call.SetText(QString::number(bits, Base).toUpper());
 }
 
+// Str(x, type of x): a place for the sign, no zero before the point.
 void Str(CCall& Call)
 {
-    const double number = Call.Number(0);
-    Call.SetText((number < 0 ? u""_s : u" "_s) + text::NumberToText(number));
+    const Value value = Call.Any(0, Call.TypeAt(1));
+    if (!IsNumber(value.Type()) && !IsText(value.Type()))
+        return Call.SetText(value.ToText());
+    const Value number = IsText(value.Type()) ? Value::FromDouble(value.ToDouble()) : value;
+    QString digits = number.ToType(FieldType::Text).TextRef();
+    if (const qsizetype zero = digits.indexOf(u"0."); zero == 0 || (zero == 1 && digits[0] == u'-'))
+        digits.remove(zero, 1);
+    Call.SetText(digits.startsWith(u'-') ? digits : u' ' + digits);
 }
 
 void StrReverse(CCall& Call)
 {
     QString text = Call.Text(0);
     std::reverse(text.begin(), text.end());
+    for (qsizetype i = 1; i < text.size(); ++i) {   // both halves of one kanji are two units
+        if (text[i - 1].isLowSurrogate() && text[i].isHighSurrogate())
+            std::swap(text[i - 1], text[i]);
+    }
     Call.SetText(text);
 }
 
 constexpr FunctionInfo Functions[] = {
-    {.Name = "Len"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Long, .Body = [](CCall& c) { c.SetWhole(c.Text(0).size()); }},
-    {.Name = "LenB"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Long, .Body = [](CCall& c) { c.SetWhole(c.Text(0).size() * 2); }},
+    {.Name = "Len"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Long, .Body = [](CCall& c) { c.SetWhole(Length(c)); }},
+    {.Name = "LenB"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Long, .Body = [](CCall& c) { c.SetWhole(Length(c) * 2); }},
     {.Name = "Left"_L1, .Least = 2, .Most = 2, .Kinds = "tn", .Body = Left},
     {.Name = "Right"_L1, .Least = 2, .Most = 2, .Kinds = "tn", .Body = Right},
     {.Name = "Mid"_L1, .Least = 2, .Most = 3, .Kinds = "tn", .Body = Mid},
-    {.Name = "InStr"_L1, .Least = 2, .Most = 4, .Kinds = "a", .Type = FieldType::Long, .Body = InStr},
-    {.Name = "InStrRev"_L1, .Least = 2, .Most = 4, .Kinds = "ttnn", .Type = FieldType::Long, .Body = InStrRev},
-    {.Name = "Replace"_L1, .Least = 3, .Most = 6, .Kinds = "tttn", .Body = Replace},
-    {.Name = "LCase"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(c.Text(0).toLower()); }},
-    {.Name = "UCase"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(c.Text(0).toUpper()); }},
+    {.Name = "LeftB"_L1, .Least = 2, .Most = 2, .Kinds = "tn", .Body = LeftB},
+    {.Name = "RightB"_L1, .Least = 2, .Most = 2, .Kinds = "tn", .Body = RightB},
+    {.Name = "MidB"_L1, .Least = 2, .Most = 3, .Kinds = "tn", .Body = MidB},
+    {.Name = "StrConv"_L1, .Least = 2, .Most = 3, .Kinds = "tn", .Body = StrConv},
+    {.Name = "LCase"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(text::ToLowerUnits(c.Text(0))); }},
+    {.Name = "UCase"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(text::ToUpperUnits(c.Text(0))); }},
     {.Name = "Trim"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(Trimmed(c.Text(0), true, true)); }},
     {.Name = "LTrim"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(Trimmed(c.Text(0), true, false)); }},
     {.Name = "RTrim"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = [](CCall& c) { c.SetText(Trimmed(c.Text(0), false, true)); }},
     {.Name = "Space"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = [](CCall& c) { Repeat(c, c.Long(0), u' '); }},
     {.Name = "String"_L1, .Least = 2, .Most = 2, .Kinds = "na", .Body = String},
-    {.Name = "StrComp"_L1, .Least = 2, .Most = 3, .Kinds = "ttn", .Type = FieldType::Integer, .Body = StrComp},
     {.Name = "StrReverse"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Body = StrReverse},
     {.Name = "Asc"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Integer, .Body = Asc},
     {.Name = "AscW"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Integer, .Body = AscW},
-    {.Name = "Chr"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = Chr},
+    {.Name = "Chr"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = [](CCall& c) { c.SetText(Character(c.Long(0))); }},
     {.Name = "ChrW"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = ChrW},
-    {.Name = "Format"_L1, .Least = 1, .Most = 2, .Kinds = "yt", .Body = Format, .TakesNull = true},
     {.Name = "Hex"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = [](CCall& c) { Radix(c, 16); }},
     {.Name = "Oct"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = [](CCall& c) { Radix(c, 8); }},
-    {.Name = "Str"_L1, .Least = 1, .Most = 1, .Kinds = "n", .Body = Str},
+    {.Name = "Str"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Body = Str},
     {.Name = "Val"_L1, .Least = 1, .Most = 1, .Kinds = "t", .Type = FieldType::Double, .Body = [](CCall& c) { c.SetNumber(text::Val(c.Text(0))); }},
 };
 

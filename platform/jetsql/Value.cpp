@@ -17,6 +17,8 @@ namespace jetsql {
 
 namespace {
 
+constexpr double MaxCurrency = 922337203685477.5807;   // 64 bits in ten-thousandths
+
 qint32 RoundToWhole(double Number, double Lowest, double Highest)
 {
     const double rounded = std::nearbyint(Number);   // the rounding mode of a program at rest: half to even
@@ -25,9 +27,18 @@ qint32 RoundToWhole(double Number, double Lowest, double Highest)
     return static_cast<qint32>(rounded);
 }
 
+// Error 6 for what is beyond Highest at either side of 0.
+double Checked(double Number, double Highest)
+{
+    if (!(std::fabs(Number) <= Highest))
+        throw MakeError(6);
+    return Number;
+}
+
+// The fraction counts forward also before day 0: the first day reaches down to the number below its own.
 double CheckedDate(double Serial)
 {
-    if (!(Serial >= double(text::MinDay) && Serial < double(text::MaxDay + 1)))
+    if (!(Serial > double(text::MinDay - 1) && Serial < double(text::MaxDay + 1)))
         throw MakeError(6);
     return Serial;
 }
@@ -76,7 +87,7 @@ double Value::ToDate() const
         return CheckedDate(RealPart());
     if (const auto read = text::TextToDate(TextRef()))
         return *read;
-    return CheckedDate(ToDouble());
+    throw MakeError(13);
 }
 
 QString Value::ToText() const
@@ -112,8 +123,8 @@ Value Value::Converted(FieldType Wanted) const
     case FieldType::Byte: return FromByte(ToLong());
     case FieldType::Integer: return FromInteger(ToLong());
     case FieldType::Long: return FromLong(ToLong());
-    case FieldType::Currency: return FromCurrency(ToDouble());
-    case FieldType::Single: return FromSingle(static_cast<float>(ToDouble()));
+    case FieldType::Currency: return FromCurrency(Checked(ToDouble(), MaxCurrency));
+    case FieldType::Single: return FromSingle(static_cast<float>(Checked(ToDouble(), double(std::numeric_limits<float>::max()))));
     case FieldType::Double: return FromDouble(ToDouble());
     case FieldType::Date: return FromDate(ToDate());
     // A Boolean is a number where SQL turns it into text; its words are for the reader's eye only.

@@ -64,7 +64,7 @@ public:
     qint32 ToLong() const;
     /// Null is 0, a date its serial number. Error 13 for text that is no number.
     double ToDouble() const;
-    /// A text that reads as a date is one, a number is days. Error 13 for other text.
+    /// A text that reads as a date is one, a number is days. Error 13 for other text, 6 outside the years 100 to 9999.
     double ToDate() const;
     /// Null is empty, a Boolean "True" / "False", a date as "2002/01/15 9:05:00", numbers plain.
     QString ToText() const;
