@@ -368,6 +368,8 @@ FieldType CBinder::CallType(const Expr& Which) const
     case FunctionInfo::Gives::First: return Which.Args.front()->Type;
     case FunctionInfo::Gives::Mean:
         return Which.Args.front()->Type == FieldType::Currency ? FieldType::Currency : FieldType::Double;
+    case FunctionInfo::Gives::Text:
+        return Which.Args.front()->Type == FieldType::Memo ? FieldType::Memo : FieldType::Text;
     case FunctionInfo::Gives::Number: {
         const FieldType type = Which.Args.front()->Type;
         return type == FieldType::Boolean ? FieldType::Integer : IsNumeric(type) ? type : FieldType::Double;

@@ -253,6 +253,8 @@ CWriter::Piece CWriter::Binary(const Expr& Which)
     case Op::Subtract:
         return {In(Number(left), Rank::Sum) + " - " + In(Number(right), Rank::Product), Rank::Sum};
     case Op::Multiply:
+        if (Which.Type == FieldType::Double)   // SQLite's own would give "infinite" where the engine has an error
+            return Function("product", {Number(left).Sql, Number(right).Sql});
         return {In(Number(left), Rank::Product) + " * " + In(Number(right), Rank::Concat), Rank::Product};
     default:
         return Function(OperatorFunction(Which.Operator), {Number(left).Sql, Number(right).Sql});

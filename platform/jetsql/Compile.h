@@ -97,7 +97,7 @@ std::shared_ptr<const Statement> Compile(const Shape& Taken, const Catalog& Name
 /// What the statement does, without a look at the database. Throws Error 3129 where that cannot be told.
 QueryType TypeOf(QStringView Sql);
 
-/// Gives a connection the collation JETTEXT and all functions that compiled statements use.
+/// Gives a connection the collation JETTEXT, all functions that compiled statements use and a bound for the size of a row.
 /// To be called once for each connection before anything else; errors of the functions come back as SQLite errors whose
 /// message is read by FunctionError.
 void RegisterFunctions(sqlite3* Connection);

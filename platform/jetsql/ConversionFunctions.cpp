@@ -73,7 +73,7 @@ constexpr FunctionInfo Functions[] = {
     {.Name = "CSng"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Single, .Body = Convert<FieldType::Single>, .TakesNull = true},
     {.Name = "CDbl"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Double, .Body = Convert<FieldType::Double>, .TakesNull = true},
     {.Name = "CDate"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Date, .Body = Convert<FieldType::Date>, .TakesNull = true},
-    {.Name = "CVDate"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Date, .Body = Convert<FieldType::Date>, .TakesNull = true},
+    {.Name = "CVDate"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Date, .Body = Convert<FieldType::Date>},   // not for Null: only CDate refuses it
     {.Name = "CStr"_L1, .Least = 1, .Most = 1, .Kinds = "y", .Type = FieldType::Text, .Body = Convert<FieldType::Text>, .TakesNull = true},
     {.Name = "CVar"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Body = [](CCall& c) { c.SetArgument(0); }, .TakesNull = true, .What = FunctionInfo::Gives::First},
     {.Name = "IsNull"_L1, .Least = 1, .Most = 1, .Kinds = "a", .Type = FieldType::Integer, .Body = [](CCall& c) { c.SetTruth(c.IsNull(0)); }, .TakesNull = true, .IsTruth = true},

@@ -24,7 +24,7 @@ struct FunctionInfo
         Aggregate,      ///< one of SQLite's own, or of ours
         Case            ///< IIf, Switch, Choose: written as CASE, so that only the chosen side is worked out
     };
-    enum class Gives : quint8 { Fixed, First, Common, Number, Mean };
+    enum class Gives : quint8 { Fixed, First, Common, Number, Mean, Text };
 
     QLatin1StringView Name;
     int Least = 0;                      ///< number of arguments
@@ -36,7 +36,7 @@ struct FunctionInfo
     bool IsTruth = false;               ///< gives -1 or 0
     Form How = Form::Plain;
     /// First: the type of the first argument; Common: of all; Number: as First, text as Double; Mean: Currency of
-    /// Currency, otherwise Double.
+    /// Currency, otherwise Double; Text: Memo of Memo, otherwise Text.
     Gives What = Gives::Fixed;
     bool IsVolatile = false;            ///< another answer every time
 };

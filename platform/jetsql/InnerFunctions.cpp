@@ -126,6 +126,18 @@ void Soft(CCall& Call)
 
 using Pattern = std::optional<text::CLikePattern>;
 
+constexpr qsizetype MaxPattern = 65536;         // no statement is longer
+constexpr qint64 MaxLikeSteps = 1'000'000'000;  // one call cannot be broken off
+
+std::unique_ptr<Pattern> MakePattern(const CCall& Call)
+{
+    QString buffer;
+    const QStringView pattern = Call.View(0, buffer);
+    if (pattern.size() > MaxPattern)
+        throw MakeError(3360);
+    return std::make_unique<Pattern>(text::CLikePattern::Compile(pattern, text::Compare::Text));
+}
+
 // SQLite keeps what is made of a constant argument for the other rows of the statement.
 template <bool RefusesBadPattern>
 void Like(CCall& Call)
@@ -133,13 +145,16 @@ void Like(CCall& Call)
     auto* kept = static_cast<Pattern*>(sqlite3_get_auxdata(Call.Context(), 0));
     std::unique_ptr<Pattern> made;
     if (!kept) {
-        made = std::make_unique<Pattern>(text::CLikePattern::Compile(Call.Text(0), text::Compare::Text));
+        made = MakePattern(Call);
         kept = made.get();
     }
     if (!*kept && RefusesBadPattern)
         throw MakeError(93);
     QString buffer;
-    Call.SetTruth(*kept && (*kept)->Matches(Call.View(1, buffer)));
+    const QStringView tested = Call.View(1, buffer);
+    if (*kept && (*kept)->MostSteps(tested.size()) > MaxLikeSteps)
+        throw MakeError(3360);
+    Call.SetTruth(*kept && (*kept)->Matches(tested));
     if (made)   // last, for SQLite may delete it at once
         sqlite3_set_auxdata(Call.Context(), 0, made.release(), [](void* gone) { delete static_cast<Pattern*>(gone); });
 }
@@ -161,6 +176,7 @@ void SortKey(CCall& Call)
 
 constexpr FunctionInfo Functions[] = {
     {.Name = "Pow"_L1, .Body = Power},
+    {.Name = "Product"_L1, .Body = [](CCall& c) { c.SetNumber(c.Number(0) * c.Number(1)); }},
     {.Name = "Div"_L1, .Body = [](CCall& c) { c.SetNumber(c.Number(0) / Divisor(c)); }},
     {.Name = "IntDiv"_L1, .Body = [](CCall& c) { c.SetWhole(qint64(c.Long(0)) / WholeDivisor(c)); }},
     {.Name = "Mod"_L1, .Body = [](CCall& c) { c.SetWhole(qint64(c.Long(0)) % WholeDivisor(c)); }},

@@ -19,6 +19,9 @@ namespace jetsql {
 
 namespace {
 
+// Of one row or value. SQLite's own bound lets a statement that joins its own texts fill the memory of a small machine.
+constexpr int MaxBytes = 256 * 1024 * 1024;
+
 // No exception may pass through SQLite.
 template <typename Work>
 void Guarded(CCall& Call, Work Do)
@@ -207,6 +210,7 @@ constexpr AggregateInfo Aggregates[] = {
 
 void RegisterFunctions(sqlite3* Connection)
 {
+    sqlite3_limit(Connection, SQLITE_LIMIT_LENGTH, MaxBytes);
     // UTF-16 is what the file holds and what QString is: nothing is converted on the way.
     sqlite3_create_collation_v2(Connection, "JETTEXT", SQLITE_UTF16_ALIGNED, nullptr, CompareUnits, nullptr);
     for (const auto& group : {TextFunctions(), SearchFunctions(), DateFunctions(), FormatFunctions(), MathFunctions(),

@@ -151,11 +151,13 @@ void StrComp(CCall& Call)
     Call.SetWhole(order < 0 ? -1 : order > 0 ? 1 : 0);
 }
 
+using Gives = FunctionInfo::Gives;
+
 constexpr FunctionInfo Functions[] = {
     {.Name = "InStr"_L1, .Least = 2, .Most = 4, .Kinds = "t", .Type = FieldType::Long, .Body = InStr},
     {.Name = "InStrB"_L1, .Least = 2, .Most = 4, .Kinds = "t", .Type = FieldType::Long, .Body = InStrB},
     {.Name = "InStrRev"_L1, .Least = 2, .Most = 4, .Kinds = "ttnn", .Type = FieldType::Long, .Body = InStrRev},
-    {.Name = "Replace"_L1, .Least = 3, .Most = 6, .Kinds = "tttn", .Body = Replace},
+    {.Name = "Replace"_L1, .Least = 3, .Most = 6, .Kinds = "tttn", .Body = Replace, .What = Gives::Text},
     {.Name = "StrComp"_L1, .Least = 2, .Most = 3, .Kinds = "ttn", .Type = FieldType::Integer, .Body = StrComp},
 };
 

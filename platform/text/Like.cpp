@@ -59,7 +59,8 @@ bool CLikePattern::Read(const std::vector<Token>& Pattern)
     for (auto token = Pattern.begin(); token != Pattern.end(); ++token) {
         switch (token->Sign) {
         case u'*':
-            m_pieces.emplace_back();
+            if (m_pieces.size() == 1 || m_pieces.back().Size() > 0) // "**" is "*"
+                m_pieces.emplace_back();
             break;
         case u'?':
             Add({Kind::AnyUnit, 0, {}});
@@ -121,6 +122,14 @@ bool CLikePattern::Matches(QStringView Text) const
     if (m_mode == Compare::Binary || IsFolded(Text))
         return MatchesUnits(Text);
     return MatchesUnits(Fold(Text));
+}
+
+qint64 CLikePattern::MostSteps(qsizetype Size) const
+{
+    const auto longest = std::max_element(m_pieces.begin(), m_pieces.end(), [](const Piece& Left, const Piece& Right) {
+        return Left.Size() < Right.Size();
+    });
+    return m_pieces.size() == 1 ? Size : Size * std::max<qint64>(longest->Size(), 1);
 }
 
 bool CLikePattern::MatchesUnits(QStringView Text) const

@@ -32,6 +32,9 @@ public:
     /// Whether the whole of Text matches.
     bool Matches(QStringView Text) const;
 
+    /// How many steps a text of Size units can take at the most.
+    qint64 MostSteps(qsizetype Size) const;
+
 private:
     enum class Kind { Unit, AnyUnit, Digit, List, NotList };
 
