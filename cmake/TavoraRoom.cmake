@@ -5,7 +5,14 @@ target_include_directories(tavora_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_definitions(tavora_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
   $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
-target_compile_options(tavora_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_options(tavora_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion)
+if(TAVORA_FUZZ) # by clang, whose warnings are others
+  target_compile_options(tavora_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(tavora_options INTERFACE -fsanitize=address,undefined)
+else()
+  target_compile_options(tavora_options INTERFACE -Werror)
+endif()
 if(TAVORA_SANITIZE)
   target_compile_options(tavora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tavora_options INTERFACE -fsanitize=address,undefined)
