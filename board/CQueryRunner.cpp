@@ -93,6 +93,7 @@ qint16 CQueryRunner::Run(dao::QueryDef& Query)
         OpenResult(Query);
         break;
     case dao::QueryType::Compound:
+    case dao::QueryType::Procedure:
         break;
     }
     return qint16(type);

@@ -3,7 +3,9 @@
 
 #include "platform/dao/CSession.h"
 
+#include "platform/dao/CCrosstab.h"
 #include "platform/dao/CDynaset.h"
+#include "platform/dao/CMakeTable.h"
 #include "platform/dao/CSnapshot.h"
 #include "platform/dao/CTableRecordset.h"
 #include "platform/dao/Values.h"
@@ -102,6 +104,8 @@ Value BoundValue(const jetsql::Binding& Wanted, const CSession::Filled& Query)
     const size_t index = size_t(Wanted.Index);
     if (Wanted.Source == jetsql::Binding::Parameter)
         return mdlValues::ConvertTo(Wanted.As, Query.Parameters[index]);
+    if (Wanted.Source == jetsql::Binding::Constant)
+        return mdlValues::ConvertTo(Wanted.As, Query.Statement.Constants[index]);
     try {
         return mdlValues::ConvertTo(Wanted.As, Query.Shape.Literals[index]);
     } catch (Error& error) {
@@ -143,11 +147,32 @@ int CSession::Run(const Filled& Action, ExecuteOption Option)
     RequireParameters(Action);
     m_connection->RequireWritable();
     const bool isStrict = Option == ExecuteOption::FailOnError;
-    const std::vector<Value> values = BoundValues(Action, isStrict);
-    CRun run(*m_connection, isStrict ? Action.Statement.Sql : SkippingRows(Action.Statement.Sql));
+    if (Action.Statement.Type == QueryType::MakeTable)
+        return mdlMakeTable::Run(*this, Action);
+    if (!Action.Statement.Steps.empty())
+        return RunSteps(Action, isStrict);
+    return RunOne(Action, Action.Statement.Sql, isStrict);
+}
+
+int CSession::RunOne(const Filled& Action, const QByteArray& Sql, bool IsStrict)
+{
+    const std::vector<Value> values = BoundValues(Action, IsStrict);
+    CRun run(*m_connection, IsStrict ? Sql : SkippingRows(Sql));
     Bind(run, values);
     run.Finish();
     return sqlite3_changes(m_connection->Handle());
+}
+
+int CSession::RunSteps(const Filled& Action, bool IsStrict)
+{
+    int changed = 0;
+    m_connection->Atomically([&] {
+        RunOne(Action, Action.Statement.Sql, IsStrict);
+        changed = int(m_connection->RunForNumber(Action.Statement.Counter));
+        for (const QByteArray& step : Action.Statement.Steps)
+            m_connection->Run(IsStrict ? step : SkippingRows(step));
+    });
+    return changed;
 }
 
 CTopLimit CSession::Limit(const Filled& Query, int FirstKey)
@@ -169,6 +194,10 @@ std::unique_ptr<Recordset> CSession::Open(const Filled& Query, RecordsetType Typ
     if (!jetsql::ReturnsRows(Query.Statement.Type))
         throw jetsql::MakeError(3219);
     RequireParameters(Query);
+    if (Query.Statement.Pivot) {
+        const jetsql::Statement spread = mdlCrosstab::Spread(*this, Query);
+        return std::make_unique<CSnapshot>(shared_from_this(), Filled{spread, Query.Shape, Query.Parameters}, Type);
+    }
     if (Type == RecordsetType::Dynaset && !Query.Statement.EditableTable.isEmpty())
         return std::make_unique<CDynaset>(shared_from_this(), Query);
     return std::make_unique<CSnapshot>(shared_from_this(), Query, Type);

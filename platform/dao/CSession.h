@@ -61,6 +61,9 @@ public:
     void Close();
 
 private:
+    int RunOne(const Filled& Action, const QByteArray& Sql, bool IsStrict);
+    int RunSteps(const Filled& Action, bool IsStrict);
+
     std::unique_ptr<CConnection> m_connection;
     std::unique_ptr<CSchema> m_schema;
     QCache<QString, std::shared_ptr<const jetsql::Statement>> m_compiled;

@@ -4,6 +4,7 @@
 #include "platform/jetsql/CBinder.h"
 
 #include "platform/jetsql/TypeRules.h"
+#include "platform/text/Fold.h"
 
 #include <algorithm>
 #include <numeric>
@@ -17,6 +18,14 @@ QByteArray Quoted(const QString& Name)
     return '"' + Name.toUtf8().replace('"', "\"\"") + '"';
 }
 
+bool SameName(QStringView Left, QStringView Right)
+{
+    const auto isAscii = [](QStringView text) { return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit < u'\x80'; }); };
+    if (isAscii(Left) && isAscii(Right))
+        return Left.compare(Right, Qt::CaseInsensitive) == 0;
+    return text::EqualText(Left, Right);
+}
+
 CBinder::CBinder(const Catalog& Names, const CTokens& Tokens) : m_names(Names), m_tokens(&Tokens)
 {
 }
@@ -26,6 +35,7 @@ void CBinder::Bind(Tree& Statement)
     Declare(Statement);
     switch (Statement.Type) {
     case QueryType::Append: BindInsert(Statement); break;
+    case QueryType::MakeTable: BindMakeTable(Statement); break;
     case QueryType::Update: BindUpdate(Statement); break;
     case QueryType::Delete: BindDelete(Statement); break;
     default: BindQuery(*Statement.Source, nullptr); break;
@@ -36,7 +46,7 @@ void CBinder::Declare(const Tree& Statement)
 {
     for (const DeclaredParameter& declared : Statement.Declared) {
         const bool isKnown = std::any_of(m_parameters.begin(), m_parameters.end(), [&](const KnownParameter& known) {
-            return known.Info.Name.compare(declared.Name, Qt::CaseInsensitive) == 0;
+            return SameName(known.Info.Name, declared.Name);
         });
         if (!isKnown)
             m_parameters.push_back({{declared.Name, declared.Type}, true, m_place});
@@ -104,7 +114,7 @@ void CBinder::BindTargetFields(const Tree& Statement)
     for (size_t i = 0; i < Statement.TargetFields.size(); ++i) {
         const QString& name = Statement.TargetFields[i];
         const auto field = std::find_if(m_target->Fields.begin(), m_target->Fields.end(), [&](const FieldInfo& info) {
-            return info.Name.compare(name, Qt::CaseInsensitive) == 0;
+            return SameName(info.Name, name);
         });
         const int offset = OffsetOf(Statement.TargetFieldTokens[i]);
         if (field == m_target->Fields.end())
@@ -122,7 +132,7 @@ void CBinder::MatchByName(const Tree& Statement)
     m_targetFields.clear();
     for (const ResultColumn& column : Statement.Source->Columns) {
         const auto field = std::find_if(m_target->Fields.begin(), m_target->Fields.end(), [&](const FieldInfo& info) {
-            return info.Name.compare(column.Name, Qt::CaseInsensitive) == 0;
+            return SameName(info.Name, column.Name);
         });
         if (field == m_target->Fields.end())
             throw MakeError(3127, {column.Name}, OffsetOf(Statement.TargetToken));
@@ -130,33 +140,54 @@ void CBinder::MatchByName(const Tree& Statement)
     }
 }
 
+// The rows may go into a table of any name that is free when the statement runs.
+void CBinder::BindMakeTable(Tree& Statement)
+{
+    Select& first = *Statement.Source->Members.front();
+    Statement.Target = std::exchange(first.Into, {});
+    Statement.TargetToken = first.IntoToken + 1;
+    BindQuery(*Statement.Source, nullptr);
+    const bool isSource = std::any_of(m_sources.begin(), m_sources.end(), [&](const QString& source) { return SameName(source, Statement.Target); });
+    if (isSource)
+        throw MakeError(3610, {}, OffsetOf(Statement.TargetToken));
+}
+
 void CBinder::BindUpdate(Tree& Statement)
 {
     Scope scope;
     BindTables(Statement.From, scope);
     m_clause = Clause::Where;
-    const TableRef* target = nullptr;
+    std::vector<const Column*> known;
     for (Assignment& assignment : Statement.Assignments) {
         Expr& name = *assignment.Target;
         name.Field = FindColumn(name, scope);
         if (!name.Field)
             throw MakeError(3070, {name.Name}, OffsetOf(name.First));
-        name.Type = name.Field->Type;
-        const auto owner = std::find_if(scope.Tables.begin(), scope.Tables.end(), [&](const TableRef* table) {
-            return std::any_of(table->Columns.begin(), table->Columns.end(), [&](const Column& column) { return &column == name.Field; });
-        });
-        if (!(*owner)->Table || (target && target != *owner))
-            Refuse(3073, name);
-        target = *owner;
-        BindExpression(*assignment.Value, &scope);
-        if (IsParameter(*assignment.Value))
-            Infer(*assignment.Value, name.Type);
+        if (std::find(known.begin(), known.end(), name.Field) != known.end())
+            throw MakeError(3063, {name.Name}, OffsetOf(name.First));
+        known.push_back(name.Field);
+        const auto owner = std::find_if(scope.Tables.begin(), scope.Tables.end(), [&](const TableRef* table) { return Owns(*table, *name.Field); });
+        BindAssignment(assignment, **owner, scope);
     }
-    m_target = target->Table;
     if (Statement.Where) {
         BindExpression(*Statement.Where, &scope);
         AsTruth(*Statement.Where);
     }
+}
+
+void CBinder::BindAssignment(Assignment& Which, const TableRef& Owner, Scope& In)
+{
+    Expr& name = *Which.Target;
+    if (!Owner.Table)
+        Refuse(3073, name);
+    if (Owner.Table->Fields[size_t(name.Field - Owner.Columns.data())].AutoIncrement)
+        throw MakeError(3113, {name.Name}, OffsetOf(name.First));
+    if (!m_target)
+        m_target = Owner.Table;
+    name.Type = name.Field->Type;
+    BindExpression(*Which.Value, &In);
+    if (IsParameter(*Which.Value))
+        Infer(*Which.Value, name.Type);
 }
 
 void CBinder::BindDelete(Tree& Statement)
@@ -164,7 +195,7 @@ void CBinder::BindDelete(Tree& Statement)
     Scope scope;
     BindTables(Statement.From, scope);
     const auto target = std::find_if(scope.Tables.begin(), scope.Tables.end(), [&](const TableRef* table) {
-        return Statement.Target.isEmpty() || table->VisibleName().compare(Statement.Target, Qt::CaseInsensitive) == 0;
+        return Statement.Target.isEmpty() || SameName(table->VisibleName(), Statement.Target);
     });
     if (target == scope.Tables.end())
         throw MakeError(3078, {Statement.Target}, OffsetOf(Statement.TargetToken));

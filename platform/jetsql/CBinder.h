@@ -52,9 +52,11 @@ private:
 
     // Statements (CBinder.cpp)
     void BindInsert(Tree& Statement);
+    void BindMakeTable(Tree& Statement);
     void BindTargetFields(const Tree& Statement);
     void MatchByName(const Tree& Statement);
     void BindUpdate(Tree& Statement);
+    void BindAssignment(Assignment& Which, const TableRef& Owner, Scope& In);
     void BindDelete(Tree& Statement);
     void Declare(const Tree& Statement);
     const TableInfo& TargetTable(const QString& Name, int Token, int MissingNumber);
@@ -78,7 +80,13 @@ private:
     void BindOrder(Select& Which, Scope& In);
     void CheckDistinctOrder(const Select& Which);
     void CheckGrouping(Select& Which);
-    void CheckGrouped(const Select& Which, const Expr& Tested);
+    void CheckGrouped(const Select& Which, const Expr& Tested, const Expr* AlsoGrouped = nullptr);
+    void FindRowTables(Select& Which, const Scope& In);
+
+    // Crosstabs (CBinderCrosstab.cpp)
+    void BindCrosstab(Select& Which, Scope& In, size_t KnownParameters);
+    void BindFixedHeadings(Pivot& Which);
+    void AddHeadings(Query& Which);
 
     // Expressions (CBinderExpression.cpp)
     void BindExpression(Expr& Which, Scope* In);
@@ -120,6 +128,13 @@ private:
     const TableInfo* m_target = nullptr;
     std::vector<int> m_targetFields;
 };
+
+/// Whether two names are the same: as texts, neither letter case nor width nor kana count.
+bool SameName(QStringView Left, QStringView Right);
+
+/// The columns of a crosstab behind those that are there: one for each of Headings, named after it.
+/// Error 3205 where they are too many.
+void AddHeadingColumns(std::vector<ResultColumn>& To, const std::vector<Value>& Headings, FieldType Type, int Size);
 
 /// All leaves below Root, from left to right.
 void CollectTables(TableRef& Root, std::vector<TableRef*>& Into);

@@ -117,10 +117,10 @@ const Column* CBinder::FindColumn(const Expr& Name, const Scope& In) const
     const QString whole = Name.Qualifier.isEmpty() ? Name.Name : Name.Qualifier + u'.' + Name.Name;
     const Column* found = nullptr;
     for (const TableRef* table : In.Tables) {
-        const bool isMeant = Name.Qualifier.isEmpty() || table->VisibleName().compare(Name.Qualifier, Qt::CaseInsensitive) == 0;
+        const bool isMeant = Name.Qualifier.isEmpty() || SameName(table->VisibleName(), Name.Qualifier);
         for (const Column& column : table->Columns) {
-            const bool fits = (isMeant && column.Name.compare(Name.Name, Qt::CaseInsensitive) == 0)
-                || (!Name.Qualifier.isEmpty() && column.Name.compare(whole, Qt::CaseInsensitive) == 0);
+            const bool fits = (isMeant && SameName(column.Name, Name.Name))
+                || (!Name.Qualifier.isEmpty() && SameName(column.Name, whole));
             if (!fits)
                 continue;
             if (found)
@@ -137,7 +137,7 @@ bool CBinder::BindAlias(Expr& Which, Scope* In)
         return false;
     for (size_t i = 0; i < In->Of->Items.size(); ++i) {
         SelectItem& item = In->Of->Items[i];
-        if (!item.Value || item.Alias.compare(Which.Name, Qt::CaseInsensitive) != 0)
+        if (!item.Value || item.Alias.isEmpty() || !SameName(item.Alias, Which.Name))
             continue;
         BindItem(*In, i);
         const bool isWrongPlace = item.Value->HasAggregate && m_clause != Clause::Items && m_clause != Clause::Having && m_clause != Clause::OrderBy;
@@ -172,7 +172,7 @@ void CBinder::BindParameter(Expr& Which)
     std::vector<int> place = m_place;
     place.push_back(Which.First);
     auto known = std::find_if(m_parameters.begin(), m_parameters.end(), [&](const KnownParameter& candidate) {
-        return candidate.Info.Name.compare(name, Qt::CaseInsensitive) == 0;
+        return SameName(candidate.Info.Name, name);
     });
     if (known == m_parameters.end())
         known = m_parameters.insert(known, {{name, FieldType::Null}, false, place});
@@ -327,8 +327,12 @@ void CBinder::BindCall(Expr& Which, Scope* In)
     BindArguments(Which, In);
     m_clause = around;
     bool hasField = false;
-    if (isAggregate && !Which.StarArgument && IsAllOuter(*Which.Args.front(), hasField) && hasField)
-        Refuse(3095, Which);   // SQLite would count the rows of the enclosing query
+    if (isAggregate && !Which.StarArgument && IsAllOuter(*Which.Args.front(), hasField) && hasField) {
+        // SQLite would count the rows of the enclosing query; the dialect counts those of the query that it stands in.
+        if (!In || In->Tables.empty())
+            Refuse(3095, Which);
+        Which.Anchor = &In->Tables.front()->Columns.front();
+    }
     Which.HasAggregate = isAggregate;
     Which.Type = CallType(Which);
     Which.IsTruth = function.IsTruth || (function.What == FunctionInfo::Gives::Common && Which.Type == FieldType::Boolean);
@@ -341,7 +345,8 @@ void CBinder::CheckAggregate(const Expr& Which) const
     switch (m_clause) {
     case Clause::Aggregate: Refuse(3095, Which);
     case Clause::GroupBy: Refuse(3098, Which);
-    case Clause::On: case Clause::Where: case Clause::Values: Refuse(3096, Which);
+    case Clause::On: case Clause::Where: Refuse(3096, Which);
+    case Clause::Values: Refuse(3095, Which);
     default: break;
     }
 }

@@ -5,9 +5,9 @@
 #include "platform/jetsql/CParser.h"
 #include "platform/jetsql/FunctionTable.h"
 #include "platform/jetsql/TypeRules.h"
+#include "platform/text/Fold.h"
 
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -21,9 +21,15 @@ constexpr int MaxQueries = 100;      // saved queries opened by one statement: a
 constexpr size_t MaxColumns = 1000;
 constexpr int TextSize = 255;        // of an expression
 
-bool SameName(const QString& Left, const QString& Right)
+// The columns that an expression reads, those behind aliases too.
+void CollectFields(const Expr& Read, std::vector<const Column*>& Into)
 {
-    return Left.compare(Right, Qt::CaseInsensitive) == 0;
+    if (Read.Alias)
+        return CollectFields(*Read.Alias, Into);
+    if (Read.Field && !Read.IsOuter)
+        Into.push_back(Read.Field);
+    for (const ExprPtr& arg : Read.Args)
+        CollectFields(*arg, Into);
 }
 
 }
@@ -45,6 +51,8 @@ void CBinder::BindQuery(Query& Which, Scope* Outer)
         BindSelect(*member, Outer);
     for (const OutputColumn& output : Which.Members.front()->Output)
         Which.Columns.push_back(output.Info);
+    if (Which.Members.front()->Crossed)
+        AddHeadings(Which);
     if (Which.IsUnion())
         BindUnion(Which);
     m_clause = around;
@@ -86,6 +94,9 @@ void CBinder::BindUnionOrder(Query& Which)
 
 void CBinder::BindSelect(Select& Which, Scope* Outer)
 {
+    if (!Which.Into.isEmpty())
+        throw MakeError(3141, {}, OffsetOf(Which.IntoToken));
+    const size_t parameters = m_parameters.size();
     Scope scope;
     scope.Of = &Which;
     scope.Outer = Outer;
@@ -109,8 +120,11 @@ void CBinder::BindSelect(Select& Which, Scope* Outer)
     SpreadItems(Which, scope);
     m_clause = Clause::OrderBy;
     BindOrder(Which, scope);
+    if (Which.Crossed)
+        BindCrosstab(Which, scope, parameters);
     CheckGrouping(Which);
     CheckDistinctOrder(Which);
+    FindRowTables(Which, scope);
     m_clause = Clause::Items;
 }
 
@@ -209,6 +223,8 @@ void CBinder::OpenSavedQuery(TableRef& Table, const QString& Text)
         Tree tree = CParser(*Table.Tokens, true).Statement();
         if (!ReturnsRows(tree.Type))
             throw MakeError(3069, {Table.Name});
+        if (const auto& crossed = tree.Source->Members.front()->Crossed; crossed && !crossed->IsFixed)
+            throw MakeError(3637);
         Declare(tree);
         Table.Derived = std::move(tree.Source);
     } catch (Error& refused) {
@@ -288,7 +304,7 @@ void CBinder::NameColumns(Select& Which)
 {
     QHash<QString, std::vector<size_t>> byName;
     for (size_t i = 0; i < Which.Output.size(); ++i)
-        byName[Which.Output[i].Info.Name.toLower()].push_back(i);
+        byName[text::Fold(Which.Output[i].Info.Name)].push_back(i);
     for (const std::vector<size_t>& same : std::as_const(byName)) {
         const auto aliases = std::count_if(same.begin(), same.end(), [&](size_t i) { return Which.Output[i].HasAlias; });
         if (same.size() < 2)
@@ -337,7 +353,7 @@ void CBinder::CheckDistinctOrder(const Select& Which)
 void CBinder::CheckGrouping(Select& Which)
 {
     bool& isGrouped = Which.IsGrouped;
-    isGrouped = !Which.GroupBy.empty();
+    isGrouped = !Which.GroupBy.empty() || Which.Crossed;
     for (const OutputColumn& output : Which.Output)
         isGrouped |= output.Value && output.Value->HasAggregate;
     for (const OrderItem& item : Which.OrderBy)
@@ -349,7 +365,7 @@ void CBinder::CheckGrouping(Select& Which)
         return;
     for (const SelectItem& item : Which.Items) {
         if (!item.Value)
-            throw MakeError(3120, {}, OffsetOf(item.First));
+            throw MakeError(Which.Crossed ? 3123 : 3120, {}, OffsetOf(item.First));
         CheckGrouped(Which, *item.Value);
     }
     for (const OrderItem& item : Which.OrderBy)
@@ -357,14 +373,16 @@ void CBinder::CheckGrouping(Select& Which)
             CheckGrouped(Which, *item.Value);
     if (Which.Having)
         CheckGrouped(Which, *Which.Having);
+    if (Which.Crossed)
+        CheckGrouped(Which, *Which.Crossed->Cell, Which.Crossed->Heading.get());
 }
 
 // Of a group only what all its rows share, and aggregates, can be shown.
-void CBinder::CheckGrouped(const Select& Which, const Expr& Tested)
+void CBinder::CheckGrouped(const Select& Which, const Expr& Tested, const Expr* AlsoGrouped)
 {
     if (Tested.Alias)
-        return CheckGrouped(Which, *Tested.Alias);
-    const bool isGroupItself = std::any_of(Which.GroupBy.begin(), Which.GroupBy.end(), [&](const ExprPtr& group) {
+        return CheckGrouped(Which, *Tested.Alias, AlsoGrouped);
+    const bool isGroupItself = (AlsoGrouped && SameExpression(*AlsoGrouped, Tested)) || std::any_of(Which.GroupBy.begin(), Which.GroupBy.end(), [&](const ExprPtr& group) {
         return SameExpression(*group, Tested);
     });
     if (isGroupItself || (Tested.Function && Tested.Function->How == FunctionInfo::Form::Aggregate))
@@ -372,7 +390,29 @@ void CBinder::CheckGrouped(const Select& Which, const Expr& Tested)
     if (Tested.Field && !Tested.IsOuter)
         Refuse(3122, Tested);
     for (const ExprPtr& arg : Tested.Args)
-        CheckGrouped(Which, *arg);
+        CheckGrouped(Which, *arg, AlsoGrouped);
+}
+
+// DISTINCTROW gives each combination of those rows once that the columns come from; with one table, or where every
+// table has a part in the columns, that is what comes anyway.
+void CBinder::FindRowTables(Select& Which, const Scope& In)
+{
+    if (!Which.DistinctRow || Which.Distinct || Which.IsGrouped || In.Tables.size() < 2)
+        return;
+    std::vector<const Column*> fields;
+    for (const OutputColumn& output : Which.Output) {
+        if (output.Value)
+            CollectFields(*output.Value, fields);
+        else
+            fields.push_back(output.Field);
+    }
+    for (const TableRef* table : In.Tables) {
+        const bool hasPart = std::any_of(fields.begin(), fields.end(), [&](const Column* field) { return Owns(*table, *field); });
+        if (hasPart)
+            Which.RowsOf.push_back(table);
+    }
+    if (Which.RowsOf.size() == In.Tables.size())
+        Which.RowsOf.clear();
 }
 
 }

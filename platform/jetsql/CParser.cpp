@@ -157,6 +157,8 @@ void CParser::RefuseExpression(const QString& Reason, int First) const
 
 QueryType CParser::Type()
 {
+    if (At(Keyword::Procedure))
+        return QueryType::Procedure;
     if (At(Keyword::Parameters)) {
         while (!AtEnd())
             ++m_at;
@@ -174,10 +176,10 @@ QueryType CParser::BodyType()
     case Keyword::Update: return QueryType::Update;
     case Keyword::Delete: return QueryType::Delete;
     case Keyword::Create: case Keyword::Alter: case Keyword::Drop: return QueryType::Ddl;
-    case Keyword::Procedure: case Keyword::Execute: return QueryType::Compound;
+    case Keyword::Execute: return QueryType::Procedure;
     case Keyword::Select: case Keyword::Table: break;
     default:
-        if (!At(Sign::Open))
+        if (!At(Sign::Open) && !(CanBeName() && At(Keyword::Union, 1)))
             Refuse(3129);
     }
     int depth = 0;
@@ -195,12 +197,23 @@ QueryType CParser::BodyType()
 Tree CParser::Statement()
 {
     Tree tree;
-    if (Accept(Keyword::Parameters))
-        Parameters(tree);
+    Header(tree);
     tree.Type = BodyType();
     Body(tree);
     Finish();
     return tree;
+}
+
+// What a statement says of its parameters. PROCEDURE gives it a name as well, which only a saved query's text may need.
+void CParser::Header(Tree& To)
+{
+    if (Accept(Keyword::Parameters))
+        return Parameters(To, 3139);
+    if (!Accept(Keyword::Procedure))
+        return;
+    Name(3140);
+    if (!Accept(Sign::Semicolon))
+        Parameters(To, 3140);
 }
 
 void CParser::Body(Tree& To)
@@ -214,6 +227,10 @@ void CParser::Body(Tree& To)
     case QueryType::Union:
         To.Source = ReadQuery();
         return;
+    case QueryType::Crosstab:
+        To.Source = ReadCrosstab();
+        return;
+    case QueryType::Procedure: return Execute(To);
     default: Refuse(3219);
     }
 }
@@ -227,28 +244,28 @@ void CParser::Finish()
         Refuse(isClosed ? 3142 : 3137);
 }
 
-void CParser::Parameters(Tree& To)
+void CParser::Parameters(Tree& To, int ErrorNumber)
 {
     do {
         DeclaredParameter parameter;
-        parameter.Name = Name(3139);
-        parameter.Type = ParameterType();
+        parameter.Name = Name(ErrorNumber);
+        parameter.Type = ParameterType(ErrorNumber);
         To.Declared.push_back(parameter);
     } while (Accept(Sign::Comma));
-    Expect(Sign::Semicolon, 3139);
+    Expect(Sign::Semicolon, ErrorNumber);
 }
 
-FieldType CParser::ParameterType()
+FieldType CParser::ParameterType(int ErrorNumber)
 {
     FieldType type = FieldType::Null;
     if (Peek().What != Token::Kind::Word || !TypeOfWord(Peek().Text, type))
-        Refuse(3139);
+        Refuse(ErrorNumber);
     ++m_at;
     if (Accept(Sign::Open)) {
         if (Peek().What != Token::Kind::Number && Peek().What != Token::Kind::Literal)
-            Refuse(3139);
+            Refuse(ErrorNumber);
         ++m_at;
-        Expect(Sign::Close, 3139);
+        Expect(Sign::Close, ErrorNumber);
     }
     return type;
 }
@@ -259,6 +276,7 @@ void CParser::Insert(Tree& To)
     Expect(Keyword::Into, 3134);
     To.TargetToken = m_at;
     To.Target = Name(3134);
+    RefuseOtherFile();
     if (At(Sign::Open) && !At(Keyword::Select, 1))
         InsertFields(To);
     if (Accept(Keyword::Values))
@@ -295,16 +313,20 @@ void CParser::InsertValues(Tree& To)
 void CParser::Update(Tree& To)
 {
     ++m_at;
+    if (At(Keyword::DistinctRow) && !At(Keyword::Set, 1))
+        ++m_at;   // rows are changed, and each of them is one
     To.TargetToken = m_at;
     if (!CanBeName() && !At(Sign::Open))
         Refuse(3144);
-    To.From.push_back(Reference());
+    To.From = From();
     Expect(Keyword::Set, 3144);
     do
         Assign(To);
     while (Accept(Sign::Comma));
     if (Accept(Keyword::Where))
         To.Where = Clause(3145);
+    else if (At(Keyword::From))
+        Refuse(3144);   // the tables stand before SET
     else if (!AtEnd())
         RefuseExpression(u"構文エラーです: 演算子がありません"_s, m_expressionBegin);
 }
@@ -329,22 +351,44 @@ void CParser::Assign(Tree& To)
 void CParser::Delete(Tree& To)
 {
     ++m_at;
+    if (At(Keyword::DistinctRow))
+        ++m_at;
     if (At(Keyword::Top) && Peek(1).What != Token::Kind::Sign)
         Refuse(3318);
-    To.TargetToken = m_at;
-    if (CanBeName() && (At(Sign::Point, 1) || At(Sign::Exclamation, 1))) {
-        To.Target = Name(3130);
-        ++m_at;
-        Expect(Sign::Star, 3130);
-    } else {
-        Accept(Sign::Star);
-    }
+    DeleteTarget(To);
     Expect(Keyword::From, 3130);
     To.From = From();
     if (Accept(Keyword::Where))
         To.Where = Clause(3145);
     else if (!AtEnd())
         Refuse(3131);
+}
+
+// Nothing, *, or the table whose rows go: t.*, t.ID
+void CParser::DeleteTarget(Tree& To)
+{
+    To.TargetToken = m_at;
+    if (Accept(Sign::Star) || At(Keyword::From))
+        return;
+    To.Target = Name(3130);
+    if (!Accept(Sign::Point) && !Accept(Sign::Exclamation))
+        Refuse(3130);
+    if (!Accept(Sign::Star))
+        Name(3130);
+}
+
+// EXECUTE query [argument, …]
+void CParser::Execute(Tree& To)
+{
+    ++m_at;
+    To.TargetToken = m_at;
+    To.Target = Name(3140);
+    if (AtEnd())
+        return;
+    do {
+        m_expressionBegin = m_at;
+        To.Values.push_back(Clause(3140));
+    } while (Accept(Sign::Comma));
 }
 
 }

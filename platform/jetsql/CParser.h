@@ -1,5 +1,5 @@
 // platform/jetsql/CParser.h
-// From tokens to the syntax tree: statements in CParser.cpp, queries and expressions in the two files beside it.
+// From tokens to the syntax tree: statements in CParser.cpp, queries, crosstabs and expressions in the files beside it.
 
 #ifndef JETSQL_CPARSER_H
 #define JETSQL_CPARSER_H
@@ -44,8 +44,9 @@ private:
     [[noreturn]] void RefuseExpression(const QString& Reason, int First) const;
 
     // Statements (CParser.cpp)
-    void Parameters(Tree& To);
-    FieldType ParameterType();
+    void Header(Tree& To);
+    void Parameters(Tree& To, int ErrorNumber);
+    FieldType ParameterType(int ErrorNumber);
     QueryType BodyType();
     void Body(Tree& To);
     void Insert(Tree& To);
@@ -54,6 +55,8 @@ private:
     void Update(Tree& To);
     void Assign(Tree& To);
     void Delete(Tree& To);
+    void DeleteTarget(Tree& To);
+    void Execute(Tree& To);
     void Finish();
 
     // Queries (CParserQuery.cpp)
@@ -61,6 +64,10 @@ private:
     std::unique_ptr<Select> Member(bool& IsEnclosed);
     std::unique_ptr<Select> ReadSelect();
     std::unique_ptr<Select> TableMember();
+    std::unique_ptr<Select> EnclosedMember();
+    bool AtNamedMember() const;
+    std::unique_ptr<Query> ReadCrosstab();
+    void PivotColumns(Pivot& To);
     void Predicates(Select& To);
     bool AtPredicate() const;
     void Top(Select& To);
@@ -76,6 +83,8 @@ private:
     JoinKind Join();
     void TableAlias(TableRef& To);
     void Tail(Select& To);
+    void OwnerAccess();
+    void RefuseOtherFile() const;
     std::vector<OrderItem> OrderList();
     OrderItem Order();
     ExprPtr Clause(int ErrorNumber);

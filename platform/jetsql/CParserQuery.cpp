@@ -38,23 +38,42 @@ std::unique_ptr<Query> CParser::ReadQuery()
 std::unique_ptr<Select> CParser::Member(bool& IsEnclosed)
 {
     IsEnclosed = At(Sign::Open);
-    if (At(Keyword::Table))
-        return TableMember();
-    if (!IsEnclosed)
-        return ReadSelect();
-    const CNesting nesting(*this);
-    ++m_at;
-    bool ignored = false;
-    auto member = Member(ignored);
-    Expect(Sign::Close, 3319);
-    return member;
+    if (IsEnclosed)
+        return EnclosedMember();
+    return At(Keyword::Table) || AtNamedMember() ? TableMember() : ReadSelect();
 }
 
-// TABLE x is SELECT * FROM x.
+// A union in parentheses is one member by itself.
+std::unique_ptr<Select> CParser::EnclosedMember()
+{
+    const CNesting nesting(*this);
+    const int first = m_at++;
+    auto query = ReadQuery();
+    Expect(Sign::Close, 3319);
+    if (!query->IsUnion())
+        return std::move(query->Members.front());
+    auto select = std::make_unique<Select>();
+    select->First = first;
+    select->Items.push_back({nullptr, {}, {}, first});
+    select->From.push_back(std::make_unique<TableRef>());
+    select->From.front()->First = first;
+    select->From.front()->Derived = std::move(query);
+    return select;
+}
+
+// The name of a table or query alone, as a member of a union.
+bool CParser::AtNamedMember() const
+{
+    const Token& next = Peek(1);
+    return CanBeName() && (next.What == Token::Kind::End || At(Keyword::Union, 1) || At(Sign::Semicolon, 1) || At(Sign::Close, 1));
+}
+
+// TABLE x, or x alone, is SELECT * FROM x.
 std::unique_ptr<Select> CParser::TableMember()
 {
     auto select = std::make_unique<Select>();
-    select->First = m_at++;
+    select->First = m_at;
+    Accept(Keyword::Table);
     select->Items.push_back({nullptr, {}, {}, m_at});
     auto table = std::make_unique<TableRef>();
     table->First = m_at;
@@ -73,10 +92,10 @@ std::unique_ptr<Select> CParser::ReadSelect()
     Expect(Keyword::Select, 3141);
     Predicates(*select);
     Items(*select);
+    select->IntoToken = m_at;
     if (Accept(Keyword::Into)) {
         select->Into = NewName(3141);
-        if (At(Keyword::In))
-            Refuse(3219);
+        RefuseOtherFile();
     }
     if (Accept(Keyword::From))
         select->From = From();
@@ -89,7 +108,8 @@ bool CParser::AtPredicate() const
 {
     switch (Peek().Key) {
     case Keyword::All: case Keyword::Distinct: case Keyword::DistinctRow: break;
-    case Keyword::Top: return Peek(1).What == Token::Kind::Number || Peek(1).What == Token::Kind::Literal
+    case Keyword::Top: return Peek(1).What == Token::Kind::Number || Peek(1).What == Token::Kind::Literal || At(Sign::Open, 1)
+            || Peek(1).What == Token::Kind::Name || (Peek(1).What == Token::Kind::Word && !IsOperatorWord(Peek(1).Key))
             || (At(Sign::Minus, 1) && Peek(2).What == Token::Kind::Literal);
     default: return false;
     }
@@ -104,6 +124,7 @@ void CParser::Predicates(Select& To)
     while (AtPredicate()) {
         const Keyword word = m_tokens[m_at++].Key;
         To.Distinct |= word == Keyword::Distinct;
+        To.DistinctRow |= word == Keyword::DistinctRow;
         if (word == Keyword::Top)
             Top(To);
     }
@@ -155,7 +176,7 @@ SelectItem CParser::Item()
         item.Alias = NewName(3141);
     const bool ends = AtEnd() || At(Sign::Comma) || At(Sign::Close) || At(Keyword::From) || At(Keyword::Into)
         || At(Keyword::Where) || At(Keyword::Group) || At(Keyword::Having) || At(Keyword::Order) || At(Keyword::Union)
-        || At(Keyword::With);
+        || At(Keyword::With) || At(Keyword::Pivot);
     if (!ends)
         RefuseExpression(u"構文エラーです: 演算子がありません"_s, item.First);
     return item;
@@ -167,8 +188,7 @@ std::vector<std::unique_ptr<TableRef>> CParser::From()
     do
         from.push_back(Reference());
     while (Accept(Sign::Comma));
-    if (At(Keyword::In))
-        Refuse(3219);   // tables of another file
+    RefuseOtherFile();
     if (At(Keyword::Join))
         Refuse(3131);   // the bare word does not join
     return from;
@@ -215,7 +235,7 @@ std::unique_ptr<TableRef> CParser::SimpleReference()
 {
     if (At(Sign::Open))
         return Enclosed();
-    if (Peek().What == Token::Kind::Name && At(Sign::Point, 1) && Peek().Text.trimmed().startsWith(u"SELECT ", Qt::CaseInsensitive))
+    if (Peek().What == Token::Kind::Name && At(Sign::Point, 1) && Peek().Text.trimmed().startsWith(u"SELECT", Qt::CaseInsensitive))
         return BracketedSelect();
     auto table = std::make_unique<TableRef>();
     table->First = m_at;
@@ -313,15 +333,28 @@ void CParser::Tail(Select& To)
         To.Having = Clause(3133);
     if (Accept(Keyword::Order))
         To.OrderBy = OrderList();
-    if (Accept(Keyword::With)) {
-        Expect(Keyword::OwnerAccess, 3141);
-        Expect(Keyword::Option, 3141);
-    }
-    if (AtEnd() || At(Sign::Close) || At(Keyword::Union))
+    OwnerAccess();
+    if (AtEnd() || At(Sign::Close) || At(Keyword::Union) || At(Keyword::Pivot))
         return;
     if (To.OrderBy.empty() && !To.Having && To.GroupBy.empty() && !To.Where)
         Refuse(To.From.empty() ? 3141 : 3131);
     Refuse(!To.OrderBy.empty() ? 3138 : To.Having ? 3133 : !To.GroupBy.empty() ? 3132 : 3145);
+}
+
+// Says who may run a saved query; here everybody may.
+void CParser::OwnerAccess()
+{
+    if (!Accept(Keyword::With))
+        return;
+    Expect(Keyword::OwnerAccess, 3141);
+    Expect(Keyword::Option, 3141);
+}
+
+// IN 'file' after a table's name.
+void CParser::RefuseOtherFile() const
+{
+    if (At(Keyword::In))
+        RefuseExpression(u"他のデータベースのテーブルは使えません"_s, m_at);
 }
 
 std::vector<OrderItem> CParser::OrderList()

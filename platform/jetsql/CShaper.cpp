@@ -19,6 +19,7 @@ namespace {
 
 constexpr qsizetype UsualLiterals = 16;      // the statement that stores a message has twelve
 constexpr qsizetype MaxEquals = 1000;        // beyond it equal literals are not looked for: nobody groups by that many
+constexpr size_t MaxValues = 20'000;         // constants of a crosstab; their numbers fit one unit of the key
 constexpr qsizetype ShownLength = 40;
 
 // Wanted is in small letters. Setting the bit of small letters makes none of a unit that was no letter.
@@ -36,6 +37,38 @@ bool Is(QStringView Word, QLatin1StringView Wanted)
 
 }
 
+namespace {
+
+// "[SELECT …" or "[TRANSFORM …".
+bool BeginsWithSelect(QStringView Text)
+{
+    const QStringView inside = Text.mid(1).trimmed();
+    return inside.size() > 6 && Is(inside.left(6), "select"_L1) && IsBlank(inside[6].unicode());
+}
+
+}
+
+qsizetype EnclosedSize(QStringView Text)
+{
+    const bool isBracket = Text[0] == u'[';
+    const qsizetype first = Text.indexOf(isBracket ? u']' : Text[0], 1) + 1;
+    if (!isBracket || first == 0 || !BeginsWithSelect(Text))
+        return first == 0 ? -1 : first;
+    int depth = 0;
+    for (qsizetype at = 0; at < Text.size(); ++at) {
+        const QChar unit = Text[at];
+        if (unit == u'\'' || unit == u'"') {
+            at = Text.indexOf(unit, at + 1);
+            if (at < 0)
+                break;
+        }
+        depth += unit == u'[' ? 1 : unit == u']' ? -1 : 0;
+        if (depth == 0)
+            return at + 1;
+    }
+    return first;
+}
+
 CShaper::CShaper(QStringView Sql)
     : m_begin(Sql.utf16()), m_end(m_begin + Sql.size()), m_at(m_begin), m_run(m_begin)
 {
@@ -49,8 +82,10 @@ Shape CShaper::Take()
     while (!AtEnd())
         Token();
     m_shape.Key.append(QStringView(m_run, m_end));
-    if (m_wantsEquals)
+    if (m_wantsEquals || m_wantsValues)
         PutEquals();
+    if (m_wantsValues)
+        PutValues();
     return std::move(m_shape);
 }
 
@@ -69,8 +104,8 @@ void CShaper::Token()
     case CharClass::Point: Point(); break;
     case CharClass::Quote: Text(); break;
     case CharClass::Hash: Date(); break;
-    case CharClass::Bracket: Enclosed(u']'); break;
-    case CharClass::BackQuote: Enclosed(u'`'); break;
+    case CharClass::Bracket:
+    case CharClass::BackQuote: Enclosed(); break;
     case CharClass::Ampersand: Ampersand(); break;
     case CharClass::Symbol: Symbol(); break;
     case CharClass::Other: Refuse(u"構文エラーです: 使えない文字があります"_s, m_at);
@@ -104,8 +139,9 @@ bool CShaper::NoteWord(QStringView Word)
         break;
     case u't':
         m_afterTop = Is(Word, "top"_L1);
-        m_wantsEquals |= m_last == Last::Nothing && Is(Word, "transform"_L1);
+        m_wantsValues |= m_last == Last::Nothing && Is(Word, "transform"_L1);
         break;
+    case u'e': m_wantsValues |= m_last == Last::Nothing && Is(Word, "execute"_L1); break;
     case u'o': m_afterOrder = Is(Word, "order"_L1); break;
     case u'g': m_wantsEquals |= Is(Word, "group"_L1); break;
     case u'd':
@@ -161,13 +197,13 @@ bool CShaper::ReadChr(QString& To)
     return true;
 }
 
-void CShaper::Enclosed(char16_t Close)
+void CShaper::Enclosed()
 {
     const char16_t* begin = m_at;
-    const qsizetype length = QStringView(m_at + 1, m_end).indexOf(QChar(Close));
-    if (length < 0)
+    const qsizetype size = EnclosedSize(QStringView(m_at, m_end));
+    if (size < 0)
         throw MakeError(3126, {QStringView(begin, m_end).left(ShownLength).toString()}, Offset(begin));
-    m_at += length + 2;
+    m_at += size;
     m_last = Last::Operand;
 }
 
@@ -353,6 +389,7 @@ void CShaper::Symbol()
         m_last = Last::Operand;
         break;
     case u',': m_last = Last::Comma; break;
+    case u';': m_last = Last::Nothing; break;   // after PARAMETERS the statement begins
     case u'+': case u'-': case u'*': case u'/': case u'\\': case u'^': m_last = Last::Arithmetic; break;
     default: m_last = Last::Other; break;
     }
@@ -374,14 +411,26 @@ void CShaper::Put(const char16_t* Begin, char16_t Placeholder, Value&& Literal)
 void CShaper::PutEquals()
 {
     const auto& literals = m_shape.Literals;
-    if (literals.empty() || qsizetype(literals.size()) > MaxEquals)
+    const bool isCompared = qsizetype(literals.size()) <= MaxEquals;
+    if (literals.empty() || (!isCompared && !m_wantsValues))
         return;
     m_shape.Key.append(QChar(Placeholder::Equals));
     for (size_t i = 0; i < literals.size(); ++i) {
-        size_t first = 0;
+        size_t first = isCompared ? 0 : i;
         while (!(literals[first] == literals[i]))
             ++first;
         m_shape.Key.append(QChar(static_cast<char16_t>(first)));
+    }
+}
+
+// After the list of equal ones, which has one unit for each.
+void CShaper::PutValues()
+{
+    if (m_shape.Literals.size() > MaxValues)
+        throw MakeError(3360);
+    for (const Value& literal : m_shape.Literals) {
+        const QString text = literal.ToText();
+        m_shape.Key += QString::number(text.size()) + u':' + text;
     }
 }
 

@@ -32,7 +32,7 @@ private:
     bool NoteWord(QStringView Text);
     bool ChrCall(const char16_t* Begin);
     bool ReadChr(QString& To);
-    void Enclosed(char16_t Close);
+    void Enclosed();
     void Text();
     void ReadQuoted(QString& To);
     bool ExtendChain(QString& To);
@@ -47,6 +47,7 @@ private:
     void Symbol();
     void Put(const char16_t* Begin, char16_t Placeholder, Value&& Literal);
     void PutEquals();
+    void PutValues();
     int Offset(const char16_t* Place) const { return int(Place - m_begin); }
     [[noreturn]] void Refuse(const QString& Reason, const char16_t* Place) const;
 
@@ -60,10 +61,15 @@ private:
     bool m_afterTop = false;
     bool m_keepsNumbers = false;         // definitions: sizes belong to the form of the statement
     bool m_wantsEquals = false;
+    bool m_wantsValues = false;          // the constants give columns their names: they belong to the form
     int m_depth = 0;
     int m_orderDepth = -1;               // parentheses around the ORDER BY list in reading, -1 outside
     Shape m_shape;
 };
+
+/// How long what stands in brackets or back-quotes at the begin of Text is, both of them included; -1 where it is not
+/// closed. A select in brackets may hold names in brackets.
+qsizetype EnclosedSize(QStringView Text);
 
 }
 

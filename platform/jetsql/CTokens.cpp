@@ -3,6 +3,7 @@
 
 #include "platform/jetsql/CTokens.h"
 
+#include "platform/jetsql/CShaper.h"
 #include "platform/jetsql/Characters.h"
 
 using namespace Qt::StringLiterals;
@@ -57,7 +58,7 @@ void CTokens::Add(int& At)
         token.Literal = m_literalCount++;
         m_shift = m_offsets[2 * size_t(token.Literal) + 1] - ++At;
     } else if (unitClass == CharClass::Bracket || unitClass == CharClass::BackQuote) {
-        AddEnclosed(token, At, unitClass == CharClass::Bracket ? u']' : u'`');
+        AddEnclosed(token, At);
     } else if (unitClass == CharClass::Letter || unitClass == CharClass::Digit) {
         token.What = unitClass == CharClass::Letter ? Token::Kind::Word : Token::Kind::Number;
         const auto goesOn = [&] { return unitClass == CharClass::Letter ? IsNameUnit(m_key[At].unicode()) : IsDigit(m_key[At].unicode()); };
@@ -72,12 +73,12 @@ void CTokens::Add(int& At)
     m_tokens.push_back(token);
 }
 
-void CTokens::AddEnclosed(Token& What, int& At, char16_t Close)
+void CTokens::AddEnclosed(Token& What, int& At)
 {
-    const int end = int(m_key.indexOf(QChar(Close), At + 1));
+    const int size = int(EnclosedSize(QStringView(m_key).mid(At)));
     What.What = Token::Kind::Name;
-    What.Text = QStringView(m_key).mid(At + 1, end - At - 1);
-    At = end + 1;
+    What.Text = QStringView(m_key).mid(At + 1, size - 2);
+    At += size;
 }
 
 void CTokens::AddSign(Token& What, int& At)

@@ -55,7 +55,7 @@ public:
 
 private:
     void Add(int& At);
-    void AddEnclosed(Token& What, int& At, char16_t Close);
+    void AddEnclosed(Token& What, int& At);
     void AddSign(Token& What, int& At);
     QString ShownLiteral(int Literal) const;
 

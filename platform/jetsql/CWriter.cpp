@@ -21,6 +21,15 @@ QByteArray RowIdOf(const TableInfo& Table)
     return "rowid";
 }
 
+namespace {
+
+const FieldInfo& TargetField(const TableRef& Target, const Assignment& Which)
+{
+    return Target.Table->Fields[size_t(Which.Target->Field - Target.Columns.data())];
+}
+
+}
+
 Statement CWriter::Write(const Tree& Bound)
 {
     Statement statement;
@@ -29,15 +38,44 @@ Statement CWriter::Write(const Tree& Bound)
     case QueryType::Append: WriteInsert(Bound, statement); break;
     case QueryType::Update: WriteUpdate(Bound, statement); break;
     case QueryType::Delete: WriteDelete(Bound, statement); break;
+    case QueryType::Crosstab: WriteCrosstab(*Bound.Source, statement); break;
+    case QueryType::MakeTable: WriteMakeTable(Bound, statement); break;
     default: WriteRows(*Bound.Source, statement); break;
     }
     if (m_names.Target())
         statement.TargetTable = m_names.Target()->Name;
+    statement.Constants = std::move(m_constants);
     statement.Bindings = std::move(m_bindings);
     statement.Parameters = m_names.Parameters();
     statement.Sources = m_names.Sources();
     statement.UsesQueries = m_names.UsesQueries();
-    return statement;
+    const bool isFixed = statement.Pivot && Bound.Source->Members.front()->Crossed->IsFixed;
+    return isFixed ? Spread(statement, Bound.Source->Members.front()->Crossed->Values) : statement;
+}
+
+// The rows' own columns; the others come with Spread.
+void CWriter::WriteCrosstab(const Query& Source, Statement& To)
+{
+    const Select& select = *Source.Members.front();
+    for (const OutputColumn& output : select.Output)
+        To.Columns.push_back(output.Info);
+    To.Pivot = std::make_shared<const Crosstab>(CrosstabParts(select));
+}
+
+// The new table has the names of the columns, but that a name holds no point.
+void CWriter::WriteMakeTable(const Tree& Bound, Statement& To)
+{
+    QByteArrayList names, values;
+    To.Columns = Bound.Source->Columns;
+    for (ResultColumn& column : To.Columns) {
+        column.Name.replace(u'.', u'_');
+        const QByteArray value = "c" + QByteArray::number(names.size());
+        values.append(column.Type == FieldType::Boolean ? "ifnull(" + value + ",0)" : value);
+        names.append(Quoted(column.Name));
+    }
+    To.TargetTable = Bound.Target;
+    To.Sql = "INSERT INTO " + Quoted(Bound.Target) + '(' + names.join(',') + ") SELECT " + values.join(',') + " FROM ("
+        + Derived(*Bound.Source, true) + ')';
 }
 
 void CWriter::WriteRows(const Query& Source, Statement& To)
@@ -63,7 +101,7 @@ void CWriter::WriteTopSelect(const Select& Source, Statement& To)
         To.HiddenKeys = int(keys.size());
     }
     const bool isOneTable = Source.From.size() == 1 && Source.From.front()->Table;
-    if (isOneTable && !Source.Distinct && !Source.IsGrouped) {
+    if (isOneTable && !Source.Distinct && !Source.IsGrouped && !Source.Crossed) {
         const TableRef& table = *Source.From.front();
         To.EditableTable = table.Table->Name;
         columns.append(table.SqlAlias + '.' + RowIdOf(*table.Table));
@@ -133,20 +171,27 @@ QByteArray CWriter::Condition(const ExprPtr& Where)
 void CWriter::WriteUpdate(const Tree& Bound, Statement& To)
 {
     std::vector<TableRef*> tables;
-    CollectTables(*Bound.From.front(), tables);
-    const auto target = std::find_if(tables.begin(), tables.end(), [&](const TableRef* table) {
-        return table->Columns.data() <= Bound.Assignments.front().Target->Field
-            && Bound.Assignments.front().Target->Field < table->Columns.data() + table->Columns.size();
-    });
+    for (const auto& root : Bound.From)
+        CollectTables(*root, tables);
+    std::vector<const TableRef*> targets;
+    for (const TableRef* table : tables) {
+        const bool isTarget = std::any_of(Bound.Assignments.begin(), Bound.Assignments.end(), [&](const Assignment& assignment) {
+            return Owns(*table, *assignment.Target->Field);
+        });
+        if (isTarget)
+            targets.push_back(table);
+    }
+    if (targets.size() > 1)
+        return WriteManyUpdates(Bound, targets, To);
+    const TableRef& target = *targets.front();
     if (tables.size() > 1)
-        return WriteJoinedUpdate(Bound, **target, To);
+        return WriteJoinedUpdate(Bound, target, To);
     QByteArrayList sets;
     for (const Assignment& assignment : Bound.Assignments) {
-        const Column& column = *assignment.Target->Field;
-        const FieldInfo& field = (*target)->Table->Fields[size_t(&column - (*target)->Columns.data())];
+        const FieldInfo& field = TargetField(target, assignment);
         sets.append(Quoted(field.Name) + '=' + Stored(*assignment.Value, field));
     }
-    To.Sql = "UPDATE " + Reference(**target) + " SET " + sets.join(',') + Condition(Bound.Where);
+    To.Sql = "UPDATE " + Reference(target) + " SET " + sets.join(',') + Condition(Bound.Where);
 }
 
 // SQLite changes one table at a time: the join gives the rows and their new values.
@@ -155,14 +200,36 @@ void CWriter::WriteJoinedUpdate(const Tree& Bound, const TableRef& Target, State
     const QByteArray rowId = RowIdOf(*Target.Table);
     QByteArrayList sets, values{Target.SqlAlias + '.' + rowId + " AS r"};
     for (const Assignment& assignment : Bound.Assignments) {
-        const Column& column = *assignment.Target->Field;
-        const FieldInfo& field = Target.Table->Fields[size_t(&column - Target.Columns.data())];
+        const FieldInfo& field = TargetField(Target, assignment);
         const QByteArray name = "v" + QByteArray::number(sets.size());
         values.append(Stored(*assignment.Value, field) + " AS " + name);
         sets.append(Quoted(field.Name) + "=s." + name);
     }
     To.Sql = "UPDATE " + Quoted(Target.Table->Name) + " AS u SET " + sets.join(',') + " FROM (SELECT " + values.join(',')
         + FromList(Bound.From) + Condition(Bound.Where) + ") AS s WHERE u." + rowId + "=s.r";
+}
+
+// Fields of several tables: what they get is worked out before the first of them changes.
+void CWriter::WriteManyUpdates(const Tree& Bound, const std::vector<const TableRef*>& Targets, Statement& To)
+{
+    static const QByteArray rows = "temp.\"u.rows\"";
+    QByteArrayList values;
+    std::vector<QByteArrayList> sets(Targets.size());
+    for (size_t i = 0; i < Targets.size(); ++i)
+        values.append(Targets[i]->SqlAlias + '.' + RowIdOf(*Targets[i]->Table) + " AS r" + QByteArray::number(i));
+    for (const Assignment& assignment : Bound.Assignments) {
+        const auto target = std::find_if(Targets.begin(), Targets.end(), [&](const TableRef* table) { return Owns(*table, *assignment.Target->Field); });
+        const FieldInfo& field = TargetField(**target, assignment);
+        const QByteArray name = "v" + QByteArray::number(values.size());
+        values.append(Stored(*assignment.Value, field) + " AS " + name);
+        sets[size_t(target - Targets.begin())].append(Quoted(field.Name) + "=s." + name);
+    }
+    To.Sql = "CREATE TABLE " + rows + " AS SELECT " + values.join(',') + FromList(Bound.From) + Condition(Bound.Where);
+    for (size_t i = 0; i < Targets.size(); ++i)
+        To.Steps.push_back("UPDATE " + Quoted(Targets[i]->Table->Name) + " AS u SET " + sets[i].join(',') + " FROM " + rows
+                           + " AS s WHERE u." + RowIdOf(*Targets[i]->Table) + "=s.r" + QByteArray::number(i));
+    To.Counter = "SELECT count(*) FROM " + rows;
+    To.Steps.push_back("DROP TABLE " + rows);
 }
 
 void CWriter::WriteDelete(const Tree& Bound, Statement& To)
@@ -175,7 +242,7 @@ void CWriter::WriteDelete(const Tree& Bound, Statement& To)
         return;
     }
     const auto target = std::find_if(tables.begin(), tables.end(), [&](const TableRef* table) {
-        return table->VisibleName().compare(Bound.Target, Qt::CaseInsensitive) == 0;
+        return SameName(table->VisibleName(), Bound.Target);
     });
     const QByteArray rowId = RowIdOf(*(*target)->Table);
     To.Sql = "DELETE FROM " + Quoted((*target)->Table->Name) + " WHERE " + rowId + " IN (SELECT " + (*target)->SqlAlias + '.'

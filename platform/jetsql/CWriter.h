@@ -41,11 +41,14 @@ private:
 
     // Statements (CWriter.cpp)
     void WriteRows(const Query& Source, Statement& To);
+    void WriteCrosstab(const Query& Source, Statement& To);
+    void WriteMakeTable(const Tree& Bound, Statement& To);
     void WriteTopSelect(const Select& Source, Statement& To);
     void WriteInsert(const Tree& Bound, Statement& To);
     QByteArray InsertColumns(QByteArrayList& Defaults) const;
     void WriteUpdate(const Tree& Bound, Statement& To);
     void WriteJoinedUpdate(const Tree& Bound, const TableRef& Target, Statement& To);
+    void WriteManyUpdates(const Tree& Bound, const std::vector<const TableRef*>& Targets, Statement& To);
     void WriteDelete(const Tree& Bound, Statement& To);
     QByteArray Stored(const Expr& Value, const FieldInfo& Field);
     QByteArray Condition(const ExprPtr& Where);
@@ -55,7 +58,10 @@ private:
     QByteArray DerivedUnion(const Query& Source, bool IsSorted);
     QByteArray DerivedSelect(const Select& Source, bool IsSorted, const std::vector<ResultColumn>* Types = nullptr);
     QByteArray Ranked(const Select& Source, const QByteArrayList& Columns);
+    QByteArray DerivedCrosstab(const Select& Source);
+    Crosstab CrosstabParts(const Select& Source);
     QByteArray Tail(const Select& Source);
+    QByteArrayList RowKeys(const Select& Source) const;
     QByteArray FromList(const std::vector<std::unique_ptr<TableRef>>& From);
     QByteArray Reference(const TableRef& Table);
     QByteArray Output(const OutputColumn& Column, FieldType Wanted, bool Distinct);
@@ -100,12 +106,25 @@ private:
     static QByteArray In(const Piece& Which, Rank Lowest);
     static Piece Negated(const Piece& Which, bool IsNegated);
     static Piece Collated(const Piece& Which, bool IsText);
+    static bool IsConstant(const Expr& Which);
 
     const CBinder& m_names;
     std::vector<Binding> m_bindings;
+    std::vector<jetsql::Value> m_constants;
     QHash<quint64, int> m_bound;
     qsizetype m_written = 0;    // bytes of all pieces so far: aliases of aliases grow fast
 };
+
+/// The rows of a crosstab. Placeholders are the SQLite parameters of the values behind the columns. IsDerived: it stands
+/// in place of a table, with c0, c1, … for all columns; otherwise the sort keys that TOP wants follow the columns.
+QByteArray CrosstabSql(const Crosstab& Parts, const QByteArrayList& Placeholders, bool IsDerived);
+
+/// The rows of Rows, which have the columns c0, c1, … and the sort keys k0, k1, …, down to row number Top and what ties
+/// with it. Keys: nothing or " DESC" for each.
+QByteArray RankedRows(const QByteArray& Rows, qsizetype ColumnCount, const QByteArrayList& Keys, int Top, bool IsPercent);
+
+/// "c0,c1,…", each with Prefix before it.
+QByteArrayList NumberedList(const QByteArray& Prefix, qsizetype Count);
 
 /// A word for the table's hidden row number that none of its fields has taken.
 QByteArray RowIdOf(const TableInfo& Table);

@@ -437,10 +437,15 @@ CWriter::Piece CWriter::Aggregate(const Expr& Which)
         return {"count(*)"};
     const Expr& arg = *Which.Args.front();
     const bool isOwn = name == "first" || name == "last" || name.startsWith("st") || name.startsWith("var");
+    const auto called = [&](const Piece& value) {
+        // SQLite takes an aggregate for one of the query whose columns it reads: a column of this one is named, too.
+        const QByteArray sql = Which.Anchor ? "CASE WHEN " + Which.Anchor->Sql + " IS NULL OR 1 THEN " + value.Sql + " END" : value.Sql;
+        return Piece{(isOwn ? "jet_" : "") + name + '(' + sql + ')'};
+    };
     if (Which.Function->Kinds[0] == 'n')
-        return {(isOwn ? "jet_" : "") + name + '(' + Number(arg).Sql + ')'};
+        return called(Number(arg));
     const bool compares = (name == "min" || name == "max") && !IsNumeric(arg.Type);
-    return {(isOwn ? "jet_" : "") + name + '(' + Collated(Value(arg), compares).Sql + ')'};
+    return called(Collated(Value(arg), compares));
 }
 
 CWriter::Piece CWriter::Case(const Expr& Which)

@@ -16,20 +16,36 @@ QByteArray Numbered(char Letter, qsizetype Index)
     return Letter + QByteArray::number(Index);
 }
 
-QByteArrayList NumberedList(char Letter, size_t Count)
+}
+
+QByteArrayList NumberedList(const QByteArray& Prefix, qsizetype Count)
 {
     QByteArrayList list;
-    for (size_t i = 0; i < Count; ++i)
-        list.append(Numbered(Letter, qsizetype(i)));
+    for (qsizetype i = 0; i < Count; ++i)
+        list.append(Prefix + QByteArray::number(i));
     return list;
 }
 
-bool IsConstant(const Expr& Which)
+QByteArray RankedRows(const QByteArray& Rows, qsizetype ColumnCount, const QByteArrayList& Keys, int Top, bool IsPercent)
 {
-    return Which.What == Expr::Kind::Literal || Which.What == Expr::Kind::Constant;
+    const QByteArray top = QByteArray::number(Top);
+    QByteArrayList ranks;
+    for (qsizetype i = 0; i < Keys.size(); ++i)
+        ranks.append(Numbered('k', i) + Keys[i]);
+    const QByteArray rank = Keys.empty() ? QByteArray("row_number() OVER ()") : "rank() OVER (ORDER BY " + ranks.join(',') + ')';
+    const QByteArray limit = IsPercent ? "(n*" + top + "+99)/100" : top;
+    return "SELECT " + NumberedList("c", ColumnCount).join(',') + " FROM (SELECT *," + rank + " AS r,count(*) OVER () AS n FROM ("
+        + Rows + ")) WHERE r<=" + limit + " ORDER BY r";
 }
 
+bool CWriter::IsConstant(const Expr& Which)
+{
+    const Expr* at = &Which;
+    while (at->Alias)
+        at = at->Alias;
+    return at->What == Expr::Kind::Literal || at->What == Expr::Kind::Constant;
 }
+
 
 // A query in place of a table: its columns are c0, c1, … IsSorted keeps its order, which shows where it is the only
 // table; SQLite drops it where it does not count.
@@ -74,6 +90,8 @@ QByteArray CWriter::DerivedUnion(const Query& Source, bool IsSorted)
 
 QByteArray CWriter::DerivedSelect(const Select& Source, bool IsSorted, const std::vector<ResultColumn>* Types)
 {
+    if (Source.Crossed)
+        return DerivedCrosstab(Source);
     QByteArrayList columns;
     for (size_t i = 0; i < Source.Output.size(); ++i) {
         const FieldType type = Types ? (*Types)[i].Type : Source.Output[i].Info.Type;
@@ -90,20 +108,15 @@ QByteArray CWriter::DerivedSelect(const Select& Source, bool IsSorted, const std
 QByteArray CWriter::Ranked(const Select& Source, const QByteArrayList& Columns)
 {
     const std::vector<SortKey> keys = OrderKeys(Source);
-    const QByteArray top = QByteArray::number(Source.Top);
-    QByteArrayList inner = Columns;
-    std::vector<SortKey> ranks;
-    for (size_t i = 0; i < keys.size(); ++i) {
-        inner.append(keys[i].Sql + " AS " + Numbered('k', qsizetype(i)));
-        ranks.push_back({Numbered('k', qsizetype(i)), keys[i].Descending});
+    QByteArrayList inner = Columns, ranks;
+    for (const SortKey& key : keys) {
+        inner.append(key.Sql + " AS " + Numbered('k', ranks.size()));
+        ranks.append(key.Descending ? " DESC" : "");
     }
     const QByteArray rows = (Source.Distinct ? "SELECT DISTINCT " : "SELECT ") + inner.join(',') + Tail(Source);
     if (keys.empty() && !Source.TopPercent)
-        return rows + OrderBy(DefaultKeys(Source)) + " LIMIT " + top;
-    const QByteArray rank = keys.empty() ? QByteArray("row_number() OVER ()") : "rank() OVER (" + OrderBy(ranks).mid(1) + ')';
-    const QByteArray limit = Source.TopPercent ? "(n*" + top + "+99)/100" : top;
-    return "SELECT " + NumberedList('c', size_t(Columns.size())).join(',') + " FROM (SELECT *," + rank
-        + " AS r,count(*) OVER () AS n FROM (" + rows + ")) WHERE r<=" + limit + " ORDER BY r";
+        return rows + OrderBy(DefaultKeys(Source)) + " LIMIT " + QByteArray::number(Source.Top);
+    return RankedRows(rows, Columns.size(), ranks, Source.Top, Source.TopPercent);
 }
 
 QByteArray CWriter::Tail(const Select& Source)
@@ -118,11 +131,28 @@ QByteArray CWriter::Tail(const Select& Source)
     });
     if (Source.IsGrouped && groups.empty() && !showsAggregate)
         groups.append("NULL");
+    if (!Source.RowsOf.empty())
+        groups = RowKeys(Source);
     if (!groups.empty())
         sql += " GROUP BY " + groups.join(',');
     if (Source.Having)
         sql += " HAVING " + Truth(*Source.Having).Sql;
     return sql;
+}
+
+// What tells the rows of DISTINCTROW apart: a table's row by its number, a query's by all it holds.
+QByteArrayList CWriter::RowKeys(const Select& Source) const
+{
+    QByteArrayList keys;
+    for (const TableRef* table : Source.RowsOf) {
+        if (table->Table) {
+            keys.append(table->SqlAlias + '.' + RowIdOf(*table->Table));
+            continue;
+        }
+        for (const Column& column : table->Columns)
+            keys.append(IsNumeric(column.Type) ? column.Sql : "jet_sortkey(" + column.Sql + ')');
+    }
+    return keys;
 }
 
 QByteArray CWriter::FromList(const std::vector<std::unique_ptr<TableRef>>& From)

@@ -7,6 +7,7 @@
 #include "platform/jetsql/CParser.h"
 #include "platform/jetsql/CTokens.h"
 #include "platform/jetsql/CWriter.h"
+#include "platform/jetsql/TypeRules.h"
 
 namespace jetsql {
 
@@ -34,18 +35,69 @@ Tree SourceTree(const CTokens& Tokens)
     return tree;
 }
 
+Statement CompileTree(Tree& Parsed, const CTokens& Tokens, const Catalog& Names)
+{
+    CBinder binder(Names, Tokens);
+    binder.Bind(Parsed);
+    return CWriter(binder).Write(Parsed);
+}
+
+// The text of a saved query that EXECUTE names; what is wrong in it is wrong with its name.
+Statement CompileNamed(const Tree& Call, const CTokens& Tokens, const Catalog& Names)
+{
+    const int offset = Tokens[Call.TargetToken].Offset;
+    const QString* text = Names.FindQuery(Call.Target);
+    if (!text)
+        throw MakeError(3078, {Call.Target}, offset);
+    try {
+        const CTokens inner(TakeShape(*text));
+        Tree tree = CParser(inner, true).Statement();
+        if (tree.Type == QueryType::Procedure)
+            throw MakeError(3102, {Call.Target});
+        return CompileTree(tree, inner, Names);
+    } catch (Error& refused) {
+        refused.Offset = offset;
+        throw;
+    }
+}
+
+// EXECUTE q a, b: the arguments fill the query's parameters from the first one on; a bare name passes a parameter on.
+Statement CompileCall(const Tree& Call, const CTokens& Tokens, const Catalog& Names)
+{
+    Statement statement = CompileNamed(Call, Tokens, Names);
+    statement.UsesQueries = true;
+    const size_t wanted = statement.Parameters.size();
+    std::vector<ParameterInfo> open;
+    std::vector<Binding> given(wanted);
+    for (size_t i = 0; i < std::max(wanted, Call.Values.size()); ++i) {
+        const Expr* value = i < Call.Values.size() ? Call.Values[i].get() : nullptr;
+        const bool isConstant = value && (IsLiteral(*value) || IsNullWord(*value));
+        const bool isName = value && value->What == Expr::Kind::Name;
+        if (i >= wanted || (value && !isConstant && !isName))
+            throw MakeError(3140, {}, Tokens[value->First].Offset);
+        if (isConstant) {
+            given[i] = {Binding::Constant, int(statement.Constants.size()), FieldType::Null};
+            statement.Constants.push_back(ConstantOf(*value, Tokens));
+            continue;
+        }
+        given[i] = {Binding::Parameter, int(open.size()), FieldType::Null};
+        open.push_back({isName ? value->Name : statement.Parameters[i].Name, statement.Parameters[i].Type});
+    }
+    statement.Parameters = std::move(open);
+    for (Binding& binding : statement.Bindings)
+        if (binding.Source == Binding::Parameter)
+            binding = {given[size_t(binding.Index)].Source, given[size_t(binding.Index)].Index, binding.As};
+    return statement;
+}
+
 }
 
 std::shared_ptr<const Statement> Compile(const Shape& Taken, const Catalog& Names)
 {
     const CTokens tokens(Taken);
     Tree tree = IsSourceName(tokens, Names) ? SourceTree(tokens) : CParser(tokens).Statement();
-    // Making tables and columns is the work of the database objects.
-    if (tree.Type == QueryType::MakeTable)
-        throw MakeError(3219);
-    CBinder binder(Names, tokens);
-    binder.Bind(tree);
-    auto statement = std::make_shared<Statement>(CWriter(binder).Write(tree));
+    const bool isCall = tree.Type == QueryType::Procedure;
+    auto statement = std::make_shared<Statement>(isCall ? CompileCall(tree, tokens, Names) : CompileTree(tree, tokens, Names));
     statement->LiteralCount = int(Taken.Literals.size());
     return statement;
 }

@@ -9,6 +9,7 @@
 #include "platform/jetsql/Value.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <QStringView>
 
@@ -22,7 +23,7 @@ namespace jetsql {
 struct Definition;
 
 /// What a statement does; the numbers are the engine's own.
-enum class QueryType { Select = 0, Crosstab = 16, Delete = 32, Update = 48, Append = 64, MakeTable = 80, Ddl = 96, Union = 128, Compound = 160 };
+enum class QueryType { Select = 0, Crosstab = 16, Delete = 32, Update = 48, Append = 64, MakeTable = 80, Ddl = 96, Union = 128, Compound = 160, Procedure = 224 };
 
 /// True where the statement gives rows (and changes nothing).
 constexpr bool ReturnsRows(QueryType Type)
@@ -50,10 +51,26 @@ struct ParameterInfo
 /// Where the k-th parameter of the SQLite statement (?1, ?2, …) takes its value from.
 struct Binding
 {
-    enum Kind { Literal, Parameter };
+    enum Kind { Literal, Parameter, Constant };
     Kind Source = Literal;
-    int Index = 0;                      ///< into Shape::Literals, or into Statement::Parameters
+    int Index = 0;                      ///< into Shape::Literals, Statement::Parameters or Statement::Constants
     FieldType As = FieldType::Null;     ///< type to convert to before binding; Null: bind the value as it is
+};
+
+/// The parts of a crosstab as SQLite text; Spread puts them together once the values behind the columns are known.
+/// Its tables are named so that no table of a file can have the name.
+struct Crosstab
+{
+    QByteArray HeadingSql;              ///< one column: the values behind the columns, in their order
+    FieldType HeadingType = FieldType::Null;
+    FieldType CellType = FieldType::Null;
+    QByteArray CellSql;                 ///< one row for each row and column of the result: k0, k1, …, p, v
+    QByteArray RowSql;                  ///< the rows' own columns c0, c1, …, k0, k1, …, o0, o1, …; empty: they are in CellSql, too
+    int ColumnCount = 0;                ///< of c0, c1, …
+    int KeyCount = 0;                   ///< of k0, k1, …: what makes a row
+    QByteArrayList OrderKeys;           ///< for each of o0, o1, … nothing or " DESC"; empty: by k0, k1, …
+    int Top = -1;
+    bool TopPercent = false;
 };
 
 /// A compiled statement. Immutable; shared by everybody who runs a statement of the same shape.
@@ -65,14 +82,20 @@ struct Statement
 {
     QueryType Type = QueryType::Select;
     QByteArray Sql;                         ///< UTF-8, for sqlite3_prepare
-    std::vector<ResultColumn> Columns;      ///< empty for a statement that changes something
+    /// What is to be run after Sql, in this order and without parameters; all of it is one change. Counter then tells
+    /// how many rows that is, asked right after Sql.
+    std::vector<QByteArray> Steps;
+    QByteArray Counter;
+    std::vector<ResultColumn> Columns;      ///< of the rows; of a MakeTable the fields; else empty
     std::vector<Binding> Bindings;          ///< k-th entry: parameter ?k+1
     std::vector<ParameterInfo> Parameters;
+    std::vector<Value> Constants;           ///< what else is bound
+    std::shared_ptr<const Crosstab> Pivot;  ///< of a Crosstab whose columns are not known yet: no Sql; see Spread
     int Top = -1;                           ///< -1: all rows
     bool TopPercent = false;                ///< Top is a percentage: ceil(Top * rows / 100) rows
     int HiddenKeys = 0;
     QString EditableTable;                  ///< the one table whose rows these are; empty: rows cannot be edited
-    QString TargetTable;                    ///< the table that an Append, Update or Delete changes; a MakeTable's new one
+    QString TargetTable;                    ///< the table that an Append, Update or Delete changes; a MakeTable's new one, which Sql fills
     std::shared_ptr<const Definition> Ddl;  ///< of a Ddl: what is to be made or dropped; there is no Sql then
     std::vector<QString> Sources;           ///< every table read or written, each once
     bool UsesQueries = false;               ///< a saved query's text is part of it: stale when that query changes
@@ -93,6 +116,10 @@ Shape TakeShape(QStringView Sql);
 
 /// Compiles a statement, or a table's or saved query's name in place of one. Throws Error with the place where it is wrong.
 std::shared_ptr<const Statement> Compile(const Shape& Taken, const Catalog& Names);
+
+/// The statement that gives the rows of a crosstab: one column more for each of the values that HeadingSql gave.
+/// Error 3205 where they are too many.
+Statement Spread(const Statement& Variable, const std::vector<Value>& Headings);
 
 /// What the statement does, without a look at the database. Throws Error 3129 where that cannot be told.
 QueryType TypeOf(QStringView Sql);

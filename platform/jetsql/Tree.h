@@ -79,6 +79,7 @@ struct Expr
     Expr* Alias = nullptr;      ///< a Name that stands for another item of the select list
     int Parameter = -1;         ///< a Name that is nothing else
     bool IsOuter = false;       ///< a column of an enclosing query
+    const Column* Anchor = nullptr;     ///< an aggregate of outer columns alone: a column of the query that it counts in
 };
 
 struct SelectItem
@@ -120,6 +121,12 @@ struct TableRef
     QString VisibleName() const { return Alias.isEmpty() ? Name : Alias; }
 };
 
+/// Whether Tested is one of the table's columns.
+inline bool Owns(const TableRef& Table, const Column& Tested)
+{
+    return Table.Columns.data() <= &Tested && &Tested < Table.Columns.data() + Table.Columns.size();
+}
+
 /// One column of a select after * has been spread.
 struct OutputColumn
 {
@@ -129,9 +136,20 @@ struct OutputColumn
     bool HasAlias = false;
 };
 
+/// What makes a select a crosstab.
+struct Pivot
+{
+    ExprPtr Cell;
+    ExprPtr Heading;
+    std::vector<ExprPtr> Fixed;         ///< the IN list: constants
+    bool IsFixed = false;
+    std::vector<Value> Values;          ///< binder: those of Fixed, as Heading's type has them
+};
+
 struct Select
 {
     bool Distinct = false;
+    bool DistinctRow = false;
     int Top = -1;
     bool TopPercent = false;
     std::vector<SelectItem> Items;
@@ -141,11 +159,14 @@ struct Select
     ExprPtr Having;
     std::vector<OrderItem> OrderBy;
     QString Into;
+    int IntoToken = 0;
+    std::unique_ptr<Pivot> Crossed;     ///< TRANSFORM … PIVOT
     int First = 0;
 
     // What the binder finds out.
     bool IsGrouped = false;             ///< GROUP BY or an aggregate
-    std::vector<OutputColumn> Output;
+    std::vector<OutputColumn> Output;   ///< of a crosstab the rows' own columns only
+    std::vector<const TableRef*> RowsOf;    ///< DISTINCTROW: the tables whose rows come once each; empty: all rows
 };
 
 /// One select, or several joined by UNION.

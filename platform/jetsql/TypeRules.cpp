@@ -3,7 +3,10 @@
 
 #include "platform/jetsql/TypeRules.h"
 
+#include "platform/jetsql/CTokens.h"
+
 #include <algorithm>
+#include <limits>
 
 namespace jetsql {
 
@@ -55,6 +58,16 @@ bool IsLiteral(const Expr& Tested)
     if (Tested.What == Expr::Kind::Unary && Tested.Operator == Op::Negate)
         return IsLiteral(*Tested.Args.front());
     return Tested.What == Expr::Kind::Literal || (Tested.What == Expr::Kind::Constant && !IsNullWord(Tested));
+}
+
+Value ConstantOf(const Expr& Given, const CTokens& Tokens)
+{
+    if (Given.What != Expr::Kind::Unary)
+        return Given.Literal >= 0 ? Tokens.LiteralValue(Given.Literal) : Given.Constant;
+    const Value positive = ConstantOf(*Given.Args.front(), Tokens);
+    if (IsWhole(positive.Type()) && positive.WholePart() != std::numeric_limits<qint32>::min())
+        return Value::FromLong(-positive.WholePart());
+    return Value::FromDouble(-positive.ToDouble());
 }
 
 bool IsNullWord(const Expr& Tested)

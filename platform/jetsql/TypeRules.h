@@ -23,6 +23,9 @@ const Column* FieldOf(const Expr& Tested);
 /// A constant of the statement, also with a sign before it. Null is none.
 bool IsLiteral(const Expr& Tested);
 
+/// What a constant is worth; Null for what is none. The literals are those of Tokens. Error 13 for a text after a sign.
+Value ConstantOf(const Expr& Given, const CTokens& Tokens);
+
 /// The word Null.
 bool IsNullWord(const Expr& Tested);
 

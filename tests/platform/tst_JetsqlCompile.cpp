@@ -130,7 +130,7 @@ void tst_JetsqlCompile::Statements()
                 got.append(u": "_s + column);
         for (const QString& row : outcome.Rows)
             got.append(u"= "_s + row);
-        if (outcome.Columns.empty())
+        if (!jetsql::ReturnsRows(outcome.Compiled->Type))
             got.append(u"+ %1"_s.arg(outcome.Affected));
     }
     if (got != wanted.Wanted)

@@ -200,7 +200,7 @@ void tst_JetsqlShape::Types_data()
     QTest::newRow("drop") << u"DROP INDEX i ON t"_s << 96;
     QTest::newRow("crosstab") << u"TRANSFORM Sum(a) SELECT b FROM c GROUP BY b PIVOT d IN ('x')"_s << 16;
     QTest::newRow("parameters do not count") << u"PARAMETERS a Long; DELETE FROM b WHERE c = a"_s << 32;
-    QTest::newRow("procedure") << u"EXECUTE x"_s << 160;
+    QTest::newRow("procedure") << u"EXECUTE x"_s << 224;
     QTest::newRow("nothing") << QString() << -1;
     QTest::newRow("anything") << u"hello"_s << -1;
 }

@@ -72,6 +72,64 @@ void BindValue(sqlite3_stmt* Statement, int Index, const Value& Bound)
     }
 }
 
+[[noreturn]] void Fail(sqlite3* Connection)
+{
+    const QString message = QString::fromUtf8(sqlite3_errmsg(Connection));
+    jetsql::Error error = jetsql::FunctionError(message);
+    if (error.Number == 0)
+        error = {-sqlite3_errcode(Connection), message, u"SQLite"_s};
+    throw error;
+}
+
+using Filling = QMap<QString, Value>;
+
+Value BoundValue(const jetsql::Binding& Wanted, const jetsql::Shape& Taken, const Filling& Parameters, const jetsql::Statement& Compiled)
+{
+    if (Wanted.Source == jetsql::Binding::Literal)
+        return Taken.Literals[size_t(Wanted.Index)];
+    if (Wanted.Source == jetsql::Binding::Constant)
+        return Compiled.Constants[size_t(Wanted.Index)];
+    const QString& name = Compiled.Parameters[size_t(Wanted.Index)].Name;
+    if (!Parameters.contains(name))
+        throw jetsql::MakeError(3061, {QString::number(Compiled.Parameters.size())});
+    return Parameters[name];
+}
+
+Prepared Ready(sqlite3* Connection, const QByteArray& Sql, const jetsql::Shape& Taken, const Filling& Parameters, const jetsql::Statement& Compiled)
+{
+    sqlite3_stmt* made = nullptr;
+    if (sqlite3_prepare_v2(Connection, Sql.constData(), int(Sql.size()), &made, nullptr) != SQLITE_OK)
+        Fail(Connection);
+    Prepared prepared(made);
+    int index = 0;
+    for (const jetsql::Binding& binding : Compiled.Bindings)
+        BindValue(made, ++index, BoundValue(binding, Taken, Parameters, Compiled).ToType(binding.As));
+    return prepared;
+}
+
+Value ReadValue(sqlite3_stmt* Row, FieldType Type)
+{
+    switch (sqlite3_column_type(Row, 0)) {
+    case SQLITE_NULL: return {};
+    case SQLITE_INTEGER: return Type == FieldType::Null ? Value::FromLong(sqlite3_column_int(Row, 0)) : Value::FromLong(sqlite3_column_int(Row, 0)).ToType(Type);
+    case SQLITE_FLOAT: return Value::FromDouble(sqlite3_column_double(Row, 0)).ToType(Type);
+    default: return Value::FromText(Stored(Row, 0));
+    }
+}
+
+// A crosstab's columns are known once its rows have been looked at.
+std::shared_ptr<const jetsql::Statement> Spread(sqlite3* Connection, const jetsql::Shape& Taken, const Filling& Parameters, const jetsql::Statement& Compiled)
+{
+    const Prepared prepared = Ready(Connection, Compiled.Pivot->HeadingSql, Taken, Parameters, Compiled);
+    std::vector<Value> headings;
+    int step = SQLITE_ROW;
+    while ((step = sqlite3_step(prepared.get())) == SQLITE_ROW)
+        headings.push_back(ReadValue(prepared.get(), Compiled.Pivot->HeadingType));
+    if (step != SQLITE_DONE)
+        Fail(Connection);
+    return std::make_shared<const jetsql::Statement>(jetsql::Spread(Compiled, headings));
+}
+
 }
 
 void CSqlBench::Closer::operator()(sqlite3* Connection) const { sqlite3_close(Connection); }
@@ -144,6 +202,8 @@ CSqlBench::Outcome CSqlBench::Run(const QString& Sql, const QMap<QString, Value>
     try {
         const jetsql::Shape shape = jetsql::TakeShape(Sql);
         outcome.Compiled = jetsql::Compile(shape, *this);
+        if (outcome.Compiled->Pivot)
+            outcome.Compiled = Spread(m_connection.get(), shape, Parameters, *outcome.Compiled);
         outcome.Sql = outcome.Compiled->Sql;
         for (const jetsql::ResultColumn& column : outcome.Compiled->Columns)
             outcome.Columns.append(column.Name + u' ' + TypeName(column.Type));
@@ -156,35 +216,24 @@ CSqlBench::Outcome CSqlBench::Run(const QString& Sql, const QMap<QString, Value>
     return outcome;
 }
 
+void CSqlBench::MakeTable(const jetsql::Statement& Made)
+{
+    jetsql::TableInfo table{Made.TargetTable, {}, {}};
+    for (const jetsql::ResultColumn& column : Made.Columns)
+        table.Fields.push_back({column.Name, column.Type, column.Size});
+    AddTable(std::move(table));
+}
+
 void CSqlBench::Execute(const jetsql::Shape& Taken, const QMap<QString, Value>& Parameters, Outcome& To)
 {
-    const auto fail = [&] {
-        const QString message = QString::fromUtf8(sqlite3_errmsg(m_connection.get()));
-        jetsql::Error error = jetsql::FunctionError(message);
-        if (error.Number == 0)
-            error = {-sqlite3_errcode(m_connection.get()), message, u"SQLite"_s};
-        throw error;
-    };
     const jetsql::Statement& compiled = *To.Compiled;
-    sqlite3_stmt* made = nullptr;
-    if (sqlite3_prepare_v2(m_connection.get(), compiled.Sql.constData(), int(compiled.Sql.size()), &made, nullptr) != SQLITE_OK)
-        fail();
-    const Prepared prepared(made);
-    for (size_t i = 0; i < compiled.Bindings.size(); ++i) {
-        const jetsql::Binding& binding = compiled.Bindings[i];
-        Value value;
-        if (binding.Source == jetsql::Binding::Literal) {
-            value = Taken.Literals[size_t(binding.Index)];
-        } else {
-            const QString& name = compiled.Parameters[size_t(binding.Index)].Name;
-            if (!Parameters.contains(name))
-                throw jetsql::MakeError(3061, {QString::number(compiled.Parameters.size())});
-            value = Parameters[name];
-        }
-        BindValue(made, int(i) + 1, value.ToType(binding.As));
-    }
-    if (sqlite3_column_count(made) != 0 && compiled.Columns.empty())
-        throw jetsql::Error{-1, u"rows from an action"_s, u"test"_s};
+    if (compiled.Type == jetsql::QueryType::MakeTable)
+        MakeTable(compiled);
+    const Prepared prepared = Ready(m_connection.get(), compiled.Sql, Taken, Parameters, compiled);
+    sqlite3_stmt* made = prepared.get();
+    const bool givesRows = jetsql::ReturnsRows(compiled.Type);
+    if ((sqlite3_column_count(made) != 0) != givesRows)
+        throw jetsql::Error{-1, u"rows and type do not agree"_s, u"test"_s};
     int step = SQLITE_ROW;
     std::vector<QStringList> keys;
     while ((step = sqlite3_step(made)) == SQLITE_ROW) {
@@ -201,14 +250,23 @@ void CSqlBench::Execute(const jetsql::Shape& Taken, const QMap<QString, Value>& 
         keys.push_back(key);
     }
     if (step != SQLITE_DONE && step != SQLITE_ROW)
-        fail();
+        Fail(m_connection.get());
     if (compiled.TopPercent) {
         auto count = (To.Rows.size() * compiled.Top + 99) / 100;
         while (count > 0 && compiled.HiddenKeys > 0 && count < To.Rows.size() && keys[size_t(count)] == keys[size_t(count) - 1])
             ++count;
         To.Rows.resize(count);
     }
-    To.Affected = compiled.Columns.empty() ? sqlite3_changes(m_connection.get()) : 0;
+    To.Affected = givesRows ? 0 : sqlite3_changes(m_connection.get());
+    if (compiled.Steps.empty())
+        return;
+    const Prepared counter = Ready(m_connection.get(), compiled.Counter, Taken, Parameters, {});
+    sqlite3_step(counter.get());
+    To.Affected = sqlite3_column_int(counter.get(), 0);
+    sqlite3_reset(counter.get());
+    for (const QByteArray& next : compiled.Steps)
+        if (!Raw(next))
+            Fail(m_connection.get());
 }
 
 QString CSqlBench::Plan(const QString& Sql)

@@ -47,6 +47,7 @@ public:
 
 private:
     void AddTable(jetsql::TableInfo Table);
+    void MakeTable(const jetsql::Statement& Made);
     void Execute(const jetsql::Shape& Taken, const QMap<QString, jetsql::Value>& Parameters, Outcome& To);
 
     struct Closer
