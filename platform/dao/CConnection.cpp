@@ -187,7 +187,7 @@ void CConnection::Rollback()
 void CConnection::Atomically(const std::function<void()>& Work)
 {
     RequireWritable();
-    const bool isInner = m_depth > 0;
+    const bool isInner = sqlite3_get_autocommit(Handle()) == 0;
     Execute(isInner ? "SAVEPOINT work" : "BEGIN IMMEDIATE");
     try {
         Work();

@@ -185,7 +185,9 @@ void CBinder::BindAssignment(Assignment& Which, const TableRef& Owner, Scope& In
     if (!m_target)
         m_target = Owner.Table;
     name.Type = name.Field->Type;
+    m_clause = Clause::Values;
     BindExpression(*Which.Value, &In);
+    m_clause = Clause::Where;
     if (IsParameter(*Which.Value))
         Infer(*Which.Value, name.Type);
 }

@@ -88,7 +88,7 @@ void CBinder::BindUnionOrder(Query& Which)
         if (item.Position == 0)
             Refuse(3351, *item.Value);
         if (size_t(item.Position) > Which.Columns.size())
-            throw MakeError(3138);
+            throw MakeError(3138, {}, OffsetOf(item.First));
     }
 }
 
@@ -271,6 +271,7 @@ void CBinder::SpreadItems(Select& Which, Scope& In)
         else if (!output.Field)
             output.Info.Name = u"Expr"_s + QString::number(1000 + (&item - Which.Items.data()));
         output.HasAlias = !item.Alias.isEmpty();
+        output.First = item.First;
         Which.Output.push_back(std::move(output));
     }
     if (Which.Output.size() > MaxColumns)
@@ -290,6 +291,7 @@ void CBinder::SpreadStar(Select& Which, const Scope& In, const SelectItem& Item)
         for (const Column& column : table->Columns) {
             OutputColumn output;
             output.Field = &column;
+            output.First = Item.First;
             output.Info = {column.Name, column.Type, column.Size, column.SourceTable, column.SourceField};
             Which.Output.push_back(std::move(output));
         }
@@ -310,7 +312,7 @@ void CBinder::NameColumns(Select& Which)
         if (same.size() < 2)
             continue;
         if (aliases > 0)
-            throw MakeError(aliases > 1 ? 3062 : 3063, {Which.Output[same.front()].Info.Name}, OffsetOf(Which.First));
+            throw MakeError(aliases > 1 ? 3062 : 3063, {Which.Output[same.front()].Info.Name}, OffsetOf(Which.Output[same.back()].First));
         for (const size_t i : same) {
             OutputColumn& output = Which.Output[i];
             const bool isCopied = std::any_of(same.begin(), same.end(), [&](size_t j) { return j > i && Which.Output[j].Field == output.Field; });
@@ -330,7 +332,7 @@ void CBinder::BindOrder(Select& Which, Scope& In)
             continue;
         }
         if (size_t(item.Position) > Which.Output.size())
-            throw MakeError(3138, {}, OffsetOf(Which.First));
+            throw MakeError(3138, {}, OffsetOf(item.First));
     }
 }
 

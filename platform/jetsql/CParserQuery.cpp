@@ -370,6 +370,7 @@ std::vector<OrderItem> CParser::OrderList()
 OrderItem CParser::Order()
 {
     OrderItem item;
+    item.First = m_at;
     const Token& next = Peek(1);
     const bool isPosition = Peek().What == Token::Kind::Number
         && (next.What == Token::Kind::End || next.What == Token::Kind::Word || next.Mark == Sign::Comma

@@ -94,6 +94,7 @@ struct OrderItem
 {
     ExprPtr Value;
     int Position = 0;           ///< 1-based column instead of an expression
+    int First = 0;              ///< token
     bool Descending = false;
     const Expr* Target = nullptr;   ///< binder: what the position means
 };
@@ -134,6 +135,7 @@ struct OutputColumn
     const Expr* Value = nullptr;        ///< either an expression
     const Column* Field = nullptr;      ///< or a column that * stands for; also the column that Value is
     bool HasAlias = false;
+    int First = 0;                      ///< token
 };
 
 /// What makes a select a crosstab.
