@@ -3,6 +3,7 @@
 
 #include "platform/dao/CConnection.h"
 
+#include "platform/dao/OpenFile.h"
 #include "platform/dao/SqliteErrors.h"
 
 #include <sqlite3.h>
@@ -115,8 +116,20 @@ void CConnection::RequireWritable()
         throw *m_broken;
     if (m_isInLog || m_depth > 0)
         return;
+    RequireInPlace();
     Execute("PRAGMA journal_mode=WAL");
     m_isInLog = true;
+}
+
+/// Until the file is in WAL mode a compaction can put another in its place, and a log by its name would be taken for
+/// that one's.
+void CConnection::RequireInPlace()
+{
+    Execute("BEGIN EXCLUSIVE");
+    const bool hasMoved = mdlOpenFile::HasMoved(m_handle);
+    Execute("COMMIT");
+    if (hasMoved)
+        throw jetsql::MakeError(3260);
 }
 
 void CConnection::Fail()

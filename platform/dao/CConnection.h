@@ -84,6 +84,7 @@ public:
 
 private:
     void Execute(const char* Sql);
+    void RequireInPlace();
     void RollbackQuietly(const char* Sql);
     bool KeepsGoing();
 

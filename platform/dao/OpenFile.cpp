@@ -24,7 +24,9 @@ namespace
 constexpr int BusyTimeoutMs = 2000;
 constexpr int HeaderSize = 100;
 
-enum class Access { Write, Read, Immutable };
+/// Immutable reads the file alone, WithLog what waits in the log beside it as well; neither writes anything anywhere or
+/// takes a lock.
+enum class Access { Write, Immutable, WithLog };
 
 void RequireFolder(const QFileInfo& File)
 {
@@ -72,9 +74,9 @@ void RequireDatabaseFile(const QString& FileName)
 QByteArray SqliteName(const QString& FileName, Access Wanted)
 {
     const QString path = QFileInfo(FileName).absoluteFilePath();
-    if (Wanted != Access::Immutable)
+    if (Wanted == Access::Write)
         return path.toUtf8();
-    return QUrl::fromLocalFile(path).toEncoded() + "?immutable=1";
+    return QUrl::fromLocalFile(path).toEncoded() + (Wanted == Access::Immutable ? "?immutable=1" : "?vfs=unix-none");
 }
 
 /// What a file from somewhere else may not do: run functions from its schema, rewrite the schema, be read loosely.
@@ -103,8 +105,14 @@ Owned TryOpen(const QString& FileName, Access Wanted, int Flags, int& Code)
         return nullptr;
     Harden(handle);
     sqlite3_busy_timeout(handle, BusyTimeoutMs);
+    // The index of the log is then kept in memory instead of in a file beside it.
+    if (Wanted == Access::WithLog)
+        sqlite3_exec(handle, "PRAGMA locking_mode=EXCLUSIVE", nullptr, nullptr, nullptr);
     // The first read of the schema: wrong formats, damage, locks and missing rights show here.
     Code = sqlite3_exec(handle, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
+    // A compaction may have put another file in the place of this one while it was locked.
+    if (Code == SQLITE_OK && HasMoved(handle))
+        Code = SQLITE_READONLY_DBMOVED;
     if (Code != SQLITE_OK)
         return nullptr;
     return owned;
@@ -124,8 +132,8 @@ Error FailedOpen(int Code, const QString& FileName)
     return mdlSqliteErrors::FromCode((Code & 0xff) == SQLITE_NOTADB ? SQLITE_CORRUPT : Code, FileName);
 }
 
-/// Pages are written at commit; 32 MiB of them spare the re-reading of index pages in a long receive. What a query sorts
-/// or tells apart goes to a temporary file beyond that: somebody's cross join must not take all memory.
+/// Pages are written at commit; 32 MiB of them spare the re-reading of index pages in a long receive. What a query
+/// sorts or tells apart goes to a temporary file beyond that: somebody's cross join must not take all memory.
 constexpr const char* Settings = "PRAGMA synchronous=FULL;"
                                  "PRAGMA foreign_keys=OFF;"
                                  "PRAGMA temp_store=FILE;"
@@ -147,9 +155,29 @@ std::unique_ptr<CConnection> Open(const QString& FileName)
     RequireDatabaseFile(FileName);
     int code = SQLITE_OK;
     Owned handle = TryOpen(FileName, Access::Write, SQLITE_OPEN_READWRITE, code);
-    // A folder without the right to write has no place for a log. The file alone is only all of it when no log waits.
-    if (!handle && IsRefusedAccess(code) && !HasLog(FileName))
-        handle = TryOpen(FileName, Access::Immutable, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, code);
+    if (code == SQLITE_READONLY_DBMOVED)
+        handle = TryOpen(FileName, Access::Write, SQLITE_OPEN_READWRITE, code);
+    // A folder without the right to write has no place for a log, and for the index of one that waits there. Where such
+    // an index is, somebody else has the file open.
+    const bool isInUse = QFileInfo::exists(FileName + u"-shm"_s);
+    if (!handle && IsRefusedAccess(code) && !(HasLog(FileName) && isInUse))
+        handle = TryOpen(FileName, HasLog(FileName) ? Access::WithLog : Access::Immutable,
+                         SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, code);
+    if (!handle)
+        throw FailedOpen(code, FileName);
+    return Finish(std::move(handle), FileName);
+}
+
+bool HasMoved(sqlite3* Handle)
+{
+    int hasMoved = 0;
+    return sqlite3_file_control(Handle, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved) == SQLITE_OK && hasMoved != 0;
+}
+
+std::unique_ptr<CConnection> OpenEmpty(const QString& FileName)
+{
+    int code = SQLITE_OK;
+    Owned handle = TryOpen(FileName, Access::Write, SQLITE_OPEN_READWRITE, code);
     if (!handle)
         throw FailedOpen(code, FileName);
     return Finish(std::move(handle), FileName);

@@ -76,11 +76,14 @@ Error FromFunction(sqlite3* Connection)
     return error;
 }
 
-/// A quota and the largest allowed file are a full disk to the user.
+bool IsOutOfSpace(int SystemError) { return SystemError == ENOSPC || SystemError == EDQUOT || SystemError == EFBIG; }
+
+/// A quota and the largest allowed file are a full disk to the user. A commit and a copy of pages leave the system's
+/// error where it is and do not hand it on, so that it is asked for as well.
 bool IsOutOfSpace(sqlite3* Connection)
 {
-    const int systemError = sqlite3_system_errno(Connection);
-    return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+    const int lastError = errno;
+    return IsOutOfSpace(sqlite3_system_errno(Connection)) || IsOutOfSpace(lastError);
 }
 
 bool IsReadFailure(int ExtendedCode)
@@ -120,6 +123,12 @@ Error FromCode(int ExtendedCode, const QString& FileName)
     default:
         return jetsql::MakeError(3000);
     }
+}
+
+Error FailedWrite(sqlite3* Written, int ExtendedCode, const QString& FileName)
+{
+    const bool isWriting = (ExtendedCode & 0xff) == SQLITE_IOERR && !IsReadFailure(ExtendedCode);
+    return isWriting && IsOutOfSpace(Written) ? jetsql::MakeError(3026) : FromCode(ExtendedCode, FileName);
 }
 
 Error LastError(sqlite3* Connection, const QString& FileName)

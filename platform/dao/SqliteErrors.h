@@ -19,6 +19,9 @@ Error LastError(sqlite3* Connection, const QString& FileName);
 /// The same for a bare code, where there is no connection to ask.
 Error FromCode(int ExtendedCode, const QString& FileName);
 
+/// For an extended code from a job on two connections, of which Written is the one that is written.
+Error FailedWrite(sqlite3* Written, int ExtendedCode, const QString& FileName);
+
 } // namespace dao::mdlSqliteErrors
 
 #endif

@@ -202,8 +202,19 @@ void tst_DaoOpen::UncommittedLogIsRead()
     table.Fields = {Field(u"N"_s, FieldType::Long)};
     db->AppendTable(table);
     QTemporaryDir elsewhere;
-    for (const QString& name : {u"a.mdb"_s, u"a.mdb-wal"_s})
+    for (const QString& name : {u"a.mdb"_s, u"a.mdb-wal"_s}) {
         QVERIFY(QFile::copy(Path(name), elsewhere.filePath(name)));
+        QVERIFY(QFile::setPermissions(elsewhere.filePath(name), QFile::Permissions(0x6666)));
+    }
+    QVERIFY(QFile::setPermissions(elsewhere.path(), QFile::Permissions(0x5555)));
+    {
+        const CReadOnlyUser user;
+        const auto copy = Database::Open(elsewhere.filePath(u"a.mdb"_s));
+        QVERIFY(copy->IsReadOnly());
+        QCOMPARE(copy->TableDefs().back().Name, u"Late"_s);
+    }
+    QCOMPARE(QDir(elsewhere.path()).entryList(QDir::Files).size(), 2);
+    QVERIFY(QFile::setPermissions(elsewhere.path(), QFile::Permissions(0x7777)));
     const auto copy = Database::Open(elsewhere.filePath(u"a.mdb"_s));
     QCOMPARE(copy->TableDefs().back().Name, u"Late"_s);
 }
