@@ -28,6 +28,9 @@ public:
     /// file.
     static constexpr QStringView TemporaryQuery = u"__TEMP__";
 
+    /// Makes those of the layer's own tables that the file lacks; they are there all or none.
+    static void MakeOwnTables(CConnection& Connection);
+
     explicit CSchema(CConnection& Connection);
 
     /// Reads everything again; to be called after a rollback and when another program changed the structure.

@@ -40,10 +40,14 @@ constexpr const char* TablesWithNames[] = {"~Tables", "~Fields", "~Indexes"};
 
 void CSchema::RequireOwnTables()
 {
-    if (m_hasExtras)
-        return;
+    if (!m_hasExtras)
+        MakeOwnTables(m_connection);
+}
+
+void CSchema::MakeOwnTables(CConnection& Connection)
+{
     for (const char* sql : OwnTables)
-        m_connection.Run(sql);
+        Connection.Run(sql);
 }
 
 void CSchema::RequireFreeName(const QString& Name) const
