@@ -5,6 +5,7 @@
 #include "app/Application.h"
 #include "app/Settings.h"
 #include "app/Version.h"
+#include "controls/JobWindow.h"
 #include "mainwin/CIconSet.h"
 #include "mainwin/CTerminationSignals.h"
 #include "mainwin/frmSplash.h"
@@ -55,9 +56,10 @@ void SetUpToolkit(QApplication& App)
 }
 
 // False: there is no usable database; the user knows why.
-bool OpenDatabase(Application& App)
+bool OpenDatabase(Application& App, QWidget& Owner)
 {
-    App.SetLogDB(mdlStore::OpenLogDatabase(App.DatabaseFileName(), App));
+    const auto jobs = [&Owner](const QString& Text) { return mdlJobWindow::Open(&Owner, Text); };
+    App.SetLogDB(mdlStore::OpenLogDatabase(App.DatabaseFileName(), App, jobs));
     if (App.LogDB())
         return true;
     App.Shell.MessageBox(u"プログラムを終了します。"_s, App.AppTitle(), Desktop::Icon::Information);
@@ -100,7 +102,7 @@ int Main(QApplication& Toolkit)
     Application app(shell, mdlAppPath::Find(program.path(), name, mdlAppPath::UserDataFolder()), name);
     shell.SetCaption(app.AppTitle());
     shell.SetParent(&splash);
-    if (!OpenDatabase(app))
+    if (!OpenDatabase(app, splash))
         return 0;
     LoadSettings(app);
     return RunWindow(Toolkit, instance, shell, app, splash);

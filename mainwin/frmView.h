@@ -118,6 +118,7 @@ private:
     void DoSelectAll(int);
     void DoReverseSelection(int);
     void DoCopyText(int);
+    void DoCompactDatabase(int);
     void DoTimer(int);
     void DoCommunity(int);
     void DoAbout(int);
@@ -125,6 +126,10 @@ private:
     void DoEscape(int);
     void DoPopupBoards(int);
     void DoPopupMarks(int);
+    void CompactDatabase();
+    void UseDatabase();
+    void OfferRecovery();
+    void TellUncompacted(const dao::Error& Reason);
     void StoreNoReadPoint(qint32 Value);
     void CancelRun();
 

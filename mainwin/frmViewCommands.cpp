@@ -15,6 +15,7 @@
 #include "mainwin/frmAbout.h"
 #include "mainwin/mdlProduct.h"
 #include "platform/desktop/desktop.h"
+#include "store/Recovery.h"
 #include "viewer/CViewer.h"
 
 #include <QAction>
@@ -61,6 +62,7 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::SelectAll, &frmView::DoSelectAll},
         {Command::ReverseSelection, &frmView::DoReverseSelection},
         {Command::CopyText, &frmView::DoCopyText},
+        {Command::CompactDatabase, &frmView::DoCompactDatabase},
         {Command::Timer, &frmView::DoTimer},
         {Command::Community, &frmView::DoCommunity},
         {Command::About, &frmView::DoAbout},
@@ -103,9 +105,11 @@ void frmView::Leave()
 
 void frmView::ReportError(const dao::Error& Error)
 {
-    m_app.Shell.MessageBox(u"実行時エラー '"_s + QString::number(Error.Number) + u"':\r\n\r\n"_s + Error.Description +
-                               u"\r\n\r\n処理が実行できませんでした。"_s,
-                           m_app.AppTitle(), Desktop::Icon::Information);
+    QString text = u"実行時エラー '"_s + QString::number(Error.Number) + u"':\r\n\r\n"_s + Error.Description +
+                   u"\r\n\r\n処理が実行できませんでした。"_s;
+    if (mdlStore::IsDamage(Error.Number))
+        text += u"\r\n「ツール」メニューの「最適化」で、読み出せるデータを別のファイルに取り出せます。"_s;
+    m_app.Shell.MessageBox(text, m_app.AppTitle(), Desktop::Icon::Information);
 }
 
 // Drivers and boards

@@ -135,7 +135,7 @@ constexpr std::array MessageMenu = {
 
 constexpr std::array ToolMenu = {
     Top(u"mnuTool", u"ツール(&T)"),
-    Inert(1, u"mnuToolCompDB", u"最適化(&C)"),
+    Item(1, u"mnuToolCompDB", u"最適化(&C)", Command::CompactDatabase, Rule::Idle),
     Bar(1, u"mnuToolBar1"),
     Inert(1, u"mnuToolTimer", u"タイマー(&T)"),
     Bar(1, u"mnuToolBar2"),

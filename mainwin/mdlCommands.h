@@ -36,6 +36,7 @@ enum class Command {
     SelectAll,
     ReverseSelection,
     CopyText, ///< the selected text of the message pane
+    CompactDatabase,
     Timer,
     Community,
     About,

@@ -151,6 +151,8 @@ QString MarkTableVersion() { return u"Ver.0.40"_s; }
 
 QString FileVersion() { return BBSTableVersion(); }
 
+std::vector<dao::TableDef> Tables() { return {BBSTable(), MessageTable(), MarkTable(), VersionTable()}; }
+
 bool CreateBBSTable(dao::Database& Db) { return CreateTable(Db, BBSTable(), mdlSeedRows::BBSStatements()); }
 
 bool CreateMessageTable(dao::Database& Db) { return CreateTable(Db, MessageTable(), {}); }

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <vector>
+
 /// The layout of the database file: four tables, each with a version of its own.
 namespace mdlSchema
 {
@@ -17,6 +19,9 @@ QString BBSTableVersion();
 QString MessageTableVersion();
 QString MarkTableVersion();
 QString FileVersion();
+
+/// How the four tables are built.
+std::vector<dao::TableDef> Tables();
 
 /// Builds table BBS with the sixteen boards of a new database. False at the first refusal of the engine; what was done
 /// until then stays.

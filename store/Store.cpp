@@ -4,16 +4,14 @@
 #include "store/Store.h"
 
 #include "app/CFile.h"
-#include "app/Shell.h"
 #include "platform/desktop/desktop.h"
-#include "platform/text/Like.h"
+#include "store/Convert.h"
+#include "store/FileNames.h"
+#include "store/FileVersion.h"
+#include "store/Recovery.h"
 #include "store/Schema.h"
 
 #include <QFile>
-#include <QFileInfo>
-
-#include <algorithm>
-#include <iterator>
 
 namespace mdlStore
 {
@@ -30,45 +28,9 @@ using DatabasePtr = std::unique_ptr<Database>;
 constexpr int FileNotFound = 3024;
 constexpr int UnrecognisedFormat = 3343;
 
-QString UnknownVersion() { return u"Ver.0.00"_s; }
-
 void Tell(Application& App, const QString& Text, Desktop::Icon Icon)
 {
     App.Shell.MessageBox(Text, App.AppTitle(), Icon);
-}
-
-bool Exists(const QString& FileName)
-{
-    const QFileInfo info(FileName);
-    return info.exists() || info.isSymLink();
-}
-
-/// A name that nothing has, made of Wanted and, where that is taken, a number.
-QString FreeName(const QString& Wanted)
-{
-    QString name = Wanted;
-    for (int number = 2; Exists(name); ++number)
-        name = Wanted + u'.' + QString::number(number);
-    return name;
-}
-
-/// What a database file has beside it belongs to that file only: left behind, it would be read into the next file of
-/// the same name and spoil it. Moves all of it along with From; false when something cannot be moved.
-bool MoveLog(const QString& From, const QString& To)
-{
-    bool isDone = QFile::remove(From + u"-shm"_s) || !Exists(From + u"-shm"_s);
-    for (const QString& suffix : {u"-wal"_s, u"-journal"_s}) {
-        if (Exists(From + suffix))
-            isDone = QFile::rename(From + suffix, FreeName(To + suffix)) && isDone;
-    }
-    return isDone;
-}
-
-QString BackupName(const QString& FileName)
-{
-    CFile backup(FileName);
-    backup.SetExt(u"bak"_s);
-    return backup.FullPath();
 }
 
 /// Moves the file to the backup name unless something is there already.
@@ -77,13 +39,7 @@ void SetAside(const QString& FileName)
     CFile file(FileName);
     file.SetExt(u"bak"_s);
     if (file.Move())
-        MoveLog(FileName, file.FullPath());
-}
-
-void Remove(const QString& FileName)
-{
-    for (const QString& suffix : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s})
-        QFile::remove(FileName + suffix);
+        mdlFileNames::MoveLog(FileName, file.FullPath());
 }
 
 /// Builds a complete database under a passing name and closes it again; throws.
@@ -105,24 +61,35 @@ DatabasePtr CreateOrTell(const QString& FileName, Application& App)
 {
     if (DatabasePtr db = CreateNewDatabase(FileName))
         return db;
-    if (Exists(FileName))
-        Tell(App,
-             u"ログのバックアップ("_s + CFile(BackupName(FileName)).Name() +
-                 u")を作成できませんでした。\n同じ名前のファイルがあるときは、別の場所へ移してからもう一度起動してください。"_s,
-             Desktop::Icon::Critical);
+    if (mdlFileNames::Exists(FileName))
+        Tell(
+            App,
+            u"ログのバックアップ("_s + mdlFileNames::WithoutFolder(mdlFileNames::BackupName(FileName)) +
+                u")を作成できませんでした。\n同じ名前のファイルがあるときは、別の場所へ移してからもう一度起動してください。"_s,
+            Desktop::Icon::Critical);
     else
         Tell(App, u"データベースファイルを作成できませんでした。\n"_s + FileName, Desktop::Icon::Critical);
     return nullptr;
 }
 
-DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName, Application& App)
+/// A file that the user has, but cannot use as it is.
+DatabasePtr AnswerTrouble(const dao::Error& Refusal, const QString& FileName, Application& App, const JobWindow& Jobs)
+{
+    Tell(App, Refusal.Description, Desktop::Icon::Critical);
+    if (IsDamage(Refusal.Number) && OfferRecovery(FileName, App, Jobs))
+        return OpenLogDatabase(FileName, App, Jobs);
+    return nullptr;
+}
+
+DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName, Application& App,
+                             const JobWindow& Jobs)
 {
     if (Refusal.Number == FileNotFound) {
         Tell(App, u"データベースファイルが存在しません。\n新しく作成します。"_s, Desktop::Icon::Information);
         return CreateOrTell(FileName, App);
     }
     if (Refusal.Number == UnrecognisedFormat) {
-        const QString backup = CFile(BackupName(FileName)).Name();
+        const QString backup = mdlFileNames::WithoutFolder(mdlFileNames::BackupName(FileName));
         Tell(App,
              FileName + u"をデータベースファイルとして認識できませんでした。\nログのバックアップ("_s + backup +
                  u")を作成し、新しいデータベースファイルを作成します。"_s,
@@ -130,45 +97,29 @@ DatabasePtr AnswerFailedOpen(const dao::Error& Refusal, const QString& FileName,
         SetAside(FileName);
         return CreateOrTell(FileName, App);
     }
-    Tell(App, Refusal.Description, Desktop::Icon::Critical);
-    return nullptr;
+    return AnswerTrouble(Refusal, FileName, App, Jobs);
 }
 
-/// Throws where the version cannot be read.
-QString ReadVersion(Database& Db, const QString& Table)
+DatabasePtr CheckVersion(DatabasePtr Db, Application& App, const JobWindow& Jobs)
 {
-    const QString sql = Table.isEmpty() ? u"SELECT Max(Version) AS VER FROM Version"_s
-                                        : u"SELECT Version AS VER FROM Version WHERE Table = '"_s + Table + u"'"_s;
-    const auto versions = Db.OpenRecordset(sql, dao::RecordsetType::Snapshot);
-    const QString version = versions->Eof() ? QString() : versions->Get(u"VER").ToText();
-    versions->Close();
-    return text::Like(version, u"Ver.[0-9].[0-9][0-9]") ? version : UnknownVersion();
-}
-
-/// Damage, a lock or a failing disk are no sign of an old file and must not be taken for one.
-bool IsFileTrouble(int Number)
-{
-    constexpr int Troubles[] = {3040, 3043, 3049, 3051, 3260, UnrecognisedFormat};
-    return std::find(std::begin(Troubles), std::end(Troubles), Number) != std::end(Troubles);
-}
-
-DatabasePtr CheckVersion(DatabasePtr Db, Application& App)
-{
-    QString version = UnknownVersion();
+    QString version = mdlFileVersion::Unknown();
     try {
-        version = ReadVersion(*Db, QString());
+        version = mdlFileVersion::Read(*Db, QString());
     } catch (const dao::Error& error) {
-        if (IsFileTrouble(error.Number)) {
-            Tell(App, error.Description, Desktop::Icon::Critical);
-            return nullptr;
+        if (mdlFileVersion::IsFileTrouble(error.Number)) {
+            const QString name = Db->Name();
+            Db.reset();
+            return AnswerTrouble(error, name, App, Jobs);
         }
     }
-    if (version == mdlSchema::FileVersion())
+    if (version < mdlSchema::FileVersion())
+        return ConvertLogDatabase(std::move(Db), version, App, Jobs);
+    if (version == mdlSchema::FileVersion()) {
+        if (!Db->IsReadOnly())
+            mdlFileNames::RemoveLeftovers(Db->Name());
         return Db;
-    Tell(App,
-         version > mdlSchema::FileVersion() ? u"データベースファイルが新しすぎます。"_s
-                                            : u"データベースファイルが古くなっています。"_s,
-         Desktop::Icon::Information);
+    }
+    Tell(App, u"データベースファイルが新しすぎます。"_s, Desktop::Icon::Information);
     Db->Close();
     return nullptr;
 }
@@ -178,11 +129,10 @@ DatabasePtr CheckVersion(DatabasePtr Db, Application& App)
 DatabasePtr CreateNewDatabase(const QString& FileName)
 {
     // A log without its file goes by a name that no database will ever have.
-    if (Exists(FileName) || !MoveLog(FileName, FileName + u".lost"_s))
+    if (mdlFileNames::Exists(FileName) || !mdlFileNames::MoveLog(FileName, FileName + u".lost"_s))
         return nullptr;
-    const QString folder = QFileInfo(FileName).absolutePath();
-    const QString passingName = mdlShellServices::TempFileName(folder, u"TVR"_s);
-    if (passingName.isEmpty() || QFileInfo(passingName).absolutePath() != folder)
+    const QString passingName = mdlFileNames::PassingName(FileName);
+    if (passingName.isEmpty())
         return nullptr;
     try {
         BuildDatabase(passingName);
@@ -191,28 +141,21 @@ DatabasePtr CreateNewDatabase(const QString& FileName)
     } catch (const dao::Error&) {
         // The caller only has to know that there is none.
     }
-    Remove(passingName);
+    mdlFileNames::Remove(passingName);
     return nullptr;
 }
 
-DatabasePtr OpenLogDatabase(const QString& FileName, Application& App)
+DatabasePtr OpenLogDatabase(const QString& FileName, Application& App, const JobWindow& Jobs)
 {
     DatabasePtr db;
     try {
         db = Database::Open(FileName);
     } catch (const dao::Error& refusal) {
-        return AnswerFailedOpen(refusal, FileName, App);
+        return AnswerFailedOpen(refusal, FileName, App, Jobs);
     }
-    return CheckVersion(std::move(db), App);
+    return CheckVersion(std::move(db), App, Jobs);
 }
 
-QString GetTableVersion(Database& Db, const QString& Table)
-{
-    try {
-        return ReadVersion(Db, Table);
-    } catch (const dao::Error&) {
-        return UnknownVersion();
-    }
-}
+QString GetTableVersion(Database& Db, const QString& Table) { return mdlFileVersion::ReadOrUnknown(Db, Table); }
 
 } // namespace mdlStore

@@ -1,11 +1,12 @@
 // store/Store.h
-// Opening the message database: made when missing, set aside when it is none, refused when it does not fit.
+// Opening the message database: made when missing, set aside when it is none, converted when old, refused when new.
 
 #ifndef STORE_STORE_H
 #define STORE_STORE_H
 
 #include "app/Application.h"
 #include "platform/dao/Database.h"
+#include "store/JobWindow.h"
 
 #include <QString>
 
@@ -20,9 +21,10 @@ namespace mdlStore
 std::unique_ptr<dao::Database> CreateNewDatabase(const QString& FileName);
 
 /// Opens the message database and tells the user what it does about a missing, unrecognised, outdated or too new file.
-/// Nothing when there is no usable database; an existing backup is never overwritten, and a file that is not used is
-/// left as it is.
-std::unique_ptr<dao::Database> OpenLogDatabase(const QString& FileName, Application& App);
+/// An outdated one is converted when the user agrees, what can be read of a damaged one is recovered; Jobs shows how
+/// far that is. Nothing when there is no usable database; an existing backup is never overwritten, and a file that is
+/// not used is left as it is.
+std::unique_ptr<dao::Database> OpenLogDatabase(const QString& FileName, Application& App, const JobWindow& Jobs = {});
 
 /// The version of a table, or with an empty Table the highest of the file. "Ver.0.00" when it cannot be read.
 QString GetTableVersion(dao::Database& Db, const QString& Table);
