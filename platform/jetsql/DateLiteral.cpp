@@ -100,15 +100,15 @@ bool CDateReader::SetDay(int Year, int Month, int Day)
 bool CDateReader::NumericDate(int First, int FirstDigits)
 {
     const char16_t separator = Peek();
-    if (separator != u'/' && separator != u'-')
+    if (separator != u'/' && separator != u'-' && separator != u' ')
         return false;
     ++m_at;
-    if (const int month = MonthName(); month && Take(separator)) {   // 15-Jan-2002
+    if (const int month = MonthName(); month && Take(separator)) {   // 15-Jan-2002, or with blanks
         const int year = Number();
         return year >= 0 && FirstDigits <= 2 && SetDay(year, month, First);
     }
     const int second = Number();
-    if (second < 0 || !Take(separator))
+    if (second < 0 || separator == u' ' || !Take(separator))
         return false;
     const int third = Number();
     if (third < 0)

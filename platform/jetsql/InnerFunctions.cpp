@@ -127,7 +127,7 @@ void Soft(CCall& Call)
 using Pattern = std::optional<text::CLikePattern>;
 
 constexpr qsizetype MaxPattern = 65536;         // no statement is longer
-constexpr qint64 MaxLikeSteps = 1'000'000'000;  // one call cannot be broken off
+constexpr qint64 MaxLikeSteps = 200'000'000;    // one call cannot be broken off
 
 std::unique_ptr<Pattern> MakePattern(const CCall& Call)
 {

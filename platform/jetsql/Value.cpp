@@ -35,6 +35,20 @@ double Checked(double Number, double Highest)
     return Number;
 }
 
+// Four places, of which a Double holds all up to twelve digits before the point; the zeros at the end are left out.
+QString CurrencyToText(double Amount)
+{
+    constexpr double exact = 9e11;
+    if (std::fabs(Amount) >= exact)
+        return text::NumberToText(Amount);
+    QString digits = QString::number(Amount, 'f', 4);
+    while (digits.endsWith(u'0'))
+        digits.chop(1);
+    if (digits.endsWith(u'.'))
+        digits.chop(1);
+    return digits == u"-0" ? u"0"_s : digits;
+}
+
 // The fraction counts forward also before day 0: the first day reaches down to the number below its own.
 double CheckedDate(double Serial)
 {
@@ -98,7 +112,7 @@ QString Value::ToText() const
     case FieldType::Integer:
     case FieldType::Long: return QString::number(WholePart());
     case FieldType::Single: return text::SingleToText(static_cast<float>(RealPart()));
-    case FieldType::Currency:
+    case FieldType::Currency: return CurrencyToText(RealPart());
     case FieldType::Double: return text::NumberToText(RealPart());
     case FieldType::Date: return text::GeneralDate(RealPart());
     default: return TextRef();

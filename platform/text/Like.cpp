@@ -126,10 +126,11 @@ bool CLikePattern::Matches(QStringView Text) const
 
 qint64 CLikePattern::MostSteps(qsizetype Size) const
 {
-    const auto longest = std::max_element(m_pieces.begin(), m_pieces.end(), [](const Piece& Left, const Piece& Right) {
-        return Left.Size() < Right.Size();
-    });
-    return m_pieces.size() == 1 ? Size : Size * std::max<qint64>(longest->Size(), 1);
+    constexpr qint64 plainFactor = 16; // a plain piece is looked for with leaps
+    qint64 most = 1;
+    for (const Piece& piece : m_pieces)
+        most = std::max(most, piece.IsPlain ? piece.Size() / plainFactor : piece.Size());
+    return m_pieces.size() == 1 ? Size : Size * most;
 }
 
 bool CLikePattern::MatchesUnits(QStringView Text) const

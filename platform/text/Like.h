@@ -32,7 +32,7 @@ public:
     /// Whether the whole of Text matches.
     bool Matches(QStringView Text) const;
 
-    /// How many steps a text of Size units can take at the most.
+    /// About how many steps a text of Size units can take at the most.
     qint64 MostSteps(qsizetype Size) const;
 
 private:
