@@ -22,13 +22,13 @@ struct COptions
     QByteArrayList Statements; ///< as typed; when there are none they are read from standard input
     std::vector<std::pair<QString, QString>> Parameters; ///< names with their values as typed
     Format Output = Format::Table;
-    int MaxWidth = 40;        ///< widest column of a table in columns of the terminal, 0 for no limit
-    bool TypeOnly = false;    ///< tell types instead of running
-    bool Create = false;      ///< make the file, which must not exist
-    bool SkipsRows = false;   ///< rows that break a rule are left out instead of refusing the statement
+    int MaxWidth = 40;      ///< widest column of a table in columns of the terminal, 0 for no limit
+    bool TypeOnly = false;  ///< tell types instead of running
+    bool Create = false;    ///< make the file, which must not exist
+    bool SkipsRows = false; ///< rows that break a rule are left out instead of refusing the statement
     bool Help = false;
     bool Version = false;
-    QString Error;            ///< what is wrong with the command line, in Japanese; empty when nothing is
+    QString Error; ///< what is wrong with the command line, in Japanese; empty when nothing is
 };
 
 namespace mdlArguments

@@ -31,7 +31,8 @@ private:
     bool m_hasResult = false;
 };
 
-/// A field of a line: as it is, or in quotes where it holds one, a comma, a line break or blanks at an end, or is empty.
+/// A field of a line: as it is, or in quotes where it holds one, a comma, a line break or blanks at an end, or is
+/// empty.
 QString CsvField(const QString& Text);
 
 } // namespace sqlshell

@@ -104,8 +104,7 @@ bool CJsonOutput::Rows(dao::QueryType Type, dao::Recordset& Source)
     }
     const bool isWhole = Source.Eof();
     const dao::Error stopped = jetsql::MakeError(3059);
-    Out().Put(isWhole ? QByteArray("]}\n")
-                      : "],\"error\":3059,\"message\":" + JsonText(stopped.Description) + "}\n");
+    Out().Put(isWhole ? QByteArray("]}\n") : "],\"error\":3059,\"message\":" + JsonText(stopped.Description) + "}\n");
     return isWhole;
 }
 

@@ -21,18 +21,18 @@ namespace sqlshell
 struct CRefusal
 {
     dao::Error Error;
-    QString Statement;    ///< empty where the error belongs to none
-    int Line = 1;         ///< of the input, where Statement begins
-    QStringList Missing;  ///< parameters that have no value
+    QString Statement;   ///< empty where the error belongs to none
+    int Line = 1;        ///< of the input, where Statement begins
+    QStringList Missing; ///< parameters that have no value
 };
 
 /// A short list that a command gives: names of tables, saved queries.
 struct CListing
 {
-    QString Key;                   ///< its name in JSON
-    QStringList Columns;           ///< headings; a list without headings has one column
+    QString Key;         ///< its name in JSON
+    QStringList Columns; ///< headings; a list without headings has one column
     std::vector<QStringList> Rows;
-    QJsonArray Json;               ///< the same for programs
+    QJsonArray Json; ///< the same for programs
 };
 
 /// Writes results in one of the formats. Results go to Out; where the format has no place for messages they go to

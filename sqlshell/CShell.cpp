@@ -5,6 +5,8 @@
 
 #include "sqlshell/Parameters.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace sqlshell
@@ -15,6 +17,15 @@ namespace
 
 /// Longest text that can be the name of a saved query: 64 characters in brackets.
 constexpr qsizetype MaxNameSize = 66;
+
+bool IsBracketed(const QString& Sql) { return Sql.startsWith(u'[') && Sql.endsWith(u']'); }
+
+/// Whether this may be a name in place of a statement.
+bool IsName(const QString& Sql)
+{
+    const bool isWord = std::none_of(Sql.begin(), Sql.end(), [](QChar unit) { return unit.isSpace(); });
+    return Sql.size() <= MaxNameSize && (isWord || IsBracketed(Sql));
+}
 
 QString Decoded(const CPiece& Piece)
 {
@@ -105,10 +116,9 @@ void CShell::RunStatement(const CPiece& Piece)
 
 std::unique_ptr<dao::QueryDef> CShell::FindQuery(const QString& Sql)
 {
-    if (Sql.size() > MaxNameSize)
+    if (!IsName(Sql))
         return nullptr;
-    const bool isBracketed = Sql.startsWith(u'[') && Sql.endsWith(u']');
-    return Database().FindQueryDef(isBracketed ? Sql.mid(1, Sql.size() - 2) : Sql);
+    return Database().FindQueryDef(IsBracketed(Sql) ? Sql.mid(1, Sql.size() - 2) : Sql);
 }
 
 void CShell::RunQuery(dao::QueryDef& Query)
@@ -130,7 +140,7 @@ void CShell::TellType(const QString& Sql)
     try {
         return m_output.Type(jetsql::TypeOf(Sql));
     } catch (const dao::Error& error) {
-        if (error.Number != 3129 || Sql.size() > MaxNameSize)
+        if (error.Number != 3129 || !IsName(Sql))
             throw;
     }
     const auto query = FindQuery(Sql);

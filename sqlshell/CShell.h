@@ -63,9 +63,9 @@ private:
     COutput& m_output;
     COutput::Stop m_isStopped;
     std::unique_ptr<dao::Database> m_database;
-    QStringList m_missing;  // parameters without a value in the running statement
-    QString m_saveAs;       // name under which the next statement is saved instead of run
-    int m_commandSize = 0;  // UTF-16 units of the running command
+    QStringList m_missing; // parameters without a value in the running statement
+    QString m_saveAs;      // name under which the next statement is saved instead of run
+    int m_commandSize = 0; // UTF-16 units of the running command
     bool m_hasRefused = false;
     bool m_isQuitting = false;
 };

@@ -15,17 +15,17 @@ namespace sqlshell
 struct CPiece
 {
     bool IsCommand = false;
-    QByteArray Text; ///< as it came, without blanks around it
-    int Line = 1;    ///< of the input, where Text begins
+    QByteArray Text;        ///< as it came, without blanks around it
+    int Line = 1;           ///< of the input, where Text begins
     bool IsTooLong = false; ///< Text is only the beginning of a statement longer than MaxSize
 };
 
 /// Takes UTF-8 in pieces of any size and gives back statements and commands as they become complete.
 ///
-/// A statement ends with ";" or with the input. A ";" in a text, in [brackets], in `back quotes` or in a #date# does not
-/// end it, nor does the one that ends its PARAMETERS. A date ends with its line at the latest, so that a forgotten "#"
-/// spoils one statement and not all that follow. A line that begins with "." between statements is a command.
-/// Bytes that are no UTF-8 pass unchanged.
+/// A statement ends with ";" or with the input. A ";" in a text, in [brackets], in `back quotes` or in a #date# does
+/// not end it, nor does the one that ends its PARAMETERS. A date ends with its line at the latest, so that a forgotten
+/// "#" spoils one statement and not all that follow. A line that begins with "." between statements is a command. Bytes
+/// that are no UTF-8 pass unchanged.
 class CSplitter
 {
 public:

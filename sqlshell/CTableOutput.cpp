@@ -144,7 +144,10 @@ bool CTableOutput::Rows(dao::QueryType, dao::Recordset& Source)
 
 void CTableOutput::Affected(dao::QueryType Type, int Count) { Out().Put(AffectedSentence(Type, Count) + u'\n'); }
 
-void CTableOutput::Type(dao::QueryType Type) { Out().Put(u"%1 (%2)\n"_s.arg(QString::number(int(Type)), TypeName(Type))); }
+void CTableOutput::Type(dao::QueryType Type)
+{
+    Out().Put(u"%1 (%2)\n"_s.arg(QString::number(int(Type)), TypeName(Type)));
+}
 
 void CTableOutput::List(const CListing& Listing)
 {

@@ -44,8 +44,7 @@ const std::vector<CShell::CCommand>& CShell::Commands()
          u".commit            .begin からの変更を確定"_s},
         {u".rollback"_s, Takes::Nothing, [](CShell& s, const QString&) { s.Rollback(); },
          u".rollback          .begin からの変更を取り消し"_s},
-        {u".help"_s, Takes::Nothing, [](CShell& s, const QString&) { s.Help(); },
-         u".help              この一覧"_s},
+        {u".help"_s, Takes::Nothing, [](CShell& s, const QString&) { s.Help(); }, u".help              この一覧"_s},
         {u".quit"_s, Takes::Nothing, [](CShell& s, const QString&) { s.m_isQuitting = true; },
          u".quit              終了"_s},
     };

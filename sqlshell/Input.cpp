@@ -85,6 +85,8 @@ bool RunFile(CShell& Shell, CSink& Out, int Descriptor)
             isMore = true;
         }
     }
+    if (isTerminal)
+        Out.Put("\n"); // below the prompt that Ctrl+D left
     return true;
 }
 

@@ -73,8 +73,9 @@ QString IndexSql(const dao::IndexDef& Index, const QString& TableName)
 
 QString Quoted(const QString& Name)
 {
-    const bool isPlain = !Name.isEmpty() && jetsql::ClassOf(Name[0].unicode()) == jetsql::CharClass::Letter &&
-                         std::all_of(Name.begin(), Name.end(), [](QChar unit) { return jetsql::IsNameUnit(unit.unicode()); });
+    const bool isPlain =
+        !Name.isEmpty() && jetsql::ClassOf(Name[0].unicode()) == jetsql::CharClass::Letter &&
+        std::all_of(Name.begin(), Name.end(), [](QChar unit) { return jetsql::IsNameUnit(unit.unicode()); });
     return isPlain && jetsql::KeywordOf(Name) == jetsql::Keyword::None ? Name : u'[' + Name + u']';
 }
 

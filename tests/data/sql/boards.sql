@@ -1,0 +1,11 @@
+INSERT INTO Message VALUES (3, 1, True, 'はじめまして', '', '', '田中', #2002/1/10 9:05#, 0, '田中です。よろしくお願いします。', 1, 0);
+INSERT INTO Message VALUES (3, 2, True, 'Re: はじめまして', '', '', 'さとう', #2002/1/10 21:30#, 1, 'こちらこそ。', 1, 0);
+INSERT INTO Message VALUES (3, 3, True, '写真の撮り方', 'http://photo.example.jp/', '', '高橋', #2002/1/15 12:00#, 0, 'どなたか教えてください。' & Chr(13) & Chr(10) & 'http://photo.example.jp/q.html です。', 3, 0);
+INSERT INTO Message VALUES (3, 4, True, 'Re: 写真の撮り方', '', '', '田中', #2002/1/16 8:20#, 3, '三脚を使います。', 3, 1);
+INSERT INTO Message VALUES (3, 5, False, '集合場所について', '', '', 'ゲスト', #2002/2/1 18:45#, 0, '駅前です。', 5, 0);
+INSERT INTO Message VALUES (3, 6, False, 'Re: 写真の撮り方', '', '', 'サトウ', #2002/2/3 7:00#, 3, '朝の光が良いです。', 3, 0);
+INSERT INTO Message VALUES (3, 7, False, 'お礼', '', '', '田中', #2002/2/20 23:10#, 6, Null, 3, 2);
+INSERT INTO Message VALUES (3, 8, False, '集合場所について', '', '', 'ゲスト', #2002/3/1#, 0, '駅前です。', 8, 0);
+INSERT INTO Message VALUES (4, 1, True, '質問です', '', '', '高橋', #2002/2/11 10:15#, 0, 'この本はどこで買えますか; ご存じの方?', 1, 0);
+INSERT INTO Message VALUES (4, 2, False, 'Re: 質問です', '', 'tanaka@example.jp', '田中', #2002/2/11 19:40#, 1, '図書館にあります。', 1, 0);
+INSERT INTO Message VALUES (4, 3, False, '春の一冊', '', '', 'さとう', #2002/3/5 6:30#, 0, 'おすすめです。', 3, 1);
