@@ -47,3 +47,22 @@ QString mdlSqlText::Quoted(QStringView Text)
     AppendQuoted(quoted, Text);
     return quoted;
 }
+
+QString mdlSqlText::InsideLike(QStringView Text)
+{
+    QString pattern;
+    for (qsizetype at = 0; at < Text.size(); ++at) {
+        const QChar unit = Text[at];
+        const bool isLineEnd = unit == u'\r' || unit == u'\n' || unit == QChar::ParagraphSeparator ||
+                               unit == QChar::LineSeparator;
+        if (unit == u'\r' && at + 1 < Text.size() && Text[at + 1] == u'\n')
+            ++at;
+        if (isLineEnd)
+            pattern += "\r\n"_L1;
+        else if (QStringView(u"[*?#").contains(unit))
+            pattern += u'[' + QString(unit) + u']';
+        else
+            pattern += unit == u'\'' ? u"''"_s : QString(unit);
+    }
+    return pattern;
+}

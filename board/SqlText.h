@@ -16,6 +16,10 @@ void AppendQuoted(QString& Statement, QStringView Text);
 /// Text between apostrophes, as AppendQuoted writes it.
 QString Quoted(QStringView Text);
 
+/// Text as the inside of a Like pattern between apostrophes: it stands for itself only. [ * ? and # are put into
+/// brackets, apostrophes are doubled, and a line end of any kind is the CR LF of a stored text.
+QString InsideLike(QStringView Text);
+
 } // namespace mdlSqlText
 
 #endif // BOARD_SQLTEXT_H

@@ -22,6 +22,7 @@
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
+#include "query/frmSQL.h"
 #include "viewer/CViewer.h"
 
 #include <QApplication>

@@ -29,6 +29,7 @@ class CStatusPanels;
 class CToolbar;
 class CViewer;
 class frmLoadDlg;
+class frmSQL;
 class QTimer;
 class uSeparator;
 
@@ -119,6 +120,8 @@ private:
     void DoReverseSelection(int);
     void DoCopyText(int);
     void DoCompactDatabase(int);
+    void DoQuery(int);
+    void DoTextFind(int);
     void DoTimer(int);
     void DoCommunity(int);
     void DoAbout(int);
@@ -130,6 +133,7 @@ private:
     void UseDatabase();
     void OfferRecovery();
     void TellUncompacted(const dao::Error& Reason);
+    bool RunQueries(QString Statement);
     void StoreNoReadPoint(qint32 Value);
     void CancelRun();
 
@@ -204,6 +208,8 @@ private:
     std::unique_ptr<CViewer> m_viewer;
     std::unique_ptr<frmLoadDlg> m_dialog;
     std::unique_ptr<CLoadDrivers> m_drivers;
+    std::unique_ptr<frmSQL> m_queryDialog; // made when it is first asked for
+    QString m_lastQuery;
     CMenuSet* m_menus = nullptr; // widgets and helpers from here on are children of the window
     CToolbar* m_toolbar = nullptr;
     CStatusPanels* m_panels = nullptr;

@@ -13,12 +13,16 @@
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/frmAbout.h"
+#include "mainwin/CToolbar.h"
 #include "mainwin/mdlProduct.h"
 #include "platform/desktop/desktop.h"
 #include "store/Recovery.h"
+#include "query/frmSQL.h"
+#include "viewer/mdlStatements.h"
 #include "viewer/CViewer.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QCursor>
 #include <QMenu>
 #include <QTimer>
@@ -63,6 +67,8 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::ReverseSelection, &frmView::DoReverseSelection},
         {Command::CopyText, &frmView::DoCopyText},
         {Command::CompactDatabase, &frmView::DoCompactDatabase},
+        {Command::Query, &frmView::DoQuery},
+        {Command::TextFind, &frmView::DoTextFind},
         {Command::Timer, &frmView::DoTimer},
         {Command::Community, &frmView::DoCommunity},
         {Command::About, &frmView::DoAbout},
@@ -223,6 +229,41 @@ void frmView::StoreNoReadPoint(qint32 Value)
 {
     m_viewer->BoardProperty().SetNoReadPoint(Value);
     m_viewer->ShowNoReadPoint();
+}
+
+// Queries
+
+/// The dialog comes back with its statement as long as running it fails. False when the user has given up.
+bool frmView::RunQueries(QString Statement)
+{
+    if (!m_queryDialog)
+        m_queryDialog = std::make_unique<frmSQL>(m_app, this);
+    int errorOffset = -1;
+    while (!m_isClosing) {
+        Statement = m_queryDialog->ShowSQL(Statement, this, errorOffset);
+        if (Statement.isEmpty() || m_isClosing)
+            break;
+        if (m_viewer->LoadList(Statement, CViewer::ResultList)) {
+            m_lastQuery = Statement;
+            return true;
+        }
+        errorOffset = m_viewer->ErrorOffset();
+    }
+    return false;
+}
+
+void frmView::DoQuery(int)
+{
+    RunQueries(m_lastQuery.isEmpty() ? mdlStatements::AllMessages(m_viewer->CurrentBoard()) : m_lastQuery);
+}
+
+void frmView::DoTextFind(int)
+{
+    QString text = m_pane->SelectedText();
+    if (text.endsWith(u"\r\n"_s)) // the pane ends the last line, a stored body need not
+        text.chop(2);
+    if (RunQueries(mdlStatements::MessagesWith(m_viewer->CurrentBoard(), text)))
+        m_toolbar->FindBox().setEditText(text);
 }
 
 // The rest

@@ -151,7 +151,7 @@ void frmView::ListShown(int List)
 {
     CListView& shown = View(List);
     CListView& other = View(1 - List);
-    const bool hadFocus = other.hasFocus();
+    const bool hadFocus = focusWidget() == &other; // also while a dialog over the window closes
     m_separator->Initialize(&shown, m_pane);
     shown.show();
     if (hadFocus)

@@ -113,7 +113,7 @@ constexpr std::array MessageMenu = {
     Inert(1, u"mnuMsgFindPrev", u"前を検索(&P)", {}, u"Shift+F3"),
     Inert(1, u"mnuMsgFindNext", u"次を検索(&N)", {}, u"F3"),
     Bar(1, u"mnuMsgBar2"),
-    Inert(1, u"mnuMsgQuery", u"クエリー検索(&Q)...", {}, u"Ctrl+Q"),
+    Item(1, u"mnuMsgQuery", u"クエリー検索(&Q)...", Command::Query, Rule::Idle, {}, u"Ctrl+Q"),
     Inert(1, u"mnuMsgRelate", u"関連検索(&K)", {}, u"Ctrl+K"),
     Bar(1, u"mnuMsgBar3"),
     Inert(1, u"mnuMsgMail", u"メールを送る(&S)..."),
@@ -193,7 +193,7 @@ constexpr std::array ListPopup = {
 
 constexpr std::array TextAndTrayPopups = {
     Top(u"mnuText", u"テキスト"),
-    Inert(1, u"mnuTextFind", u"検索(&F)..."),
+    Item(1, u"mnuTextFind", u"検索(&F)...", Command::TextFind, Rule::Idle),
     Inert(1, u"mnuTextRelate", u"関連検索(&K)"),
     Bar(1, u"mnuTextBar1"),
     Inert(1, u"mnuTextURL", u"このURLへ(&U)..."),
@@ -246,7 +246,7 @@ constexpr ToolButton ToolbarTable[] = {
     {{}, {}, {}},
     {u"Thread", u"スレッド表示", u"スレッド表示(Ctrl+T)", Command::Thread, 0, Rule::Messages},
     {{}, {}, {}},
-    {u"SQL", u"クエリー検索", u"クエリー検索(Ctrl+Q)", Command::None, 0, Rule::Never},
+    {u"SQL", u"クエリー検索", u"クエリー検索(Ctrl+Q)", Command::Query, 0, Rule::Idle},
     {{}, {}, {}},
     {u"Timer", u"タイマー", u"タイマー", Command::Timer},
     {u"Option", u"オプション", u"オプション...", Command::None, 0, Rule::Never},

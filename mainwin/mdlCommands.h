@@ -45,6 +45,8 @@ enum class Command {
     Escape,
     PopupBoards,
     PopupMarks,
+    Query,     ///< the query dialog with the last query
+    TextFind,  ///< the query dialog, looking for the selected text of the pane
     PrevUnreadByKey, ///< as PrevUnread; the text selection of the pane is emptied as well
 };
 

@@ -20,8 +20,9 @@ const QHash<QString, QStringList>& Allowed()
         {u"board"_s, {u"store"_s, u"app"_s, u"platform"_s}},
         {u"load"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
         {u"viewer"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
+        {u"query"_s, {u"app"_s, u"controls"_s, u"platform"_s}},
         {u"mainwin"_s,
-         {u"load"_s, u"viewer"_s, u"board"_s, u"store"_s, u"app"_s, u"controls"_s, u"platform"_s}},
+         {u"query"_s, u"load"_s, u"viewer"_s, u"board"_s, u"store"_s, u"app"_s, u"controls"_s, u"platform"_s}},
         {u"boardd"_s, {u"platform"_s}},
         {u"sqlshell"_s, {u"platform"_s}},
     };

@@ -1,0 +1,74 @@
+// query/CStatementBox.cpp
+// The box in which a statement is written.
+
+#include "query/CStatementBox.h"
+
+#include <QFontDatabase>
+#include <QTextDocument>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// The desktop's own fixed font draws what is Latin; Japanese comes from the first of the others that is there.
+QFont FixedFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setFamilies({font.family(), u"ＭＳ ゴシック"_s, u"MS Gothic"_s, u"Noto Sans Mono CJK JP"_s, u"IPAGothic"_s});
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    return font;
+}
+
+} // namespace
+
+CStatementBox::CStatementBox(QWidget* Parent)
+    : QPlainTextEdit(Parent)
+{
+    setFont(FixedFont());
+    setTabChangesFocus(true);
+}
+
+/// The raw text: the plain one would turn blanks that do not break into others, also within constants.
+QString CStatementBox::Statement() const
+{
+    QString text = document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n').replace(u"\n"_s, u"\r\n"_s);
+}
+
+void CStatementBox::SetStatement(const QString& Sql)
+{
+    setPlainText(Sql);
+    selectAll();
+}
+
+void CStatementBox::ReplaceStatement(const QString& Sql)
+{
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(Sql);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}
+
+void CStatementBox::SetCaret(qsizetype Offset)
+{
+    const qsizetype lineEnds = Statement().left(Offset).count(u'\r'); // each is one place in the box, not two
+    QTextCursor cursor = textCursor();
+    const qsizetype end = document()->characterCount() - 1;
+    cursor.setPosition(int(std::clamp<qsizetype>(Offset - lineEnds, 0, end)));
+    setTextCursor(cursor);
+}
+
+void CStatementBox::Insert(const QString& Text, qsizetype Caret)
+{
+    QTextCursor cursor = textCursor();
+    const int start = cursor.selectionStart();
+    cursor.insertText(Text);
+    cursor.setPosition(start + int(Caret));
+    setTextCursor(cursor);
+}

@@ -1,0 +1,366 @@
+// query/frmSQL.cpp
+// The dialog in which the user writes a statement, with the database's tables beside it and the saved queries above.
+
+#include "query/frmSQL.h"
+
+#include "query/CStatementBox.h"
+#include "query/mdlCondition.h"
+#include "app/Application.h"
+#include "controls/uSeparator.h"
+#include "platform/dao/Database.h"
+#include "platform/desktop/Geometry.h"
+#include "platform/desktop/WindowServices.h"
+#include "platform/desktop/desktop.h"
+#include "platform/text/Number.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr QSize DesignedSize(640, 420); // pixels at 100 %
+constexpr double StatementPercent = 70; // of the width, until the user moves the bar
+
+QString Section() { return u"SQLDialogPosition"_s; }
+
+std::optional<int> Twips(CIniFile& Ini, const QString& Key) { return text::TextToLong(Ini.Data(Key)); }
+
+std::optional<int> Pixels(CIniFile& Ini, const QString& Key)
+{
+    const auto twips = Twips(Ini, Key);
+    return twips ? std::optional(mdlGeometry::ToPixels(*twips)) : std::nullopt;
+}
+
+void SetPixels(CIniFile& Ini, const QString& Key, int Pixels)
+{
+    Ini.SetData(Key, QString::number(mdlGeometry::ToTwips(Pixels)));
+}
+
+template<typename Widget> Widget* Named(Widget* Made, const QString& Name)
+{
+    Made->setObjectName(Name);
+    return Made;
+}
+
+} // namespace
+
+frmSQL::frmSQL(Application& App, QWidget* Parent)
+    : QDialog(Parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                          Qt::WindowMinMaxButtonsHint)
+    , m_app(App)
+    , m_queries(App)
+{
+    setObjectName(u"frmSQL"_s);
+    setModal(true);
+    BuildQueries();
+    BuildTables();
+    BuildButtons();
+    BuildLayout();
+    resize(DesignedSize);
+}
+
+frmSQL::~frmSQL() = default;
+
+// Building
+
+void frmSQL::BuildQueries()
+{
+    m_cmbQuery = Named(new QComboBox(this), u"cmbQuery"_s);
+    m_cmbQuery->setAccessibleName(u"クエリー名"_s);
+    m_cmbQuery->setEditable(true);
+    m_cmbQuery->setInsertPolicy(QComboBox::NoInsert);
+    m_cmbQuery->setCompleter(nullptr); // it would make an old name of the beginning of a new one
+    m_cmdSave = Named(new QPushButton(u"保存(&S)"_s, this), u"cmdSave"_s);
+    m_cmdDelete = Named(new QPushButton(u"削除(&D)"_s, this), u"cmdDelete"_s);
+    m_txtSQL = Named(new CStatementBox(this), u"txtSQL"_s);
+    m_txtSQL->setAccessibleName(u"SQL"_s);
+    connect(m_cmbQuery, &QComboBox::activated, this, &frmSQL::OnQueryChosen);
+    connect(m_cmbQuery, &QComboBox::editTextChanged, this,
+            [this](const QString& Text) { m_cmdDelete->setEnabled(!Text.isEmpty()); });
+    connect(m_cmdSave, &QPushButton::clicked, this, &frmSQL::OnSave);
+    connect(m_cmdDelete, &QPushButton::clicked, this, &frmSQL::OnDelete);
+    connect(m_txtSQL, &QPlainTextEdit::textChanged, this, [this] { m_isModified = true; });
+    auto* save = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), m_txtSQL, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(save, &QShortcut::activated, m_cmdSave, &QPushButton::click);
+}
+
+void frmSQL::BuildTables()
+{
+    m_picList = Named(new QWidget(this), u"picList"_s);
+    m_cmbTable = Named(new QComboBox(m_picList), u"cmbTable"_s);
+    m_cmbTable->setAccessibleName(u"テーブル"_s);
+    m_lstField = Named(new QListWidget(m_picList), u"lstField"_s);
+    m_lstField->setAccessibleName(u"フィールド"_s);
+    m_lstField->installEventFilter(this);
+    m_lblInfo = Named(new QLabel(this), u"lblInfo"_s);
+    m_lblInfo->setTextFormat(Qt::PlainText);
+    m_lblInfo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    connect(m_cmbTable, &QComboBox::currentIndexChanged, this, &frmSQL::FillFields);
+    connect(m_lstField, &QListWidget::currentRowChanged, this, &frmSQL::ShowDescription);
+    connect(m_lstField, &QListWidget::itemDoubleClicked, this,
+            [this](QListWidgetItem* Item) { InsertCondition(m_lstField->row(Item)); });
+}
+
+void frmSQL::BuildButtons()
+{
+    m_cmdExec = Named(new QPushButton(u"実行(F5)"_s, this), u"cmdExec"_s);
+    m_cmdCancel = Named(new QPushButton(u"キャンセル"_s, this), u"cmdCancel"_s);
+    connect(m_cmdExec, &QPushButton::clicked, this, &frmSQL::Execute);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &frmSQL::reject);
+    connect(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, m_cmdExec, &QPushButton::click);
+    for (QPushButton* button : {m_cmdSave, m_cmdDelete, m_cmdExec, m_cmdCancel})
+        button->setAutoDefault(false); // Enter in the box of names must not run the statement
+}
+
+void frmSQL::BuildLayout()
+{
+    auto* buttons = Named(new QWidget(this), u"picButtons"_s);
+    auto* buttonRow = new QHBoxLayout(buttons);
+    buttonRow->setContentsMargins(0, 0, 0, 0);
+    buttonRow->addWidget(m_cmdSave);
+    buttonRow->addWidget(m_cmdDelete);
+    auto* top = new QHBoxLayout;
+    top->addWidget(m_cmbQuery, 1);
+    top->addWidget(buttons);
+
+    m_client = new QWidget(this);
+    m_separator = Named(new uSeparator(m_client), u"sep"_s);
+    m_txtSQL->setParent(m_client);
+    m_picList->setParent(m_client);
+    auto* tables = new QVBoxLayout(m_picList);
+    tables->setContentsMargins(0, 0, 0, 0);
+    tables->addWidget(m_cmbTable);
+    tables->addWidget(m_lstField, 1);
+    auto* panes = new QVBoxLayout(m_client); // the bar fills the area; the panes follow the bar
+    panes->setContentsMargins(0, 0, 0, 0);
+    panes->addWidget(m_separator);
+
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(m_lblInfo, 1);
+    bottom->addWidget(m_cmdExec);
+    bottom->addWidget(m_cmdCancel);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(top);
+    all->addWidget(m_client, 1);
+    all->addLayout(bottom);
+    QWidget* const order[] = {m_txtSQL,   m_separator, m_cmbTable, m_lstField, m_cmdExec,
+                              m_cmdCancel, m_cmbQuery,  m_cmdSave,  m_cmdDelete};
+    for (std::size_t place = 1; place < std::size(order); ++place)
+        setTabOrder(order[place - 1], order[place]);
+}
+
+// Showing
+
+QString frmSQL::ShowSQL(const QString& SQLString, QWidget* Owner, int ErrorOffset)
+{
+    Prepare(SQLString, Owner, ErrorOffset);
+    exec();
+    return m_result;
+}
+
+void frmSQL::Prepare(const QString& SQLString, const QWidget* Owner, int ErrorOffset)
+{
+    m_result.clear();
+    setWindowTitle(u"クエリー検索 - "_s + m_app.AppTitle());
+    if (Owner)
+        setWindowIcon(Owner->windowIcon());
+    m_txtSQL->SetStatement(SQLString);
+    if (ErrorOffset >= 0)
+        m_txtSQL->SetCaret(ErrorOffset);
+    m_txtSQL->setFocus();
+    FillQueries();
+    m_cmbQuery->setCurrentIndex(-1);
+    m_cmdDelete->setEnabled(false);
+    FillTables();
+    m_separator->Initialize(m_txtSQL, m_picList);
+    m_isModified = false;
+    PlaceWindow();
+}
+
+/// What was never stored, or is no number, is the designed size in the middle of the screen.
+void frmSQL::PlaceWindow()
+{
+    CIniFile& ini = m_app.SettingsIni();
+    ini.SetNowSection(Section());
+    if (!m_app.Option().SaveSQLDialogPosition)
+        ini.Clear();
+    const auto width = Pixels(ini, u"Width"_s);
+    const auto height = Pixels(ini, u"Height"_s);
+    const QSize size = width && height ? QSize(*width, *height).expandedTo(minimumSizeHint()) : DesignedSize;
+    QRect place = mdlGeometry::Centred(size);
+    place.moveLeft(Pixels(ini, u"Left"_s).value_or(place.left()));
+    place.moveTop(Pixels(ini, u"Top"_s).value_or(place.top()));
+    setGeometry(mdlGeometry::OnScreen(place));
+    layout()->activate(); // the bar's place is a part of the width that it now has
+    m_separator->SetParsent(StatementPercent);
+    if (const auto offset = Twips(ini, u"Separator"_s))
+        m_separator->SetOffset(*offset);
+}
+
+void frmSQL::SavePlace()
+{
+    if (!m_app.Option().SaveSQLDialogPosition)
+        return;
+    const QRect place = mdlWindow::GetNormalWindowRect(this);
+    CIniFile& ini = m_app.SettingsIni();
+    ini.SetNowSection(Section());
+    SetPixels(ini, u"Left"_s, place.left());
+    SetPixels(ini, u"Top"_s, place.top());
+    SetPixels(ini, u"Width"_s, place.width());
+    SetPixels(ini, u"Height"_s, place.height());
+    ini.SetData(u"Separator"_s, QString::number(m_separator->Offset()));
+    ini.Save(Section());
+}
+
+/// Every way out of the dialog leads through here.
+void frmSQL::done(int Result)
+{
+    if (isVisible())
+        SavePlace();
+    QDialog::done(Result);
+}
+
+void frmSQL::Execute()
+{
+    m_result = m_txtSQL->Statement();
+    accept();
+}
+
+// Saved queries
+
+void frmSQL::FillQueries()
+{
+    const QString text = m_cmbQuery->currentText();
+    m_cmbQuery->clear();
+    m_cmbQuery->addItems(m_queries.Names());
+    m_cmbQuery->setCurrentIndex(-1);
+    m_cmbQuery->setEditText(text);
+    mdlWindow::AdjustComboDropDown(m_cmbQuery, 0);
+}
+
+void frmSQL::OnQueryChosen(int Index)
+{
+    const QString name = m_cmbQuery->itemText(Index);
+    if (m_isModified && !MayLeaveStatement())
+        return;
+    m_cmbQuery->setEditText(name);
+    if (const auto sql = m_queries.Statement(name)) {
+        m_txtSQL->ReplaceStatement(*sql);
+        m_isModified = false;
+    }
+}
+
+/// The user has saved the statement in the box or does not want to keep it.
+bool frmSQL::MayLeaveStatement()
+{
+    const auto answer =
+        m_app.Shell.MessageBox(u"現在編集中のSQLを保存しますか？"_s, m_app.AppTitle(), Desktop::Icon::Question,
+                               Desktop::Buttons::YesNoCancel, Desktop::Answer::Yes);
+    if (answer == Desktop::Answer::Yes)
+        return SaveAs(m_queries.AskName());
+    return answer == Desktop::Answer::No;
+}
+
+bool frmSQL::SaveAs(const QString& Name)
+{
+    const bool isSaved = m_queries.Save(Name, m_txtSQL->Statement());
+    if (isSaved)
+        m_isModified = false;
+    else if (m_queries.ErrorOffset() >= 0)
+        m_txtSQL->SetCaret(m_queries.ErrorOffset());
+    FillQueries();
+    return isSaved;
+}
+
+void frmSQL::OnSave()
+{
+    QString name = m_cmbQuery->currentText().trimmed();
+    if (name.isEmpty())
+        name = m_queries.AskName();
+    m_cmbQuery->setEditText(name);
+    SaveAs(name);
+}
+
+void frmSQL::OnDelete()
+{
+    const QString name = m_cmbQuery->currentText().trimmed();
+    if (name.isEmpty() || !m_queries.AskDelete(name))
+        return;
+    if (m_cmbQuery->findText(name, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) {
+        m_queries.Tell(u"クエリー"_s + name + u"は存在しませんでした。"_s);
+        return;
+    }
+    m_queries.Delete(name);
+    m_cmbQuery->clearEditText();
+    FillQueries();
+}
+
+// Tables and fields
+
+void frmSQL::FillTables()
+{
+    m_cmbTable->clear();
+    if (!m_app.LogDB())
+        return;
+    for (const dao::TableDef& table : m_app.LogDB()->TableDefs()) {
+        if (table.Attributes == 0)
+            m_cmbTable->addItem(table.Name);
+    }
+    mdlWindow::AdjustComboDropDown(m_cmbTable, 0);
+    m_cmbTable->setCurrentIndex(m_cmbTable->findText(u"Message"_s));
+}
+
+void frmSQL::FillFields()
+{
+    m_fields.clear();
+    m_lstField->clear();
+    m_lblInfo->clear();
+    if (!m_app.LogDB() || m_cmbTable->currentIndex() < 0)
+        return;
+    for (const dao::TableDef& table : m_app.LogDB()->TableDefs()) {
+        if (table.Name == m_cmbTable->currentText())
+            m_fields = table.Fields;
+    }
+    for (const dao::FieldDef& field : m_fields)
+        m_lstField->addItem(field.Name);
+}
+
+void frmSQL::ShowDescription(int Row)
+{
+    m_lblInfo->setText(Row >= 0 && std::size_t(Row) < m_fields.size() ? m_fields[std::size_t(Row)].Description : QString());
+    m_lblInfo->setToolTip(m_lblInfo->text()); // it may be longer than the dialog is wide
+}
+
+void frmSQL::InsertCondition(int Row)
+{
+    if (Row < 0 || std::size_t(Row) >= m_fields.size())
+        return;
+    const dao::FieldDef& field = m_fields[std::size_t(Row)];
+    const mdlCondition::Condition condition = mdlCondition::On(field.Name, field.Type);
+    m_txtSQL->Insert(condition.Text, condition.Caret);
+    m_txtSQL->setFocus();
+}
+
+/// Enter on a field is the keyboard's double click.
+bool frmSQL::eventFilter(QObject* Watched, QEvent* Event)
+{
+    if (Watched == m_lstField && Event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(Event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            InsertCondition(m_lstField->currentRow());
+            return true;
+        }
+    }
+    return QDialog::eventFilter(Watched, Event);
+}
