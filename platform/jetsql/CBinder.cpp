@@ -167,6 +167,8 @@ void CBinder::BindUpdate(Tree& Statement)
             throw MakeError(3063, {name.Name}, OffsetOf(name.First));
         known.push_back(name.Field);
         const auto owner = std::find_if(scope.Tables.begin(), scope.Tables.end(), [&](const TableRef* table) { return Owns(*table, *name.Field); });
+        FindBase(**owner);
+        (*owner)->ShowsRowId |= scope.Tables.size() > 1;
         BindAssignment(assignment, **owner, scope);
     }
     if (Statement.Where) {
@@ -178,18 +180,45 @@ void CBinder::BindUpdate(Tree& Statement)
 void CBinder::BindAssignment(Assignment& Which, const TableRef& Owner, Scope& In)
 {
     Expr& name = *Which.Target;
-    if (!Owner.Table)
+    const int field = Owner.Base ? Owner.BaseFields[size_t(name.Field - Owner.Columns.data())] : -1;
+    if (field < 0)
         Refuse(3073, name);
-    if (Owner.Table->Fields[size_t(name.Field - Owner.Columns.data())].AutoIncrement)
+    if (Owner.Base->Fields[size_t(field)].AutoIncrement)
         throw MakeError(3113, {name.Name}, OffsetOf(name.First));
     if (!m_target)
-        m_target = Owner.Table;
+        m_target = Owner.Base;
     name.Type = name.Field->Type;
     m_clause = Clause::Values;
     BindExpression(*Which.Value, &In);
     m_clause = Clause::Where;
     if (IsParameter(*Which.Value))
         Infer(*Which.Value, name.Type);
+}
+
+// The rows of a query are rows of a table where it reads one table, row by row.
+bool CBinder::FindBase(TableRef& Table)
+{
+    Table.BaseFields.assign(Table.Columns.size(), -1);
+    if (Table.Table) {
+        Table.Base = Table.Table;
+        std::iota(Table.BaseFields.begin(), Table.BaseFields.end(), 0);
+        return true;
+    }
+    Select& select = *Table.Derived->Members.front();
+    const bool isPlain = !Table.Derived->IsUnion() && select.From.size() == 1 && select.From.front()->Join == JoinKind::None
+        && !select.Distinct && !select.IsGrouped && select.Top < 0;
+    if (!isPlain || !FindBase(*select.From.front()))
+        return false;
+    const TableRef& source = *select.From.front();
+    for (size_t i = 0; i < select.Output.size(); ++i) {
+        const Column* field = select.Output[i].Field;
+        if (field && Owns(source, *field))
+            Table.BaseFields[i] = source.BaseFields[size_t(field - source.Columns.data())];
+    }
+    Table.Base = source.Base;
+    select.ShowsRowId = true;
+    Table.ShowsRowId = true;
+    return true;
 }
 
 void CBinder::BindDelete(Tree& Statement)
@@ -203,9 +232,10 @@ void CBinder::BindDelete(Tree& Statement)
         throw MakeError(3078, {Statement.Target}, OffsetOf(Statement.TargetToken));
     if (scope.Tables.size() > 1 && Statement.Target.isEmpty())
         throw MakeError(3128, {}, OffsetOf(Statement.TargetToken));
-    if (!(*target)->Table)
+    if (!FindBase(**target))
         throw MakeError(3086, {}, OffsetOf((*target)->First));
-    m_target = (*target)->Table;
+    (*target)->ShowsRowId |= scope.Tables.size() > 1;
+    m_target = (*target)->Base;
     m_clause = Clause::Where;
     if (Statement.Where) {
         BindExpression(*Statement.Where, &scope);

@@ -57,6 +57,7 @@ private:
     void MatchByName(const Tree& Statement);
     void BindUpdate(Tree& Statement);
     void BindAssignment(Assignment& Which, const TableRef& Owner, Scope& In);
+    static bool FindBase(TableRef& Table);
     void BindDelete(Tree& Statement);
     void Declare(const Tree& Statement);
     const TableInfo& TargetTable(const QString& Name, int Token, int MissingNumber);
@@ -81,7 +82,7 @@ private:
     void CheckDistinctOrder(const Select& Which);
     void CheckGrouping(Select& Which);
     void CheckGrouped(const Select& Which, const Expr& Tested, const Expr* AlsoGrouped = nullptr);
-    void FindRowTables(Select& Which, const Scope& In);
+    static void FindRowTables(Select& Which, const Scope& In);
 
     // Crosstabs (CBinderCrosstab.cpp)
     void BindCrosstab(Select& Which, Scope& In, size_t KnownParameters);

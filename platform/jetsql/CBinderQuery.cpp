@@ -408,10 +408,12 @@ void CBinder::FindRowTables(Select& Which, const Scope& In)
         else
             fields.push_back(output.Field);
     }
-    for (const TableRef* table : In.Tables) {
+    for (TableRef* table : In.Tables) {
         const bool hasPart = std::any_of(fields.begin(), fields.end(), [&](const Column* field) { return Owns(*table, *field); });
-        if (hasPart)
-            Which.RowsOf.push_back(table);
+        if (!hasPart)
+            continue;
+        Which.RowsOf.push_back(table);
+        table->ShowsRowId = table->Table;
     }
     if (Which.RowsOf.size() == In.Tables.size())
         Which.RowsOf.clear();

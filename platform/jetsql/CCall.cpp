@@ -149,6 +149,9 @@ Error FunctionError(QStringView Message)
     }
     if (Message.contains("too big"_L1))
         return MakeError(6);
+    // It cannot put some orders of nested outer joins into one of its own.
+    if (Message.contains("ON clause references"_L1))
+        return MakeError(3258);
     // SQLite's own bounds: nobody else's statement is that deep or that wide.
     for (const QLatin1StringView limit : {"parser stack overflow"_L1, "Expression tree is too large"_L1, "too many"_L1, "at most"_L1}) {
         if (Message.contains(limit))

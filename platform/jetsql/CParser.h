@@ -78,6 +78,7 @@ private:
     std::unique_ptr<TableRef> Reference();
     std::unique_ptr<TableRef> SimpleReference();
     std::unique_ptr<TableRef> Enclosed();
+    bool AtEnclosedQuery() const;
     std::unique_ptr<TableRef> BracketedSelect();
     bool AtJoin() const;
     JoinKind Join();

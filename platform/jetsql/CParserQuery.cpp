@@ -244,15 +244,38 @@ std::unique_ptr<TableRef> CParser::SimpleReference()
     return table;
 }
 
+// At "(" with a query behind it, which may be in parentheses or begin with a member that is; and not with a join whose
+// first table is a query.
+bool CParser::AtEnclosedQuery() const
+{
+    int ahead = 1;
+    while (At(Sign::Open, ahead))
+        ++ahead;
+    if (!At(Keyword::Select, ahead) || CanBeName(ahead))
+        return false;
+    int depth = 0, open = ahead - 1;   // parentheses around the select, the outermost one aside
+    for (; open > 0 && Peek(ahead).What != Token::Kind::End; ++ahead) {
+        depth += At(Sign::Open, ahead) ? 1 : At(Sign::Close, ahead) ? -1 : 0;
+        if (depth >= 0)
+            continue;
+        depth = 0;
+        --open;
+        const bool goesOn = At(Keyword::Union, ahead + 1) || At(Keyword::Order, ahead + 1) || At(Sign::Close, ahead + 1);
+        if (!goesOn)
+            return false;
+        if (!At(Sign::Close, ahead + 1))
+            return true;
+    }
+    return true;
+}
+
 std::unique_ptr<TableRef> CParser::Enclosed()
 {
     const CNesting nesting(*this);
+    const bool isQuery = AtEnclosedQuery();
     const int first = m_at++;
-    int inner = 0;
-    while (At(Sign::Open, inner))
-        ++inner;
     std::unique_ptr<TableRef> table;
-    if (At(Keyword::Select, inner) && !CanBeName(inner)) {
+    if (isQuery) {
         table = std::make_unique<TableRef>();
         table->First = first;
         table->Derived = ReadQuery();

@@ -325,8 +325,9 @@ void CShaper::Decimal(const char16_t* Begin)
 bool CShaper::IsRadix() const
 {
     const char16_t letter = Peek(1) | 0x20;
-    if ((letter != u'h' && letter != u'o') || m_last == Last::Operand
-        || (m_last == Last::Word && !IsOperatorWord(KeywordOf(m_word))))
+    const Keyword before = m_last == Last::Word ? KeywordOf(m_word) : Keyword::Select;
+    const bool isOperand = !IsOperatorWord(before) && before != Keyword::All && before != Keyword::Distinct && before != Keyword::DistinctRow;
+    if ((letter != u'h' && letter != u'o') || m_last == Last::Operand || isOperand)
         return false;
     qsizetype ahead = 2;
     for (; IsNameUnit(Peek(ahead)); ++ahead) {

@@ -25,7 +25,7 @@ namespace {
 
 const FieldInfo& TargetField(const TableRef& Target, const Assignment& Which)
 {
-    return Target.Table->Fields[size_t(Which.Target->Field - Target.Columns.data())];
+    return Target.Base->Fields[size_t(Target.BaseFields[size_t(Which.Target->Field - Target.Columns.data())])];
 }
 
 }
@@ -184,7 +184,7 @@ void CWriter::WriteUpdate(const Tree& Bound, Statement& To)
     if (targets.size() > 1)
         return WriteManyUpdates(Bound, targets, To);
     const TableRef& target = *targets.front();
-    if (tables.size() > 1)
+    if (tables.size() > 1 || !target.Table)
         return WriteJoinedUpdate(Bound, target, To);
     QByteArrayList sets;
     for (const Assignment& assignment : Bound.Assignments) {
@@ -197,16 +197,15 @@ void CWriter::WriteUpdate(const Tree& Bound, Statement& To)
 // SQLite changes one table at a time: the join gives the rows and their new values.
 void CWriter::WriteJoinedUpdate(const Tree& Bound, const TableRef& Target, Statement& To)
 {
-    const QByteArray rowId = RowIdOf(*Target.Table);
-    QByteArrayList sets, values{Target.SqlAlias + '.' + rowId + " AS r"};
+    QByteArrayList sets, values{RowIdOf(Target) + " AS r"};
     for (const Assignment& assignment : Bound.Assignments) {
         const FieldInfo& field = TargetField(Target, assignment);
         const QByteArray name = "v" + QByteArray::number(sets.size());
         values.append(Stored(*assignment.Value, field) + " AS " + name);
         sets.append(Quoted(field.Name) + "=s." + name);
     }
-    To.Sql = "UPDATE " + Quoted(Target.Table->Name) + " AS u SET " + sets.join(',') + " FROM (SELECT " + values.join(',')
-        + FromList(Bound.From) + Condition(Bound.Where) + ") AS s WHERE u." + rowId + "=s.r";
+    To.Sql = "UPDATE " + Quoted(Target.Base->Name) + " AS u SET " + sets.join(',') + " FROM (SELECT " + values.join(',')
+        + FromList(Bound.From) + Condition(Bound.Where) + ") AS s WHERE u." + RowIdOf(*Target.Base) + "=s.r";
 }
 
 // Fields of several tables: what they get is worked out before the first of them changes.
@@ -216,7 +215,7 @@ void CWriter::WriteManyUpdates(const Tree& Bound, const std::vector<const TableR
     QByteArrayList values;
     std::vector<QByteArrayList> sets(Targets.size());
     for (size_t i = 0; i < Targets.size(); ++i)
-        values.append(Targets[i]->SqlAlias + '.' + RowIdOf(*Targets[i]->Table) + " AS r" + QByteArray::number(i));
+        values.append(RowIdOf(*Targets[i]) + " AS r" + QByteArray::number(i));
     for (const Assignment& assignment : Bound.Assignments) {
         const auto target = std::find_if(Targets.begin(), Targets.end(), [&](const TableRef* table) { return Owns(*table, *assignment.Target->Field); });
         const FieldInfo& field = TargetField(**target, assignment);
@@ -226,8 +225,8 @@ void CWriter::WriteManyUpdates(const Tree& Bound, const std::vector<const TableR
     }
     To.Sql = "CREATE TABLE " + rows + " AS SELECT " + values.join(',') + FromList(Bound.From) + Condition(Bound.Where);
     for (size_t i = 0; i < Targets.size(); ++i)
-        To.Steps.push_back("UPDATE " + Quoted(Targets[i]->Table->Name) + " AS u SET " + sets[i].join(',') + " FROM " + rows
-                           + " AS s WHERE u." + RowIdOf(*Targets[i]->Table) + "=s.r" + QByteArray::number(i));
+        To.Steps.push_back("UPDATE " + Quoted(Targets[i]->Base->Name) + " AS u SET " + sets[i].join(',') + " FROM " + rows
+                           + " AS s WHERE u." + RowIdOf(*Targets[i]->Base) + "=s.r" + QByteArray::number(i));
     To.Counter = "SELECT count(*) FROM " + rows;
     To.Steps.push_back("DROP TABLE " + rows);
 }
@@ -237,16 +236,15 @@ void CWriter::WriteDelete(const Tree& Bound, Statement& To)
     std::vector<TableRef*> tables;
     for (const auto& root : Bound.From)
         CollectTables(*root, tables);
-    if (tables.size() == 1) {
+    if (tables.size() == 1 && tables.front()->Table) {
         To.Sql = "DELETE FROM " + Reference(*tables.front()) + Condition(Bound.Where);
         return;
     }
     const auto target = std::find_if(tables.begin(), tables.end(), [&](const TableRef* table) {
-        return SameName(table->VisibleName(), Bound.Target);
+        return tables.size() == 1 || SameName(table->VisibleName(), Bound.Target);
     });
-    const QByteArray rowId = RowIdOf(*(*target)->Table);
-    To.Sql = "DELETE FROM " + Quoted((*target)->Table->Name) + " WHERE " + rowId + " IN (SELECT " + (*target)->SqlAlias + '.'
-        + rowId + FromList(Bound.From) + Condition(Bound.Where) + ')';
+    const TableInfo& base = *(*target)->Base;
+    To.Sql = "DELETE FROM " + Quoted(base.Name) + " WHERE " + RowIdOf(base) + " IN (SELECT " + RowIdOf(**target) + FromList(Bound.From) + Condition(Bound.Where) + ')';
 }
 
 }

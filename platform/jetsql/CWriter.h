@@ -61,7 +61,7 @@ private:
     QByteArray DerivedCrosstab(const Select& Source);
     Crosstab CrosstabParts(const Select& Source);
     QByteArray Tail(const Select& Source);
-    QByteArrayList RowKeys(const Select& Source) const;
+    static QByteArrayList RowKeys(const Select& Source);
     QByteArray FromList(const std::vector<std::unique_ptr<TableRef>>& From);
     QByteArray Reference(const TableRef& Table);
     QByteArray Output(const OutputColumn& Column, FieldType Wanted, bool Distinct);
@@ -125,6 +125,9 @@ QByteArray RankedRows(const QByteArray& Rows, qsizetype ColumnCount, const QByte
 
 /// "c0,c1,…", each with Prefix before it.
 QByteArrayList NumberedList(const QByteArray& Prefix, qsizetype Count);
+
+/// The row number of a table's or an updatable query's rows.
+QByteArray RowIdOf(const TableRef& Table);
 
 /// A word for the table's hidden row number that none of its fields has taken.
 QByteArray RowIdOf(const TableInfo& Table);

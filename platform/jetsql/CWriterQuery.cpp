@@ -11,11 +11,27 @@ namespace jetsql {
 
 namespace {
 
+constexpr char RowIdColumn[] = "\"row.id\"";   // no field can have that name
+
+// SQLite works "0 AND x" out while it reads, and takes the number that is left for a position.
+bool MayFold(const Expr& Which)
+{
+    const Expr* at = &Which;
+    while (at->Alias)
+        at = at->Alias;
+    return at->What == Expr::Kind::Chain && at->Operator == Op::And && at->IsTruth;
+}
+
 QByteArray Numbered(char Letter, qsizetype Index)
 {
     return Letter + QByteArray::number(Index);
 }
 
+}
+
+QByteArray RowIdOf(const TableRef& Table)
+{
+    return Table.SqlAlias + '.' + (Table.ShowsRowId ? QByteArray(RowIdColumn) : RowIdOf(*Table.Table));
 }
 
 QByteArrayList NumberedList(const QByteArray& Prefix, qsizetype Count)
@@ -97,6 +113,8 @@ QByteArray CWriter::DerivedSelect(const Select& Source, bool IsSorted, const std
         const FieldType type = Types ? (*Types)[i].Type : Source.Output[i].Info.Type;
         columns.append(Output(Source.Output[i], type, Source.Distinct) + " AS " + Numbered('c', qsizetype(i)));
     }
+    if (Source.ShowsRowId)
+        columns.append(RowIdOf(*Source.From.front()) + " AS " + RowIdColumn);
     if (Source.Top >= 0)
         return Ranked(Source, columns);
     const std::vector<SortKey> keys = IsSorted ? OrderKeys(Source) : std::vector<SortKey>();
@@ -141,12 +159,12 @@ QByteArray CWriter::Tail(const Select& Source)
 }
 
 // What tells the rows of DISTINCTROW apart: a table's row by its number, a query's by all it holds.
-QByteArrayList CWriter::RowKeys(const Select& Source) const
+QByteArrayList CWriter::RowKeys(const Select& Source)
 {
     QByteArrayList keys;
     for (const TableRef* table : Source.RowsOf) {
         if (table->Table) {
-            keys.append(table->SqlAlias + '.' + RowIdOf(*table->Table));
+            keys.append(RowIdOf(*table));
             continue;
         }
         for (const Column& column : table->Columns)
@@ -170,6 +188,8 @@ QByteArray CWriter::FromList(const std::vector<std::unique_ptr<TableRef>>& From)
 
 QByteArray CWriter::Reference(const TableRef& Table)
 {
+    if (Table.Join == JoinKind::None && Table.Table && Table.ShowsRowId)
+        return "(SELECT " + RowIdOf(*Table.Table) + " AS " + RowIdColumn + ",* FROM " + Quoted(Table.Table->Name) + ") AS " + Table.SqlAlias;
     if (Table.Join == JoinKind::None)
         return (Table.Table ? Quoted(Table.Table->Name) : '(' + Derived(*Table.Derived, true) + ')') + " AS " + Table.SqlAlias;
     const char* kind = Table.Join == JoinKind::Inner ? " JOIN " : Table.Join == JoinKind::Left ? " LEFT JOIN " : " RIGHT JOIN ";
@@ -227,6 +247,8 @@ QByteArray CWriter::OutputKey(const OutputColumn& Column)
 QByteArray CWriter::ExpressionKey(const Expr& Which)
 {
     const QByteArray value = Value(Which).Sql;
+    if (MayFold(Which))
+        return value + "+0";
     return IsNumeric(Which.Type) ? value : "jet_sortkey(" + value + ')';
 }
 

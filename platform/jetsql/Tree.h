@@ -117,6 +117,9 @@ struct TableRef
 
     // What the binder finds out.
     const TableInfo* Table = nullptr;
+    const TableInfo* Base = nullptr;    ///< the table whose rows these are; only looked for where they are changed
+    std::vector<int> BaseFields;        ///< for each column the field of Base, -1 for what is none
+    bool ShowsRowId = false;            ///< the row number is a column, so that joins in parentheses pass it on
     QByteArray SqlAlias;
     std::vector<Column> Columns;
     QString VisibleName() const { return Alias.isEmpty() ? Name : Alias; }
@@ -167,6 +170,7 @@ struct Select
 
     // What the binder finds out.
     bool IsGrouped = false;             ///< GROUP BY or an aggregate
+    bool ShowsRowId = false;            ///< a change of its one table's rows wants their numbers
     std::vector<OutputColumn> Output;   ///< of a crosstab the rows' own columns only
     std::vector<const TableRef*> RowsOf;    ///< DISTINCTROW: the tables whose rows come once each; empty: all rows
 };
