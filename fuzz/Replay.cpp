@@ -20,7 +20,8 @@ namespace
 {
 
 constexpr unsigned Seed = 2002;
-constexpr qsizetype LongestInput = 16 * 1024;
+constexpr qsizetype LongestInput = 4 * 1024;
+constexpr qsizetype LongestBase = 1024; // of a table of statements a part is enough
 
 QByteArray g_input; // what is run, for the one who looks into a crash
 
@@ -67,7 +68,8 @@ public:
 
     QByteArray Next()
     {
-        QByteArray input = Any();
+        const QByteArray& whole = Any();
+        QByteArray input = whole.mid(Below(whole.size() - LongestBase), LongestBase);
         for (qsizetype changes = 1 + Below(6); changes > 0; --changes)
             Change(input);
         return input.left(LongestInput);
