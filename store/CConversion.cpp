@@ -84,7 +84,7 @@ bool CConversion::UpgradeVersionTable()
         if (!IsOlder({}, VersionWithRows()))
             return;
         if (!mdlSchema::WriteVersionTable(m_db, mdlFileVersion::ReadOrUnknown(m_db, {})))
-            throw jetsql::MakeError(3000);
+            ThrowRefusal();
     });
 }
 
@@ -134,7 +134,7 @@ bool CConversion::WriteVersions()
 {
     return Try([this] {
         if (!mdlSchema::WriteVersionTable(m_db, {}))
-            throw jetsql::MakeError(3000);
+            ThrowRefusal();
     });
 }
 
@@ -143,11 +143,18 @@ void CConversion::ConvertTable(const QString& Table, bool (*Create)(dao::Databas
 {
     const QStringList oldTables = TakeAway(Table);
     if (!Create(m_db))
-        throw jetsql::MakeError(3000);
+        ThrowRefusal();
     for (const QString& oldTable : oldTables) {
         CopyRows(oldTable);
         m_db.DeleteTable(oldTable);
     }
+}
+
+/// The making of tables does not tell why it failed; a transaction that a full disk has taken does.
+void CConversion::ThrowRefusal()
+{
+    const dao::CTransaction probe(m_db);
+    throw jetsql::MakeError(3000);
 }
 
 /// The tables that hold the old rows. A conversion that an earlier program did not finish has left most of them in the

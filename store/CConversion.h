@@ -47,6 +47,7 @@ private:
     bool IsOlder(const QString& Table, const QString& Current);
     void ConvertTable(const QString& Table, bool (*Create)(dao::Database&),
                       const std::function<void(const QString& OldTable)>& CopyRows);
+    [[noreturn]] void ThrowRefusal();
     QStringList TakeAway(const QString& Table);
     QString FreeTableName(const QString& Wanted);
     bool HasTable(const QString& Table);

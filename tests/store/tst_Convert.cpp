@@ -3,6 +3,7 @@
 
 #include "tests/store/CStoreFixture.h"
 #include "tests/support/CFileSizeLimit.h"
+#include "tests/support/CReadOnlyUser.h"
 
 #include <QTest>
 
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void BreakingOffChangesNothing();
     void FullDiskChangesNothing_data();
     void FullDiskChangesNothing();
+    void RefusedChangesNothing_data();
+    void RefusedChangesNothing();
     void FailedStepIsTold();
     void ManyMessages();
 };
@@ -221,6 +224,39 @@ void tst_Convert::FullDiskChangesNothing()
         const CFileSizeLimit limit(rlim_t(before.size() * tenths / 10));
         QVERIFY(!fixture.Open());
     }
+    QVERIFY(fixture.Desk.Verify());
+    QVERIFY(fixture.Contents() == before);
+    QCOMPARE(fixture.Files(), QStringList({u"log.mdb"_s}));
+}
+
+void tst_Convert::RefusedChangesNothing_data()
+{
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("read-only") << u"読み取り専用"_s;
+    QTest::newRow("in use") << u"他でロックされている"_s;
+}
+
+void tst_Convert::RefusedChangesNothing()
+{
+    QFETCH(QString, reason);
+    CStoreFixture fixture;
+    QCOMPARE(fixture.Run(OldMessages + SingleVersion(u"Ver.0.12"_s)), QString());
+    const QByteArray before = fixture.Contents();
+    fixture.Desk.Expect(Question);
+    fixture.Desk.Expect(u"元のまま残します。\n\n"_s + reason);
+    CRawDatabase other(fixture.File);
+    std::unique_ptr<CReadOnlyUser> user;
+    if (reason == u"読み取り専用") {
+        QVERIFY(QFile::setPermissions(fixture.File, QFile::Permissions(0x4444)));
+        QVERIFY(QFile::setPermissions(fixture.Folder.path(), QFile::Permissions(0x5555)));
+        user = std::make_unique<CReadOnlyUser>();
+    } else {
+        QCOMPARE(other.Run(u"BEGIN IMMEDIATE"_s), QString());
+    }
+    const auto db = fixture.Open();
+    user.reset();
+    QVERIFY(!db);
+    QVERIFY(QFile::setPermissions(fixture.Folder.path(), QFile::Permissions(0x7777)));
     QVERIFY(fixture.Desk.Verify());
     QVERIFY(fixture.Contents() == before);
     QCOMPARE(fixture.Files(), QStringList({u"log.mdb"_s}));
