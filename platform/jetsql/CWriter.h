@@ -15,7 +15,8 @@ namespace jetsql {
 
 /// Writes one statement. Tables go by t0, t1, … and columns of inner queries by c0, c1, …, so that no name of the user's
 /// can collide; a table's own name stands quoted. Numbers and dates compare as SQLite compares them, so that its
-/// indexes serve; text compares by JETTEXT and is sorted and grouped by its sort key.
+/// indexes serve; text compares by JETEQUAL or JETTEXT, is sorted by its sort key and grouped by
+/// its number.
 class CWriter
 {
 public:
@@ -70,6 +71,7 @@ private:
     std::vector<SortKey> DefaultKeys(const Select& Source);
     QByteArray OutputKey(const OutputColumn& Column);
     QByteArray ExpressionKey(const Expr& Which);
+    QByteArray GroupKey(const Expr& Which);
     static QByteArray OrderBy(const std::vector<SortKey>& Keys);
 
     // Expressions (CWriterExpression.cpp)
@@ -105,7 +107,7 @@ private:
     static bool MayOverflow(const Expr& Written);
     static QByteArray In(const Piece& Which, Rank Lowest);
     static Piece Negated(const Piece& Which, bool IsNegated);
-    static Piece Collated(const Piece& Which, bool IsText);
+    static Piece Collated(const Piece& Which, bool IsText, const char* How = "JETTEXT");
     static bool IsConstant(const Expr& Which);
 
     const CBinder& m_names;

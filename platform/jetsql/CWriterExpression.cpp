@@ -84,9 +84,9 @@ CWriter::Piece CWriter::Negated(const Piece& Which, bool IsNegated)
     return IsNegated ? Piece{"NOT " + In(Which, Rank::Not), Rank::Not} : Which;
 }
 
-CWriter::Piece CWriter::Collated(const Piece& Which, bool IsText)
+CWriter::Piece CWriter::Collated(const Piece& Which, bool IsText, const char* How)
 {
-    return IsText ? Piece{In(Which, Rank::Collate) + " COLLATE JETTEXT", Rank::Collate} : Which;
+    return IsText ? Piece{In(Which, Rank::Collate) + " COLLATE " + How, Rank::Collate} : Which;
 }
 
 QByteArray CWriter::Bound(Binding::Kind Source, int Index, FieldType As)
@@ -332,7 +332,7 @@ CWriter::Piece CWriter::Comparison(const Expr& Which)
     const bool isEqual = Which.Operator == Op::Equal || Which.Operator == Op::NotEqual;
     const Rank lowest = isEqual ? Rank::Order : Rank::Sum;
     return {In(Against(left, right.Type), lowest) + ComparisonSign(Which.Operator)
-                + In(Collated(Against(right, left.Type), isText), lowest),
+                + In(Collated(Against(right, left.Type), isText, isEqual ? "JETEQUAL" : "JETTEXT"), lowest),
             isEqual ? Rank::Equal : Rank::Order};
 }
 
@@ -356,7 +356,7 @@ CWriter::Piece CWriter::InList(const Expr& Which)
     for (size_t i = 1; i < Which.Args.size(); ++i)
         list.append(Against(*Which.Args[i], tested.Type).Sql);
     const FieldType other = Which.Args[1]->Type;
-    return {In(Collated(Against(tested, other), !IsNumeric(tested.Type)), Rank::Order) + (Which.Negated ? " NOT IN (" : " IN (")
+    return {In(Collated(Against(tested, other), !IsNumeric(tested.Type), "JETEQUAL"), Rank::Order) + (Which.Negated ? " NOT IN (" : " IN (")
                 + list.join(',') + ')',
             Rank::Equal};
 }
@@ -387,7 +387,7 @@ CWriter::Piece CWriter::InSelect(const Expr& Which)
 {
     const Expr& tested = *Which.Args.front();
     const bool isText = !IsNumeric(tested.Type) && !IsNumeric(Which.Select->Columns.front().Type);
-    return {In(Collated(Value(tested), isText), Rank::Order) + (Which.Negated ? " NOT IN (" : " IN (") + Derived(*Which.Select) + ')',
+    return {In(Collated(Value(tested), isText, "JETEQUAL"), Rank::Order) + (Which.Negated ? " NOT IN (" : " IN (") + Derived(*Which.Select) + ')',
             Rank::Equal};
 }
 

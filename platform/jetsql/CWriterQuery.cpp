@@ -92,7 +92,7 @@ QByteArray CWriter::DerivedUnion(const Query& Source, bool IsSorted)
     for (size_t i = 0; i < Source.Columns.size(); ++i) {
         const QByteArray name = Numbered('c', qsizetype(i));
         // What the first member says of a column decides how the union tells rows apart.
-        columns.append(IsNumeric(Source.Columns[i].Type) ? name : name + " COLLATE JETTEXT AS " + name);
+        columns.append(IsNumeric(Source.Columns[i].Type) ? name : name + " COLLATE JETEQUAL AS " + name);
     }
     QByteArray sql;
     for (size_t i = 0; i < Source.Members.size(); ++i) {
@@ -142,7 +142,7 @@ QByteArray CWriter::Tail(const Select& Source)
     QByteArray sql = FromList(Source.From) + Condition(Source.Where);
     QByteArrayList groups;
     for (const ExprPtr& group : Source.GroupBy)
-        groups.append(IsConstant(*group) || group->IsOuter ? QByteArray("NULL") : ExpressionKey(*group));
+        groups.append(IsConstant(*group) || group->IsOuter ? QByteArray("NULL") : GroupKey(*group));
     // SQLite sees an aggregate in the columns, but not one that stands in HAVING or ORDER BY alone.
     const bool showsAggregate = std::any_of(Source.Output.begin(), Source.Output.end(), [](const OutputColumn& output) {
         return output.Value && output.Value->HasAggregate;
@@ -206,7 +206,7 @@ QByteArray CWriter::Output(const OutputColumn& Column, FieldType Wanted, bool Di
         sql = As(*Column.Value, Wanted).Sql;
     else
         sql = NeedsConversion(Column.Field->Type, Wanted) ? Converted(Column.Field->Sql, Column.Field->Type, Wanted).Sql : Column.Field->Sql;
-    return Distinct && !IsNumeric(Wanted) ? '(' + sql + ") COLLATE JETTEXT" : sql;
+    return Distinct && !IsNumeric(Wanted) ? '(' + sql + ") COLLATE JETEQUAL" : sql;
 }
 
 std::vector<CWriter::SortKey> CWriter::OrderKeys(const Select& Source)
@@ -250,6 +250,12 @@ QByteArray CWriter::ExpressionKey(const Expr& Which)
     if (MayFold(Which))
         return value + "+0";
     return IsNumeric(Which.Type) ? value : "jet_sortkey(" + value + ')';
+}
+
+// Groups are put in order when they are made; to make them it is enough to know which rows go together.
+QByteArray CWriter::GroupKey(const Expr& Which)
+{
+    return IsText(Which.Type) ? "jet_textnumber(" + Value(Which).Sql + ",0)" : ExpressionKey(Which);
 }
 
 QByteArray CWriter::OrderBy(const std::vector<SortKey>& Keys)

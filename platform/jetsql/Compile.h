@@ -124,7 +124,8 @@ Statement Spread(const Statement& Variable, const std::vector<Value>& Headings);
 /// What the statement does, without a look at the database. Throws Error 3129 where that cannot be told.
 QueryType TypeOf(QStringView Sql);
 
-/// Gives a connection the collation JETTEXT, all functions that compiled statements use and a bound for the size of a row.
+/// Gives a connection what compiled statements use: the collations JETTEXT (the order of texts) and JETEQUAL (the same
+/// equality without a reader's order, many times cheaper), all functions and a bound for the size of a row.
 /// To be called once for each connection before anything else; errors of the functions come back as SQLite errors whose
 /// message is read by FunctionError.
 void RegisterFunctions(sqlite3* Connection);

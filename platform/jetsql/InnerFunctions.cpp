@@ -1,10 +1,9 @@
 // platform/jetsql/InnerFunctions.cpp
-// Operators, conversions and sort keys: what compiled statements call and no statement can name.
+// Operators and conversions: what compiled statements call and no statement can name.
 
 #include "platform/jetsql/CCall.h"
 #include "platform/jetsql/Error.h"
 #include "platform/jetsql/FunctionTable.h"
-#include "platform/text/Fold.h"
 #include "platform/text/Like.h"
 
 #include <cmath>
@@ -166,14 +165,6 @@ void NotNull(CCall& Call)
     Call.SetArgument(0);
 }
 
-void SortKey(CCall& Call)
-{
-    if (!Call.IsText(0))
-        return Call.SetArgument(0);
-    QString buffer;
-    Call.SetBytes(text::SortKey(Call.View(0, buffer)));
-}
-
 constexpr FunctionInfo Functions[] = {
     {.Name = "Pow"_L1, .Body = Power},
     {.Name = "Product"_L1, .Body = [](CCall& c) { c.SetNumber(c.Number(0) * c.Number(1)); }},
@@ -194,7 +185,6 @@ constexpr FunctionInfo Functions[] = {
     {.Name = "Like"_L1, .Body = Like<true>},
     {.Name = "LikeField"_L1, .Body = Like<false>},
     {.Name = "NotNull"_L1, .Body = NotNull, .TakesNull = true},
-    {.Name = "SortKey"_L1, .Body = SortKey},
 };
 
 }

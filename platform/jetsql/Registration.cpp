@@ -1,14 +1,12 @@
 // platform/jetsql/Registration.cpp
-// Gives a SQLite connection the collation, the functions and the aggregates of the engine.
+// Gives a SQLite connection the functions and the aggregates of the engine.
 
 #include "platform/jetsql/CCall.h"
 #include "platform/jetsql/Compile.h"
 #include "platform/jetsql/CRandom.h"
+#include "platform/jetsql/CTextKeys.h"
 #include "platform/jetsql/Error.h"
 #include "platform/jetsql/FunctionTable.h"
-#include "platform/text/Fold.h"
-
-#include <QStringView>
 
 #include <cmath>
 #include <new>
@@ -61,13 +59,6 @@ void Draw(sqlite3_context* Context, int Count, sqlite3_value** Args)
         call.SetNumber(double(drawn));
         sqlite3_set_auxdata(Context, 0, new float(drawn), [](void* gone) { delete static_cast<float*>(gone); });
     });
-}
-
-int CompareUnits(void*, int LeftSize, const void* Left, int RightSize, const void* Right)
-{
-    const QStringView left(static_cast<const char16_t*>(Left), LeftSize / 2);
-    const QStringView right(static_cast<const char16_t*>(Right), RightSize / 2);
-    return left == right ? 0 : text::CompareText(left, right);
 }
 
 /// State of an aggregate between its rows; SQLite hands out zeroed memory for it.
@@ -211,8 +202,7 @@ constexpr AggregateInfo Aggregates[] = {
 void RegisterFunctions(sqlite3* Connection)
 {
     sqlite3_limit(Connection, SQLITE_LIMIT_LENGTH, MaxBytes);
-    // UTF-16 is what the file holds and what QString is: nothing is converted on the way.
-    sqlite3_create_collation_v2(Connection, "JETTEXT", SQLITE_UTF16_ALIGNED, nullptr, CompareUnits, nullptr);
+    RegisterTextKeys(Connection);
     for (const auto& group : {TextFunctions(), SearchFunctions(), DateFunctions(), FormatFunctions(), MathFunctions(),
                               ConversionFunctions(), FinancialFunctions(), InnerFunctions()}) {
         for (const FunctionInfo& function : group) {

@@ -20,6 +20,9 @@ namespace
 constexpr char16_t HalfVoiced = 0xFF9E;     // ﾞ
 constexpr char16_t HalfSemiVoiced = 0xFF9F; // ﾟ
 
+/// Bytes; enough for the keys of names and subjects, and for most of those of a paragraph.
+constexpr qint32 UsualKeySize = 2048;
+
 using CUnits = QVarLengthArray<char16_t, 512>;
 
 /// The codes that other tables give to characters of code page 932.
@@ -197,15 +200,19 @@ CFoldedText FoldWithOffsets(QStringView Text)
     return result;
 }
 
-bool EqualText(QStringView Left, QStringView Right)
+bool EqualText(QStringView Left, QStringView Right) { return CompareFolds(Left, Right) == 0; }
+
+int CompareFolds(QStringView Left, QStringView Right)
 {
     CFoldReader left(Left);
     CFoldReader right(Right);
     while (!left.AtEnd() && !right.AtEnd()) {
-        if (left.Next() != right.Next())
-            return false;
+        const char16_t leftUnit = left.Next();
+        const char16_t rightUnit = right.Next();
+        if (leftUnit != rightUnit)
+            return leftUnit < rightUnit ? -1 : 1;
     }
-    return left.AtEnd() && right.AtEnd();
+    return int(right.AtEnd()) - int(left.AtEnd());
 }
 
 int CompareText(QStringView Left, QStringView Right)
@@ -227,18 +234,20 @@ int CompareText(QStringView Left, QStringView Right)
 
 QByteArray SortKey(QStringView Text)
 {
-    CUnits room;
-    const QStringView folded = FoldInto(Text, room);
+    CUnits units;
+    const QStringView folded = FoldInto(Text, units);
     const auto size = static_cast<qint32>(folded.size());
-    QByteArray key;
-    if (const UCollator* collator = Collator()) {
-        const qint32 keySize = ucol_getSortKey(collator, folded.utf16(), size, nullptr, 0);
-        key.resize(keySize);
-        ucol_getSortKey(collator, folded.utf16(), size, reinterpret_cast<quint8*>(key.data()), keySize);
-    }
-    const qsizetype ordered = key.size();
-    key.resize(ordered + folded.size() * 2);
-    qToBigEndian<char16_t>(folded.utf16(), folded.size(), key.data() + ordered);
+    const UCollator* collator = Collator();
+    quint8 room[UsualKeySize];
+    // Asking for the size alone would take as long as making the key.
+    const qint32 ordered = collator ? ucol_getSortKey(collator, folded.utf16(), size, room, UsualKeySize) : 0;
+    QByteArray key(ordered + folded.size() * 2, Qt::Uninitialized);
+    auto* const start = reinterpret_cast<quint8*>(key.data());
+    if (ordered > UsualKeySize)
+        ucol_getSortKey(collator, folded.utf16(), size, start, ordered);
+    else
+        std::copy_n(room, ordered, start);
+    qToBigEndian<char16_t>(folded.utf16(), folded.size(), start + ordered);
     return key;
 }
 

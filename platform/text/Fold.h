@@ -42,6 +42,10 @@ bool IsFolded(QStringView Text);
 /// Whether both texts have the same fold.
 bool EqualText(QStringView Left, QStringView Right);
 
+/// -1, 0 or 1 by the units of the folds. Means nothing to a reader, but is many times cheaper than CompareText and has the
+/// same equality: for finding what is alike among many texts.
+int CompareFolds(QStringView Left, QStringView Right);
+
 /// -1, 0 or 1; 0 exactly when the folds are equal. The order is ICU's Japanese one: symbols, digits, Latin, kana,
 /// kanji.
 int CompareText(QStringView Left, QStringView Right);

@@ -139,7 +139,8 @@ void tst_TextFold::OrderAgreesWithEquality()
         const QString right = word();
         const int order = text::CompareText(left, right);
         QCOMPARE(order == 0, text::Fold(left) == text::Fold(right));
-        QCOMPARE(order == 0, text::EqualText(left, right));
+        const int units = text::CompareFolds(left, right);
+        QCOMPARE(units, text::Fold(left).compare(text::Fold(right)) < 0 ? -1 : int(order != 0));
         const QByteArray leftKey = text::SortKey(left);
         const QByteArray rightKey = text::SortKey(right);
         QCOMPARE((rightKey < leftKey) - (leftKey < rightKey), order);
@@ -160,6 +161,8 @@ void tst_TextFold::LongTexts()
     QVERIFY(text::EqualText(wide, narrow));
     QCOMPARE(text::CompareText(wide, narrow), 0);
     QCOMPARE(text::CompareText(wide + u'b', narrow + u'Ａ'), 1);
+    QCOMPARE(text::SortKey(wide), text::SortKey(narrow));
+    QVERIFY(text::SortKey(wide + u'b') > text::SortKey(narrow + u'Ａ'));
 }
 
 QTEST_GUILESS_MAIN(tst_TextFold)
