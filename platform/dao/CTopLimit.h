@@ -23,6 +23,9 @@ public:
         , m_keyCount(KeyCount)
     {}
 
+    /// How many rows are asked for, without those that tie; -1 for all of them.
+    qint64 Rows() const { return m_limit; }
+
     /// To be asked once for each row in order.
     bool Takes(const CRun& Row);
 
