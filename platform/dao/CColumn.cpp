@@ -68,8 +68,11 @@ qint64 CColumn::LastSize() const
 {
     if (const auto* texts = std::get_if<Texts>(&m_data))
         return TextSize(texts->back());
-    if (const auto* mixed = std::get_if<Mixed>(&m_data))
-        return qint64(sizeof(Value)) + (jetsql::IsNumber(mixed->back().Type()) ? 0 : TextSize(mixed->back().ToText()));
+    if (const auto* mixed = std::get_if<Mixed>(&m_data)) {
+        const Value& last = mixed->back();
+        return qint64(sizeof(Value)) +
+               (jetsql::IsBytes(last.Type()) ? last.BytesRef().size() : TextSize(last.TextRef()));
+    }
     return std::holds_alternative<Longs>(m_data) ? sizeof(qint32) : sizeof(double);
 }
 

@@ -48,12 +48,11 @@ Value Convert(FieldType Type, const Value& Source)
     case FieldType::Date:
         return Value::FromDate(Source.ToDate());
     case FieldType::Text:
-    case FieldType::Guid:
         return Value::FromText(Source.ToText());
     case FieldType::Memo:
         return Value::FromMemo(Source.ToText());
     default:
-        throw jetsql::MakeError(3421);
+        return Source.ToType(Type);
     }
 }
 
@@ -104,10 +103,11 @@ Value FromReal(double Data, FieldType Type)
     }
 }
 
-QString BytesAsText(sqlite3_stmt* Statement, int Column)
+Value FromBytes(sqlite3_stmt* Statement, int Column, FieldType Type)
 {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(Statement, Column));
-    return QString::fromLatin1(QByteArray(bytes, sqlite3_column_bytes(Statement, Column)).toHex().toUpper());
+    const auto* data = static_cast<const char*>(sqlite3_column_blob(Statement, Column));
+    const QByteArray bytes(data, sqlite3_column_bytes(Statement, Column));
+    return Value::FromBytes(bytes, Type == FieldType::LongBinary ? Type : FieldType::Binary);
 }
 
 } // namespace
@@ -120,8 +120,8 @@ Value ConvertTo(FieldType Type, const Value& Source)
         return Type == FieldType::Boolean ? Value::FromBoolean(false) : Value();
     try {
         return Convert(Type, Source);
-    } catch (const Error&) {
-        throw jetsql::MakeError(3421);
+    } catch (const Error& refused) {
+        throw refused.Number == 13 ? jetsql::MakeError(3421) : refused;
     }
 }
 
@@ -142,6 +142,14 @@ void Bind(sqlite3_stmt* Statement, int Index, const Value& Source)
         const QString& data = Source.TextRef();
         sqlite3_bind_text64(Statement, Index, reinterpret_cast<const char*>(data.utf16()),
                             sqlite3_uint64(data.size()) * 2, SQLITE_STATIC, SQLITE_UTF16);
+        break;
+    }
+    case FieldType::Binary:
+    case FieldType::LongBinary: {
+        const QByteArray& data = Source.BytesRef();
+        // No bytes at all are not Null.
+        sqlite3_bind_blob64(Statement, Index, data.isNull() ? "" : data.constData(), sqlite3_uint64(data.size()),
+                            SQLITE_STATIC);
         break;
     }
     default:
@@ -173,7 +181,7 @@ Value Read(sqlite3_stmt* Statement, int Column, FieldType Type, bool IsUtf16)
         return Type == FieldType::Memo ? Value::FromMemo(ReadText(Statement, Column, IsUtf16))
                                        : Value::FromText(ReadText(Statement, Column, IsUtf16));
     case SQLITE_BLOB:
-        return Value::FromText(BytesAsText(Statement, Column));
+        return FromBytes(Statement, Column, Type);
     default:
         return {};
     }

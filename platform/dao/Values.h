@@ -12,10 +12,10 @@ namespace dao::mdlValues
 {
 
 /// The value as a field of that type holds it; Null stays Null, but in a Boolean it is False. FieldType::Null leaves
-/// it as it is. Throws 3421 for what does not convert.
+/// it as it is. Throws 3421 for what does not convert and 6 for a number out of the type's range.
 Value ConvertTo(FieldType Type, const Value& Source);
 
-/// Gives parameter Index (from 1) a value. Text is not copied: Source must outlive the run of the statement.
+/// Gives parameter Index (from 1) a value. Text and bytes are not copied: Source must outlive the run of the statement.
 void Bind(sqlite3_stmt* Statement, int Index, const Value& Source);
 
 /// A column of the current row. Whatever the file really holds there is taken when it does not fit Type.

@@ -32,6 +32,7 @@ QString CCall::Text(int Index) const
     case SQLITE_NULL: return {};
     case SQLITE_INTEGER: return QString::number(sqlite3_value_int64(m_args[Index]));
     case SQLITE_FLOAT: return text::NumberToText(sqlite3_value_double(m_args[Index]));
+    case SQLITE_BLOB: return Bytes(Index).ToText();
     default: {
         const auto* units = static_cast<const QChar*>(sqlite3_value_text16(m_args[Index]));
         return QString(units, sqlite3_value_bytes16(m_args[Index]) / 2);
@@ -47,8 +48,16 @@ QStringView CCall::View(int Index, QString& Buffer) const
     return {units, sqlite3_value_bytes16(m_args[Index]) / 2};
 }
 
+Value CCall::Bytes(int Index) const
+{
+    const auto* bytes = static_cast<const char*>(sqlite3_value_blob(m_args[Index]));
+    return Value::FromBytes(QByteArray(bytes, sqlite3_value_bytes(m_args[Index])));
+}
+
 double CCall::Number(int Index) const
 {
+    if (sqlite3_value_type(m_args[Index]) == SQLITE_BLOB)
+        throw MakeError(13);
     return IsText(Index) ? Value::FromText(Text(Index)).ToDouble() : sqlite3_value_double(m_args[Index]);
 }
 
@@ -69,6 +78,7 @@ Value CCall::Any(int Index, FieldType Type) const
     switch (sqlite3_value_type(m_args[Index])) {
     case SQLITE_NULL: return {};
     case SQLITE_TEXT: return Value::FromText(Text(Index));
+    case SQLITE_BLOB: return Bytes(Index);
     case SQLITE_INTEGER: {
         const qint64 whole = Whole(Index);
         if (whole < std::numeric_limits<qint32>::min() || whole > std::numeric_limits<qint32>::max())
@@ -127,6 +137,8 @@ void CCall::SetValue(const Value& Data)
         SetText(Data.TextRef());
     else if (jetsql::IsWhole(Data.Type()))
         SetWhole(Data.WholePart());
+    else if (jetsql::IsBytes(Data.Type()))
+        SetBytes(Data.BytesRef());
     else
         SetNumber(Data.RealPart());
 }

@@ -64,6 +64,8 @@ public:
     sqlite3_context* Context() const { return m_context; }
 
 private:
+    Value Bytes(int Index) const;
+
     sqlite3_context* m_context;
     sqlite3_value** m_args;
     int m_count;

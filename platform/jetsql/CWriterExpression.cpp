@@ -228,7 +228,7 @@ CWriter::Piece CWriter::As(const Expr& Written, FieldType Wanted)
 CWriter::Piece CWriter::Number(const Expr& Which)
 {
     const bool isUnknown = Which.Type == FieldType::Null && !IsNullWord(Which) && Behind(Which).Parameter < 0;
-    return IsText(Which.Type) || isUnknown ? As(Which, FieldType::Double) : Value(Which);
+    return IsText(Which.Type) || IsBytes(Which.Type) || isUnknown ? As(Which, FieldType::Double) : Value(Which);
 }
 
 CWriter::Piece CWriter::Unary(const Expr& Which)

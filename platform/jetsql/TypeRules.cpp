@@ -82,7 +82,9 @@ bool IsParameter(const Expr& Tested)
 
 bool TypesClash(const Expr& Left, const Expr& Right)
 {
-    if (Left.Type == FieldType::Null || Right.Type == FieldType::Null || IsText(Left.Type) == IsText(Right.Type))
+    // A Guid is written as text.
+    const auto isWritten = [](FieldType type) { return IsText(type) || type == FieldType::Guid; };
+    if (Left.Type == FieldType::Null || Right.Type == FieldType::Null || isWritten(Left.Type) == isWritten(Right.Type))
         return false;
     const bool leftIsField = FieldOf(Left), rightIsField = FieldOf(Right);
     return (leftIsField && (rightIsField || IsLiteral(Right))) || (rightIsField && IsLiteral(Left));

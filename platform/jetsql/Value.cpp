@@ -4,12 +4,16 @@
 #include "platform/jetsql/Value.h"
 
 #include "platform/jetsql/Error.h"
+#include "platform/text/Codepage932.h"
 #include "platform/text/DateTime.h"
 #include "platform/text/Format.h"
 #include "platform/text/Number.h"
 
+#include <QUuid>
+
 #include <cmath>
 #include <limits>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +61,26 @@ double CheckedDate(double Serial)
     return Serial;
 }
 
+/// The bytes of "0x00FF"; nothing for another text.
+std::optional<QByteArray> WrittenBytes(const QString& Text)
+{
+    if (!Text.startsWith(u"0x"_s, Qt::CaseInsensitive))
+        return std::nullopt;
+    const QByteArray digits = Text.mid(2).toLatin1().toUpper();
+    const QByteArray bytes = QByteArray::fromHex(digits);
+    if (bytes.toHex().toUpper() != digits)
+        return std::nullopt;
+    return bytes;
+}
+
+QString GuidText(const QString& Text)
+{
+    const QUuid guid = QUuid::fromString(Text.trimmed());
+    if (guid.isNull() && QUuid().toString() != Text.trimmed())
+        throw MakeError(3421);
+    return guid.toString().toUpper();
+}
+
 }
 
 Value Value::FromBoolean(bool Data) { return {FieldType::Boolean, Data ? -1 : 0}; }
@@ -69,11 +93,12 @@ Value Value::FromDouble(double Data) { return {FieldType::Double, Data}; }
 Value Value::FromDate(double Data) { return {FieldType::Date, Data}; }
 Value Value::FromText(QString Data) { return {FieldType::Text, std::move(Data)}; }
 Value Value::FromMemo(QString Data) { return {FieldType::Memo, std::move(Data)}; }
+Value Value::FromBytes(QByteArray Data, FieldType Type) { return {Type, std::move(Data)}; }
 
 bool Value::ToBoolean() const
 {
     if (!IsText(m_type))
-        return RealPart() != 0.0;
+        return ToDouble() != 0.0;
     if (const auto read = text::TextToBoolean(TextRef()))
         return *read;
     throw MakeError(13);
@@ -88,6 +113,8 @@ qint32 Value::ToLong() const
 
 double Value::ToDouble() const
 {
+    if (IsBytes(m_type))
+        throw MakeError(13);
     if (!IsText(m_type))
         return RealPart();
     if (const auto read = text::TextToDouble(TextRef()))
@@ -98,7 +125,7 @@ double Value::ToDouble() const
 double Value::ToDate() const
 {
     if (!IsText(m_type))
-        return CheckedDate(RealPart());
+        return CheckedDate(ToDouble());
     if (const auto read = text::TextToDate(TextRef()))
         return *read;
     throw MakeError(13);
@@ -115,6 +142,8 @@ QString Value::ToText() const
     case FieldType::Currency: return CurrencyToText(RealPart());
     case FieldType::Double: return text::NumberToText(RealPart());
     case FieldType::Date: return text::GeneralDate(RealPart());
+    case FieldType::Binary:
+    case FieldType::LongBinary: return u"0x"_s + QString::fromLatin1(BytesRef().toHex().toUpper());
     default: return TextRef();
     }
 }
@@ -144,8 +173,33 @@ Value Value::Converted(FieldType Wanted) const
     // A Boolean is a number where SQL turns it into text; its words are for the reader's eye only.
     case FieldType::Text: return FromText(m_type == FieldType::Boolean ? QString::number(WholePart()) : ToText());
     case FieldType::Memo: return FromMemo(m_type == FieldType::Boolean ? QString::number(WholePart()) : ToText());
+    case FieldType::Binary:
+    case FieldType::LongBinary: return FromBytes(ToBytes(), Wanted);
+    case FieldType::Guid: return FromText(GuidText(TextRef()));
     default: throw MakeError(3421);
     }
+}
+
+QByteArray Value::ToBytes() const
+{
+    if (IsBytes(m_type))
+        return BytesRef();
+    if (!IsText(m_type))
+        throw MakeError(3421);
+    const QString& text = TextRef();
+    if (const auto written = WrittenBytes(text))
+        return *written;
+    const QByteArray bytes = text::To932(text);
+    if (text::From932(bytes) != text)
+        throw MakeError(3421);
+    return bytes;
+}
+
+const QByteArray& Value::BytesRef() const
+{
+    static const QByteArray none;
+    const QByteArray* bytes = std::get_if<QByteArray>(&m_data);
+    return bytes ? *bytes : none;
 }
 
 const QString& Value::TextRef() const

@@ -4,6 +4,7 @@
 #ifndef JETSQL_VALUE_H
 #define JETSQL_VALUE_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <variant>
@@ -37,6 +38,9 @@ constexpr bool IsNumber(FieldType Type) { return Type >= FieldType::Boolean && T
 /// Boolean or a whole number: what the file stores as INTEGER.
 constexpr bool IsWhole(FieldType Type) { return Type >= FieldType::Boolean && Type <= FieldType::Long; }
 
+/// Bytes as they are.
+constexpr bool IsBytes(FieldType Type) { return Type == FieldType::Binary || Type == FieldType::LongBinary; }
+
 /// One value with its type. Regular: copied, compared, assigned; text is shared.
 class Value
 {
@@ -54,6 +58,7 @@ public:
     static Value FromDate(double Data);     ///< days since 1899-12-30
     static Value FromText(QString Data);
     static Value FromMemo(QString Data);
+    static Value FromBytes(QByteArray Data, FieldType Type = FieldType::Binary);
 
     FieldType Type() const { return m_type; }
     bool IsNull() const { return m_type == FieldType::Null; }
@@ -66,15 +71,19 @@ public:
     double ToDouble() const;
     /// A text that reads as a date is one, a number is days. Error 13 for other text, 6 outside the years 100 to 9999.
     double ToDate() const;
-    /// Null is empty, a Boolean "True" / "False", a date as "2002/01/15 9:05:00", numbers plain.
+    /// Null is empty, a Boolean "True" / "False", a date as "2002/01/15 9:05:00", numbers plain, bytes as "0x00FF".
     QString ToText() const;
 
     /// The value as a field of type Wanted takes it; Null stays Null, and Wanted Null leaves the value as it is.
-    /// Whole numbers are rounded half to even. Error 3421 where text does not convert, 6 where a number does not fit.
+    /// Whole numbers are rounded half to even. Text becomes the bytes that "0x00FF" writes, or else its own in code page
+    /// 932; a Guid is the text "{…}" in capital letters. Error 3421 where text does not convert, 6 where a number does
+    /// not fit.
     Value ToType(FieldType Wanted) const;
 
     /// Text without making a copy where the value is text; empty for everything else.
     const QString& TextRef() const;
+    /// The bytes of such a value; empty for everything else.
+    const QByteArray& BytesRef() const;
     /// What the file stores for Boolean (-1 or 0), Byte, Integer and Long; 0 for everything else.
     qint32 WholePart() const;
     /// What the file stores for Currency, Single, Double and Date; the whole number for whole types, 0 for the rest.
@@ -84,10 +93,11 @@ public:
     bool operator==(const Value& Other) const = default;
 
 private:
-    using Data = std::variant<std::monostate, qint32, double, QString>;
+    using Data = std::variant<std::monostate, qint32, double, QString, QByteArray>;
     Value(FieldType Type, Data Content) : m_type(Type), m_data(std::move(Content)) {}
 
     Value Converted(FieldType Wanted) const;
+    QByteArray ToBytes() const;
 
     FieldType m_type = FieldType::Null;
     Data m_data;

@@ -257,7 +257,7 @@ void tst_DaoRecordset::SnapshotTakesWhatTheFileHolds()
     for (const RecordsetType type : {RecordsetType::Snapshot, RecordsetType::Dynaset}) {
         const auto rows = Open(u"SELECT ID, Root, Read, Sent, Size FROM Posts ORDER BY ID"_s, type);
         QCOMPARE(Rows(*rows), QStringList({u"1|2|True|1899/12/31 12:00:00|0"_s, u"2|many|True|soon|NULL"_s,
-                                           u"3|4000000000|False|1900/01/01|x"_s, u"4|NULL|False|NULL|0AFF"_s}));
+                                           u"3|4000000000|False|1900/01/01|x"_s, u"4|NULL|False|NULL|0x0AFF"_s}));
     }
 }
 
