@@ -17,19 +17,21 @@ namespace
 constexpr int TextSize = 255;
 constexpr int VersionSize = 8;
 
-dao::FieldDef Field(const QString& Name, FieldType Type)
+/// Description is what the query dialog says about the field.
+dao::FieldDef Field(const QString& Name, FieldType Type, const QString& Description)
 {
     dao::FieldDef field;
     field.Name = Name;
     field.Type = Type;
+    field.Description = Description;
     return field;
 }
 
 enum class ZeroLength { Refused, Allowed };
 
-dao::FieldDef TextField(const QString& Name, ZeroLength Empty, int Size = TextSize)
+dao::FieldDef TextField(const QString& Name, ZeroLength Empty, const QString& Description, int Size = TextSize)
 {
-    dao::FieldDef field = Field(Name, FieldType::Text);
+    dao::FieldDef field = Field(Name, FieldType::Text, Description);
     field.Size = Size;
     field.AllowZeroLength = Empty == ZeroLength::Allowed;
     return field;
@@ -45,17 +47,17 @@ dao::TableDef BBSTable()
     dao::TableDef table;
     table.Name = u"BBS"_s;
     table.Fields = {
-        Field(u"BBS_ID"_s, FieldType::Long),
-        TextField(u"BBS_Name"_s, ZeroLength::Refused),
-        TextField(u"ShortName"_s, ZeroLength::Refused),
-        TextField(u"URL"_s, ZeroLength::Refused),
-        TextField(u"HowtouseURL"_s, ZeroLength::Refused),
-        Field(u"MaxCount"_s, FieldType::Long),
-        Field(u"Hitokoto"_s, FieldType::Long),
-        Field(u"VisitLoad"_s, FieldType::Boolean),
-        Field(u"ListOrder"_s, FieldType::Long),
-        TextField(u"DefaultLogFile"_s, ZeroLength::Allowed),
-        TextField(u"Identifier"_s, ZeroLength::Allowed),
+        Field(u"BBS_ID"_s, FieldType::Long, u"掲示板の番号"_s),
+        TextField(u"BBS_Name"_s, ZeroLength::Refused, u"掲示板の名前"_s),
+        TextField(u"ShortName"_s, ZeroLength::Refused, u"掲示板の短い名前"_s),
+        TextField(u"URL"_s, ZeroLength::Refused, u"掲示板の CGI のアドレス"_s),
+        TextField(u"HowtouseURL"_s, ZeroLength::Refused, u"使い方のページのアドレス"_s),
+        Field(u"MaxCount"_s, FieldType::Long, u"掲示板に残る発言の数"_s),
+        Field(u"Hitokoto"_s, FieldType::Long, u"-1: 普通の掲示板、0: 左側、1: 右側"_s),
+        Field(u"VisitLoad"_s, FieldType::Boolean, u"巡回で読み込む (True / False)"_s),
+        Field(u"ListOrder"_s, FieldType::Long, u"メニューでの位置 (0 から)。-1 は表示しない"_s),
+        TextField(u"DefaultLogFile"_s, ZeroLength::Allowed, u"過去ログのファイル名の型"_s),
+        TextField(u"Identifier"_s, ZeroLength::Allowed, u"掲示板のファイル名の先頭"_s),
     };
     table.Indexes = {PrimaryIndex({u"BBS_ID"_s})};
     return table;
@@ -66,12 +68,18 @@ dao::TableDef MessageTable()
     dao::TableDef table;
     table.Name = u"Message"_s;
     table.Fields = {
-        Field(u"BBS_ID"_s, FieldType::Long),           Field(u"ID"_s, FieldType::Long),
-        Field(u"Read"_s, FieldType::Boolean),          TextField(u"Subject"_s, ZeroLength::Allowed),
-        TextField(u"Homepage"_s, ZeroLength::Allowed), TextField(u"Mail"_s, ZeroLength::Allowed),
-        TextField(u"PostName"_s, ZeroLength::Allowed), Field(u"PostDate"_s, FieldType::Date),
-        Field(u"InReplyTo"_s, FieldType::Long),        Field(u"Body"_s, FieldType::Memo),
-        Field(u"RootThread"_s, FieldType::Long),       Field(u"Mark"_s, FieldType::Long),
+        Field(u"BBS_ID"_s, FieldType::Long, u"掲示板の番号 (BBS.BBS_ID)"_s),
+        Field(u"ID"_s, FieldType::Long, u"発言番号"_s),
+        Field(u"Read"_s, FieldType::Boolean, u"既読 (True / False)"_s),
+        TextField(u"Subject"_s, ZeroLength::Allowed, u"題名"_s),
+        TextField(u"Homepage"_s, ZeroLength::Allowed, u"投稿者のホームページ"_s),
+        TextField(u"Mail"_s, ZeroLength::Allowed, u"投稿者のメールアドレス"_s),
+        TextField(u"PostName"_s, ZeroLength::Allowed, u"投稿者の名前"_s),
+        Field(u"PostDate"_s, FieldType::Date, u"投稿日時"_s),
+        Field(u"InReplyTo"_s, FieldType::Long, u"返信先の発言番号。0 は返信でない"_s),
+        Field(u"Body"_s, FieldType::Memo, u"本文。空のときは Null"_s),
+        Field(u"RootThread"_s, FieldType::Long, u"スレッドの最初の発言番号"_s),
+        Field(u"Mark"_s, FieldType::Long, u"マークの番号 (Mark.ID)。0 はマークなし"_s),
     };
     table.Indexes = {
         PrimaryIndex({u"ID"_s, u"BBS_ID"_s}),
@@ -90,10 +98,10 @@ dao::TableDef MarkTable()
     dao::TableDef table;
     table.Name = u"Mark"_s;
     table.Fields = {
-        Field(u"ID"_s, FieldType::Long),
-        TextField(u"Name"_s, ZeroLength::Allowed),
-        Field(u"ForeColor"_s, FieldType::Long),
-        Field(u"BackColor"_s, FieldType::Long),
+        Field(u"ID"_s, FieldType::Long, u"マークの番号"_s),
+        TextField(u"Name"_s, ZeroLength::Allowed, u"マークの名前"_s),
+        Field(u"ForeColor"_s, FieldType::Long, u"文字の色 (赤 + 256 × 緑 + 65536 × 青)"_s),
+        Field(u"BackColor"_s, FieldType::Long, u"背景の色 (赤 + 256 × 緑 + 65536 × 青)"_s),
     };
     table.Indexes = {PrimaryIndex({u"ID"_s})};
     return table;
@@ -104,8 +112,8 @@ dao::TableDef VersionTable()
     dao::TableDef table;
     table.Name = u"Version"_s;
     table.Fields = {
-        TextField(u"Table"_s, ZeroLength::Allowed),
-        TextField(u"Version"_s, ZeroLength::Allowed, VersionSize),
+        TextField(u"Table"_s, ZeroLength::Allowed, u"テーブルの名前"_s),
+        TextField(u"Version"_s, ZeroLength::Allowed, u"テーブルの版"_s, VersionSize),
     };
     return table;
 }
