@@ -39,25 +39,25 @@ void CDynaset::ReadRowIds(const CSession::Filled& Query)
              "WITH q(" + names + ") AS (" + Query.Statement.Sql + ") SELECT " + wanted + " FROM q");
     CSession::Bind(run, values);
     while (run.Step() && limit.Takes(run)) {
-        m_rowIds.push_back(run.Number(0));
+        m_rowIds.Append(run.Number(0));
         if (m_computed.empty())
             continue;
         std::vector<Value> computed;
         for (const int column : m_computed)
             computed.push_back(run.Column(1 + keyCount + int(computed.size()), Field(column).Type));
-        m_computedValues.push_back(std::move(computed));
+        m_computedValues.Append(std::move(computed));
     }
 }
 
 const std::vector<Value>& CDynaset::Row() const
 {
-    const size_t row = size_t(Position().Row());
+    const qsizetype row = Position().Row();
     if (m_isRead)
         return m_row;
-    if (!m_writer.Read(m_rowIds[row], m_row))
+    if (!m_writer.Read(m_rowIds.At(row), m_row))
         throw jetsql::MakeError(3167);
     for (size_t place = 0; place < m_computed.size(); ++place)
-        m_row[size_t(m_computed[place])] = m_computedValues[row][place];
+        m_row[size_t(m_computed[place])] = m_computedValues.At(row)[place];
     m_isRead = true;
     return m_row;
 }
@@ -70,7 +70,7 @@ void CDynaset::RequireEditable() const
 
 void CDynaset::StoreChanges(const EditBuffer& Changes)
 {
-    const qint64 rowId = m_rowIds[size_t(Position().Row())];
+    const qint64 rowId = m_rowIds.At(Position().Row());
     if (!m_writer.Change(rowId, Changes))
         throw jetsql::MakeError(3167);
     m_isRead = false;
@@ -78,27 +78,27 @@ void CDynaset::StoreChanges(const EditBuffer& Changes)
 
 void CDynaset::StoreNew(const EditBuffer& Fields)
 {
-    m_rowIds.push_back(m_writer.Add(Fields));
+    m_rowIds.Append(m_writer.Add(Fields));
     if (!m_computed.empty())
-        m_computedValues.emplace_back(m_computed.size());
+        m_computedValues.Append(std::vector<Value>(m_computed.size()));
     Position().RowAdded();
 }
 
 void CDynaset::RemoveCurrent()
 {
     const qsizetype row = Position().Row();
-    if (!m_writer.Remove(m_rowIds[size_t(row)]))
+    if (!m_writer.Remove(m_rowIds.At(row)))
         throw jetsql::MakeError(3167);
-    m_rowIds.erase(m_rowIds.begin() + row);
+    m_rowIds.Remove(row);
     if (!m_computed.empty())
-        m_computedValues.erase(m_computedValues.begin() + row);
+        m_computedValues.Remove(row);
     Position().RowDeleted();
 }
 
 void CDynaset::Release()
 {
-    m_rowIds = {};
-    m_computedValues = {};
+    m_rowIds.Clear();
+    m_computedValues.Clear();
     m_row.clear();
 }
 

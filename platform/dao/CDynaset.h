@@ -4,6 +4,7 @@
 #ifndef DAO_CDYNASET_H
 #define DAO_CDYNASET_H
 
+#include "platform/dao/CGapList.h"
 #include "platform/dao/CRowStore.h"
 #include "platform/dao/CTableWriter.h"
 #include "platform/dao/Recordset.h"
@@ -21,9 +22,11 @@ public:
 
 protected:
     void RequireConnection() const override { m_writer.Connection().RequireOpen(); }
-    qsizetype RowTotal() const override { return qsizetype(m_rowIds.size()); }
+    qsizetype RowTotal() const override { return m_rowIds.Count(); }
     void Moved() override { m_isRead = false; }
     void RequireEditable() const override;
+    int Counter() const override { return m_writer.Counter(); }
+    Value NextNumber() override { return m_writer.NextNumber(); }
     Value Stored(int Field) const override { return Row()[size_t(Field)]; }
     qint32 StoredLong(int Field) const override { return Row()[size_t(Field)].ToLong(); }
     QString StoredText(int Field) const override { return Row()[size_t(Field)].ToText(); }
@@ -38,9 +41,9 @@ private:
     const std::vector<Value>& Row() const;
 
     mutable CTableWriter m_writer;
-    std::vector<qint64> m_rowIds;
-    std::vector<int> m_computed;                      ///< numbers of the computed columns
-    std::vector<std::vector<Value>> m_computedValues; ///< per row of m_rowIds; empty without computed columns
+    CGapList<qint64> m_rowIds;
+    std::vector<int> m_computed;                   ///< numbers of the computed columns
+    CGapList<std::vector<Value>> m_computedValues; ///< per row of m_rowIds; empty without computed columns
     mutable std::vector<Value> m_row;
     mutable bool m_isRead = false;
 };

@@ -5,7 +5,11 @@
 
 #include "platform/dao/CRun.h"
 #include "platform/dao/FieldTypes.h"
+#include "platform/dao/OwnTables.h"
+#include "platform/jetsql/CWriter.h"
 #include "platform/text/Fold.h"
+
+#include <sqlite3.h>
 
 namespace dao
 {
@@ -15,11 +19,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-bool IsOwnTable(const QString& Name)
-{
-    return Name == u"~Tables"_s || Name == u"~Fields"_s || Name == u"~Indexes"_s || Name == u"~Queries"_s;
-}
-
 /// How an index came into being, as SQLite tells it.
 bool IsPrimary(const QString& Origin) { return Origin == u"pk"_s; }
 
@@ -27,6 +26,7 @@ bool IsPrimary(const QString& Origin) { return Origin == u"pk"_s; }
 
 CSchema::CSchema(CConnection& Connection)
     : m_connection(Connection)
+    , m_file(Connection)
 {
     Load();
 }
@@ -37,13 +37,27 @@ void CSchema::Load()
     m_tables.clear();
     m_infos.clear();
     m_version = m_connection.RunForNumber("PRAGMA schema_version");
+    if (m_dataVersion == 0)
+        m_dataVersion = m_connection.RunForNumber("PRAGMA data_version");
     m_hasExtras = HasFileTable(u"~Queries"_s);
+    m_hasConstraints = HasFileTable(u"~Constraints"_s);
     LoadTables();
     if (m_hasExtras)
         LoadQueries();
 }
 
 bool CSchema::IsOutdated() { return m_version != m_connection.RunForNumber("PRAGMA schema_version"); }
+
+// A saved query is a row: it changes without the structure being another.
+bool CSchema::Refresh()
+{
+    const qint64 now = m_connection.RunForNumber("PRAGMA data_version");
+    if (now == m_dataVersion && !IsOutdated())
+        return false;
+    m_dataVersion = now;
+    Load();
+    return true;
+}
 
 bool CSchema::HasFileTable(const QString& Name)
 {
@@ -62,23 +76,30 @@ void CSchema::LoadTables()
         while (run.Step())
             names.append(run.Text(0));
     }
-    for (const QString& name : names) {
-        TableDef table;
-        table.Name = name;
-        table.Attributes = IsOwnTable(name) ? TableDef::SystemAttributes : 0;
-        jetsql::TableInfo info;
-        LoadFields(table);
-        LoadIndexes(table, info);
-        if (m_hasExtras)
-            LoadExtras(table);
-        AddInfo(table, std::move(info));
-        m_tables.push_back(std::move(table));
-    }
+    for (const QString& name : names)
+        LoadTable(name);
+}
+
+void CSchema::LoadTable(const QString& Name)
+{
+    TableDef table;
+    table.Name = Name;
+    table.Attributes = mdlOwnTables::IsOne(Name) ? TableDef::SystemAttributes : 0;
+    jetsql::TableInfo info;
+    LoadFields(table);
+    LoadIndexes(table, info);
+    LoadRowNumberKey(table, info);
+    if (m_hasExtras)
+        LoadExtras(table);
+    if (m_hasConstraints)
+        LoadConstraints(table);
+    AddInfo(table, std::move(info));
+    m_tables.push_back(std::move(table));
 }
 
 void CSchema::LoadFields(TableDef& Table)
 {
-    CRun run(m_connection, "SELECT name, type, \"notnull\" FROM pragma_table_info(?1)");
+    CRun run(m_connection, "SELECT name, type, \"notnull\", pk FROM pragma_table_info(?1)");
     const Value name = Value::FromText(Table.Name);
     run.Bind(1, name);
     while (run.Step()) {
@@ -87,8 +108,18 @@ void CSchema::LoadFields(TableDef& Table)
         mdlFieldTypes::Read(run.Text(1), field);
         field.Required = run.Number(2) != 0 && field.Type != FieldType::Boolean;
         field.AllowZeroLength = jetsql::IsText(field.Type);
+        field.AutoIncrement = run.Number(3) != 0 && IsCounter(Table.Name, field.Name);
         Table.Fields.push_back(std::move(field));
     }
+}
+
+bool CSchema::IsCounter(const QString& Table, const QString& Field)
+{
+    int counts = 0;
+    const int code =
+        sqlite3_table_column_metadata(m_connection.Handle(), "main", Table.toUtf8().constData(),
+                                      Field.toUtf8().constData(), nullptr, nullptr, nullptr, nullptr, &counts);
+    return code == SQLITE_OK && counts != 0;
 }
 
 void CSchema::LoadExtras(TableDef& Table)
@@ -133,20 +164,20 @@ void CSchema::LoadIndexes(TableDef& Table, jetsql::TableInfo& Info)
         index.Hidden = run.Number(5) != 0;
         if (index.Name.isEmpty())
             index.Name = index.Primary ? u"PrimaryKey"_s : fileName;
-        const std::vector<int> fields = IndexFields(fileName);
-        const bool isPlain = run.Number(3) == 0 && !fields.empty();
-        if (isPlain && index.Unique)
+        const std::vector<int> fields = IndexFields(fileName, Table, index);
+        const bool isWhole = run.Number(3) == 0 && !fields.empty();
+        if (isWhole && index.Unique)
             Info.UniqueKeys.push_back(fields);
-        for (const int field : fields)
-            index.Fields.append(Table.Fields[size_t(field)].Name);
-        if (isPlain && !index.Hidden)
+        // A partial index is one of ours where we know it by name: it leaves out Null.
+        const bool isKnown = !fields.empty() && (isWhole || !run.Text(4).isEmpty());
+        if (isKnown && !index.Hidden)
             Table.Indexes.push_back(std::move(index));
     }
 }
 
-std::vector<int> CSchema::IndexFields(const QString& FileName)
+std::vector<int> CSchema::IndexFields(const QString& FileName, const TableDef& Table, IndexDef& Index)
 {
-    CRun run(m_connection, "SELECT cid FROM pragma_index_info(?1) ORDER BY seqno");
+    CRun run(m_connection, "SELECT cid, \"desc\" FROM pragma_index_xinfo(?1) WHERE key ORDER BY seqno");
     const Value name = Value::FromText(FileName);
     run.Bind(1, name);
     std::vector<int> fields;
@@ -155,17 +186,69 @@ std::vector<int> CSchema::IndexFields(const QString& FileName)
         if (run.Number(0) < 0)
             return {};
         fields.push_back(int(run.Number(0)));
+        Index.Fields.append(Table.Fields[size_t(fields.back())].Name);
+        if (run.Number(1) != 0)
+            Index.Descending.append(Index.Fields.back());
     }
     return fields;
 }
 
+// SQLite has no index for a primary key that is its own row number, but it finds rows by it all the same.
+void CSchema::LoadRowNumberKey(TableDef& Table, jetsql::TableInfo& Info)
+{
+    CRun run(m_connection,
+             "SELECT cid, name FROM pragma_table_info(?1) WHERE pk = 1 AND type = 'INTEGER' COLLATE NOCASE "
+             "AND NOT EXISTS (SELECT 1 FROM pragma_index_list(?1) WHERE origin = 'pk')");
+    const Value name = Value::FromText(Table.Name);
+    run.Bind(1, name);
+    if (!run.Step())
+        return;
+    Info.UniqueKeys.push_back({int(run.Number(0))});
+    QString indexName = u"PrimaryKey"_s;
+    if (m_hasExtras) {
+        CRun ours(m_connection, "SELECT (SELECT IndexName FROM \"~Indexes\" WHERE TableName = ?1 AND FileName = ''), "
+                                "EXISTS (SELECT 1 FROM \"~Fields\" WHERE TableName = ?1)");
+        ours.Bind(1, name);
+        ours.Step();
+        if (ours.Number(1) != 0)
+            indexName = ours.Text(0);
+    }
+    if (!indexName.isEmpty())
+        Table.Indexes.insert(Table.Indexes.begin(), {indexName, {run.Text(1)}, true, true, false});
+}
+
+void CSchema::LoadConstraints(TableDef& Table)
+{
+    CRun run(m_connection, "SELECT Name, Kind, FieldNames, ForeignTable, ForeignFields FROM \"~Constraints\" "
+                           "WHERE TableName = ?1 ORDER BY rowid");
+    const Value name = Value::FromText(Table.Name);
+    run.Bind(1, name);
+    while (run.Step()) {
+        const QString kind = run.Text(1);
+        const bool isForeign = kind == mdlOwnTables::ForeignKind;
+        if (isForeign || kind == mdlOwnTables::NotNullKind)
+            Table.Constraints.push_back(
+                {run.Text(0), isForeign ? ConstraintDef::Kind::Foreign : ConstraintDef::Kind::NotNull,
+                 mdlOwnTables::Split(run.Text(2)), run.Text(3), mdlOwnTables::Split(run.Text(4))});
+        const QString indexName = run.Text(0);
+        for (IndexDef& index : Table.Indexes) {
+            if (index.Name != indexName)
+                continue;
+            index.Primary = index.Primary || kind == mdlOwnTables::PrimaryKind;
+            index.Required = index.Required || kind == mdlOwnTables::RequiredKind;
+            index.IgnoreNull = index.IgnoreNull || kind == mdlOwnTables::IgnoreNullKind;
+        }
+    }
+}
+
 void CSchema::AddInfo(const TableDef& Table, jetsql::TableInfo Info)
 {
-    if (IsOwnTable(Table.Name))
+    if (mdlOwnTables::IsOne(Table.Name))
         return;
     Info.Name = Table.Name;
     for (const FieldDef& field : Table.Fields)
-        Info.Fields.push_back({field.Name, field.Type, field.Size, field.AllowZeroLength, field.Required, false});
+        Info.Fields.push_back(
+            {field.Name, field.Type, field.Size, field.AllowZeroLength, field.Required, field.AutoIncrement});
     m_infos.insert_or_assign(text::Fold(Table.Name), std::move(Info));
 }
 
@@ -199,6 +282,12 @@ const QString* CSchema::FindQuery(QStringView Name) const
         return nullptr;
     const auto found = m_queries.find(text::Fold(Name));
     return found == m_queries.end() ? nullptr : &found->second.Sql;
+}
+
+QByteArray CSchema::RowIdOf(const QString& Table) const
+{
+    const jetsql::TableInfo* info = FindTable(Table);
+    return info ? jetsql::RowIdOf(*info) : QByteArray("_rowid_");
 }
 
 QStringList CSchema::QueryNames() const

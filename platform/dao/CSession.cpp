@@ -6,8 +6,10 @@
 #include "platform/dao/CCrosstab.h"
 #include "platform/dao/CDynaset.h"
 #include "platform/dao/CMakeTable.h"
+#include "platform/dao/CRowByRow.h"
 #include "platform/dao/CSnapshot.h"
 #include "platform/dao/CTableRecordset.h"
+#include "platform/dao/RunDefinition.h"
 #include "platform/dao/Values.h"
 
 #include <sqlite3.h>
@@ -20,7 +22,7 @@ namespace
 
 constexpr int CompiledKept = 300;
 
-/// With rows to be skipped SQLite has a word of its own: INSERT OR IGNORE, UPDATE OR IGNORE.
+/// What cannot be taken row by row: SQLite has a word of its own for leaving rows out.
 QByteArray SkippingRows(const QByteArray& Sql)
 {
     for (const char* verb : {"INSERT", "UPDATE"}) {
@@ -49,9 +51,17 @@ CSchema& CSession::Schema()
     return *m_schema;
 }
 
-CSchema& CSession::SchemaToChange()
+CSchema& CSession::FreshSchema()
 {
     CSchema& schema = Schema();
+    if (schema.Refresh())
+        m_compiled.clear();
+    return schema;
+}
+
+CSchema& CSession::SchemaToChange()
+{
+    CSchema& schema = FreshSchema();
     m_compiled.clear();
     m_hasChangedStructure = m_hasChangedStructure || m_connection->Depth() > 0;
     return schema;
@@ -59,7 +69,7 @@ CSchema& CSession::SchemaToChange()
 
 CSchema& CSession::QueriesToChange()
 {
-    CSchema& schema = Schema();
+    CSchema& schema = FreshSchema();
     const QList<QString> keys = m_compiled.keys();
     for (const QString& key : keys) {
         if ((*m_compiled.object(key))->UsesQueries)
@@ -79,13 +89,14 @@ std::shared_ptr<const jetsql::Statement> CSession::Compile(const jetsql::Shape& 
         compiled = jetsql::Compile(Shape, schema);
     } catch (const Error&) {
         // The name that is missing may be there since another program changed the file.
-        if (!schema.IsOutdated())
+        if (!schema.Refresh())
             throw;
         m_compiled.clear();
-        schema.Load();
         compiled = jetsql::Compile(Shape, schema);
     }
-    m_compiled.insert(Shape.Key, new std::shared_ptr<const jetsql::Statement>(compiled));
+    // A definition holds constants of its text.
+    if (!compiled->Ddl)
+        m_compiled.insert(Shape.Key, new std::shared_ptr<const jetsql::Statement>(compiled));
     return compiled;
 }
 
@@ -146,9 +157,15 @@ int CSession::Run(const Filled& Action, ExecuteOption Option)
         throw jetsql::MakeError(3065);
     RequireParameters(Action);
     m_connection->RequireWritable();
-    const bool isStrict = Option == ExecuteOption::FailOnError;
+    if (Action.Statement.Ddl) {
+        mdlDefinition::Run(SchemaToChange(), *Action.Statement.Ddl);
+        return 0;
+    }
     if (Action.Statement.Type == QueryType::MakeTable)
         return mdlMakeTable::Run(*this, Action);
+    const bool isStrict = Option == ExecuteOption::FailOnError;
+    if (!isStrict && Action.Statement.Rows)
+        return CRowByRow(shared_from_this(), Action).Run();
     if (!Action.Statement.Steps.empty())
         return RunSteps(Action, isStrict);
     return RunOne(Action, Action.Statement.Sql, isStrict);

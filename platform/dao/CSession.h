@@ -28,6 +28,8 @@ public:
     CConnection& Connection() const { return *m_connection; }
     /// The catalogue; read anew first where a rollback has made it doubtful.
     CSchema& Schema();
+    /// The catalogue for those who list it: with what other programs have made meanwhile.
+    CSchema& FreshSchema();
     /// For a change of the structure; everything compiled is forgotten, as it may name what is gone.
     CSchema& SchemaToChange();
     /// For a change of saved queries; what was compiled from their text is forgotten.

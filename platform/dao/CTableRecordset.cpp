@@ -6,8 +6,6 @@
 #include "platform/dao/SchemaText.h"
 #include "platform/dao/Values.h"
 
-#include <algorithm>
-
 namespace dao
 {
 
@@ -48,27 +46,28 @@ void CTableRecordset::Settle() const
     m_isOpened = true;
     if (!m_sought)
         return;
-    const auto found = std::find(m_rowIds.begin(), m_rowIds.end(), *m_sought);
-    if (found == m_rowIds.end())
+    const qsizetype found = m_rowIds.IndexOf(*m_sought);
+    if (found < 0)
         Position().Lose();
     else
-        Position().Set(found - m_rowIds.begin());
+        Position().Set(found);
     m_sought.reset();
 }
 
 void CTableRecordset::ReadRowIds() const
 {
-    m_rowIds.clear();
-    CRun run(m_writer.Connection(), "SELECT _rowid_ FROM " + mdlSchemaText::Quoted(m_table.Name) + Order("ASC"));
+    m_rowIds.Clear();
+    CRun run(m_writer.Connection(),
+             "SELECT " + m_writer.RowId() + " FROM " + mdlSchemaText::Quoted(m_table.Name) + Order(Direction::Forward));
     while (run.Step())
-        m_rowIds.push_back(run.Number(0));
+        m_rowIds.Append(run.Number(0));
     m_isSettled = true;
 }
 
 void CTableRecordset::Unsettle()
 {
     if (m_isSettled && Position().OnRow() && !m_sought)
-        m_sought = m_rowIds[size_t(Position().Row())];
+        m_sought = m_rowIds.At(Position().Row());
     m_isSettled = false;
 }
 
@@ -77,7 +76,7 @@ qint64 CTableRecordset::CurrentRowId() const
     if (m_sought)
         return *m_sought;
     Settle();
-    return m_rowIds[size_t(Position().Row())];
+    return m_rowIds.At(Position().Row());
 }
 
 void CTableRecordset::RequireRow() const { CurrentRowId(); }
@@ -127,9 +126,9 @@ void CTableRecordset::RemoveCurrent()
 {
     Settle();
     const qsizetype row = Position().Row();
-    if (!m_writer.Remove(m_rowIds[size_t(row)]))
+    if (!m_writer.Remove(m_rowIds.At(row)))
         throw jetsql::MakeError(3167);
-    m_rowIds.erase(m_rowIds.begin() + row);
+    m_rowIds.Remove(row);
     Position().RowDeleted();
     m_isRead = false;
 }
@@ -142,6 +141,7 @@ void CTableRecordset::SetIndex(QStringView IndexName)
     if (!IndexName.isEmpty() && !index)
         throw jetsql::MakeError(3015);
     m_keyFields = index ? index->Fields : QStringList();
+    m_descending = index ? index->Descending : QStringList();
     m_isSettled = false;
     m_isOpened = false;
     m_sought.reset();
@@ -154,29 +154,54 @@ QByteArray CTableRecordset::KeyField(const QString& Name) const
     return mdlSchemaText::Quoted(Name) + (field && jetsql::IsText(field->Type) ? " COLLATE JETTEXT" : "");
 }
 
-QByteArray CTableRecordset::Order(const char* Direction) const
+QByteArray CTableRecordset::Order(Direction Way) const
 {
     QByteArray order = " ORDER BY ";
-    for (const QString& field : m_keyFields)
-        order += KeyField(field) + ' ' + Direction + ", ";
-    return order + "_rowid_ " + Direction;
+    for (const QString& field : m_keyFields) {
+        const bool isDown = (Way == Direction::Back) != m_descending.contains(field);
+        order += KeyField(field) + (isDown ? " DESC, " : " ASC, ");
+    }
+    return order + m_writer.RowId() + (Way == Direction::Back ? " DESC" : " ASC");
 }
 
 QByteArray CTableRecordset::Condition(QStringView Operator, size_t KeyCount) const
 {
-    QByteArray fields;
-    QByteArray places;
-    QByteArray equal;
-    for (size_t key = 0; key < size_t(m_keyFields.size()); ++key) {
-        const QByteArray field = KeyField(m_keyFields[qsizetype(key)]);
-        const QByteArray place = key < KeyCount ? "?" + QByteArray::number(int(key) + 1) : QByteArray("NULL");
-        equal += (key == 0 ? "" : " AND ") + field + " IS " + place;
-        if (key < KeyCount) {
-            fields += (key == 0 ? "" : ", ") + field;
-            places += (key == 0 ? "" : ", ") + place;
+    QByteArrayList fields;
+    QByteArrayList places;
+    QByteArrayList equal;
+    for (qsizetype key = 0; key < m_keyFields.size(); ++key) {
+        const bool isGiven = size_t(key) < KeyCount;
+        const QByteArray place = isGiven ? "?" + QByteArray::number(key + 1) : QByteArray("NULL");
+        equal += KeyField(m_keyFields[key]) + " IS " + place;
+        if (isGiven) {
+            fields += KeyField(m_keyFields[key]);
+            places += place;
         }
     }
-    return Operator == u"="_s ? equal : "(" + fields + ") " + Operator.toUtf8() + " (" + places + ")";
+    if (Operator == u"="_s)
+        return equal.join(" AND ");
+    if (!m_descending.isEmpty())
+        return MixedCondition(Operator, fields, places);
+    return "(" + fields.join(", ") + ") " + Operator.toUtf8() + " (" + places.join(", ") + ")";
+}
+
+// Further on in an index is what comes later in its order, which goes down for some of its fields.
+QByteArray CTableRecordset::MixedCondition(QStringView Operator, const QByteArrayList& Fields,
+                                           const QByteArrayList& Places) const
+{
+    const auto sign = [&](qsizetype key) {
+        return (Operator.startsWith(u'<') != m_descending.contains(m_keyFields[key])) ? " <" : " >";
+    };
+    QByteArrayList same;
+    QByteArrayList alternatives;
+    for (qsizetype key = 0; key < Fields.size(); ++key) {
+        alternatives += (same + QByteArrayList{Fields[key] + sign(key) + ' ' + Places[key]}).join(" AND ");
+        same += Fields[key] + " IS " + Places[key];
+    }
+    if (Operator.endsWith(u'='))
+        alternatives += same.join(" AND ");
+    // The first part is implied; with it SQLite begins at the right place of its index.
+    return Fields[0] + sign(0) + "= " + Places[0] + " AND (" + alternatives.join(" OR ") + ")";
 }
 
 std::vector<Value> CTableRecordset::SeekKeys(const std::vector<Value>& Keys) const
@@ -199,9 +224,9 @@ void CTableRecordset::Seek(QStringView Operator, const std::vector<Value>& Keys)
     if (!isKnown || Keys.empty() || Keys.size() > size_t(m_keyFields.size()))
         throw jetsql::MakeError(3001);
     const std::vector<Value> keys = SeekKeys(Keys);
-    const char* direction = Operator.startsWith(u'<') ? "DESC" : "ASC";
-    CRun run(m_writer.Connection(), "SELECT _rowid_ FROM " + mdlSchemaText::Quoted(m_table.Name) + " WHERE " +
-                                        Condition(Operator, keys.size()) + Order(direction) + " LIMIT 1");
+    const Direction direction = Operator.startsWith(u'<') ? Direction::Back : Direction::Forward;
+    CRun run(m_writer.Connection(), "SELECT " + m_writer.RowId() + " FROM " + mdlSchemaText::Quoted(m_table.Name) +
+                                        " WHERE " + Condition(Operator, keys.size()) + Order(direction) + " LIMIT 1");
     CSession::Bind(run, keys);
     const bool isFound = run.Step();
     SetNoMatch(!isFound);
@@ -214,7 +239,7 @@ void CTableRecordset::Seek(QStringView Operator, const std::vector<Value>& Keys)
 
 void CTableRecordset::Release()
 {
-    m_rowIds = {};
+    m_rowIds.Clear();
     m_row.clear();
 }
 

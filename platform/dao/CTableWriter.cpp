@@ -13,6 +13,7 @@ namespace dao
 CTableWriter::CTableWriter(std::shared_ptr<CSession> Session, const QString& Table, std::vector<ResultColumn> Fields)
     : m_session(std::move(Session))
     , m_table(mdlSchemaText::Quoted(Table))
+    , m_rowId(m_session->Schema().RowIdOf(Table))
 {
     for (const ResultColumn& field : Fields) {
         m_types.push_back(field.Type);
@@ -20,7 +21,40 @@ CTableWriter::CTableWriter(std::shared_ptr<CSession> Session, const QString& Tab
         m_read +=
             (m_read.isEmpty() ? "SELECT " : ", ") + (m_names.back().isEmpty() ? QByteArray("NULL") : m_names.back());
     }
-    m_read += " FROM " + m_table + " WHERE _rowid_ = ?1";
+    m_read += " FROM " + m_table + " WHERE " + m_rowId + " = ?1";
+    FindCounter(Table, Fields);
+}
+
+void CTableWriter::FindCounter(const QString& Table, const std::vector<ResultColumn>& Fields)
+{
+    const TableDef* table = m_session->Schema().FindTableDef(Table);
+    const FieldDef* counter = table ? table->Counter() : nullptr;
+    if (!counter)
+        return;
+    m_counterTable = table->Name;
+    for (size_t field = 0; field < Fields.size(); ++field) {
+        if (Fields[field].SourceField == counter->Name)
+            m_counter = int(field);
+    }
+}
+
+Value CTableWriter::NextNumber()
+{
+    CRun run(Connection(), "SELECT max(ifnull((SELECT seq FROM sqlite_sequence WHERE name = ?1), 0), "
+                           "ifnull((SELECT max(" +
+                               m_rowId + ") FROM " + m_table + "), 0)) + 1");
+    const Value name = Value::FromText(m_counterTable);
+    run.Bind(1, name);
+    run.Step();
+    m_nextNumber = run.Column(0, FieldType::Long);
+    return m_nextNumber;
+}
+
+bool CTableWriter::IsTaken(const Value& Number) const
+{
+    CRun run(Connection(), "SELECT 1 FROM " + m_table + " WHERE " + m_rowId + " = ?1");
+    run.Bind(1, Number);
+    return run.Step();
 }
 
 bool CTableWriter::Read(qint64 RowId, std::vector<Value>& Row) const
@@ -46,8 +80,8 @@ bool CTableWriter::Change(qint64 RowId, const std::vector<std::optional<Value>>&
     }
     // An edit that assigned nothing is a change of nothing, but of a row that must still be there.
     if (sql.isEmpty())
-        sql = " SET _rowid_ = _rowid_";
-    CRun run(Connection(), "UPDATE " + m_table + sql + " WHERE _rowid_ = ?1");
+        sql = " SET " + m_rowId + " = " + m_rowId;
+    CRun run(Connection(), "UPDATE " + m_table + sql + " WHERE " + m_rowId + " = ?1");
     run.BindNumber(1, RowId);
     for (size_t field = 0; field < Changes.size(); ++field) {
         if (Changes[field])
@@ -57,22 +91,25 @@ bool CTableWriter::Change(qint64 RowId, const std::vector<std::optional<Value>>&
     return sqlite3_changes(Connection().Handle()) > 0;
 }
 
-qint64 CTableWriter::Add(const std::vector<std::optional<Value>>& Row)
+qint64 CTableWriter::Add(const std::vector<std::optional<Value>>& Given)
 {
     Connection().RequireWritable();
+    std::vector<std::optional<Value>> row = Given;
+    if (m_counter >= 0 && row[size_t(m_counter)] == m_nextNumber && IsTaken(m_nextNumber))
+        row[size_t(m_counter)].reset();
     QByteArray names;
     QByteArray places;
-    for (size_t field = 0; field < Row.size(); ++field) {
-        if (!Row[field])
+    for (size_t field = 0; field < row.size(); ++field) {
+        if (!row[field])
             continue;
         names += (names.isEmpty() ? "" : ", ") + m_names[field];
         places += (places.isEmpty() ? "?" : ", ?") + QByteArray::number(int(field) + 1);
     }
     CRun run(Connection(), "INSERT INTO " + m_table +
                                (names.isEmpty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + places + ")"));
-    for (size_t field = 0; field < Row.size(); ++field) {
-        if (Row[field])
-            run.Bind(int(field) + 1, *Row[field]);
+    for (size_t field = 0; field < row.size(); ++field) {
+        if (row[field])
+            run.Bind(int(field) + 1, *row[field]);
     }
     run.Finish();
     return sqlite3_last_insert_rowid(Connection().Handle());
@@ -81,7 +118,7 @@ qint64 CTableWriter::Add(const std::vector<std::optional<Value>>& Row)
 bool CTableWriter::Remove(qint64 RowId)
 {
     Connection().RequireWritable();
-    CRun run(Connection(), "DELETE FROM " + m_table + " WHERE _rowid_ = ?1");
+    CRun run(Connection(), "DELETE FROM " + m_table + " WHERE " + m_rowId + " = ?1");
     run.BindNumber(1, RowId);
     run.Finish();
     return sqlite3_changes(Connection().Handle()) > 0;

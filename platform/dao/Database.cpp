@@ -104,7 +104,7 @@ void Database::Rollback() { Session().Rollback(); }
 
 bool Database::InTransaction() const { return m_session->Connection().Depth() > 0; }
 
-const std::vector<TableDef>& Database::TableDefs() { return Session().Schema().Tables(); }
+const std::vector<TableDef>& Database::TableDefs() { return Session().FreshSchema().Tables(); }
 
 void Database::AppendTable(const TableDef& Table) { Session().SchemaToChange().AppendTable(Table); }
 
@@ -118,18 +118,18 @@ void Database::RenameTable(const QString& OldName, const QString& NewName)
 std::unique_ptr<QueryDef> Database::CreateQueryDef(const QString& QueryName, const QString& Sql)
 {
     if (!QueryName.isEmpty())
-        Session().Schema().RequireFreeName(QueryName);
+        Session().FreshSchema().RequireFreeName(QueryName, 3012);
     Session().Compile(jetsql::TakeShape(Sql));
     if (!QueryName.isEmpty())
         Session().QueriesToChange().SaveQuery(QueryName, Sql);
     return std::make_unique<QueryDef>(*this, QueryName, Sql);
 }
 
-QStringList Database::QueryDefs() { return Session().Schema().QueryNames(); }
+QStringList Database::QueryDefs() { return Session().FreshSchema().QueryNames(); }
 
 std::unique_ptr<QueryDef> Database::FindQueryDef(const QString& QueryName)
 {
-    const QString* sql = Session().Schema().FindQuery(QueryName);
+    const QString* sql = Session().FreshSchema().FindQuery(QueryName);
     return sql ? std::make_unique<QueryDef>(*this, QueryName, *sql) : nullptr;
 }
 
@@ -137,7 +137,10 @@ void Database::DeleteQueryDef(const QString& QueryName) { Session().QueriesToCha
 
 void Database::SetBusyTimeout(int Milliseconds) { sqlite3_busy_timeout(Session().Connection().Handle(), Milliseconds); }
 
-void Database::SetProgress(std::function<bool()> KeepGoing) { Session().Connection().SetProgress(std::move(KeepGoing)); }
+void Database::SetProgress(std::function<bool()> KeepGoing)
+{
+    Session().Connection().SetProgress(std::move(KeepGoing));
+}
 
 void Database::SetMaxResultSize(qint64 Bytes) { Session().Connection().SetMaxResultSize(Bytes); }
 

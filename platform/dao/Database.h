@@ -55,7 +55,8 @@ public:
     /// Leaves WAL mode so that the file is complete by itself and may be moved once it is closed.
     void LeaveLog();
 
-    /// Runs an action statement or a saved action query. 3065 for one that gives rows, 3061 with parameters.
+    /// Runs an action statement or a saved action query, also one that defines tables, indexes or constraints. 3065 for
+    /// one that gives rows, 3061 with parameters.
     void Execute(const QString& Sql, ExecuteOption Option = ExecuteOption::FailOnError);
     /// Rows stored, changed or removed by the last Execute; skipped rows do not count.
     int RecordsAffected() const { return m_recordsAffected; }
@@ -72,12 +73,12 @@ public:
     bool InTransaction() const;
 
     /// All tables, hidden ones (Attributes not 0) too, in the order in which they were made.
-    /// Valid until the structure changes.
+    /// With what other programs have made meanwhile. Valid until the structure changes or is asked for again.
     const std::vector<TableDef>& TableDefs();
-    /// 3010 table exists, 3012 query exists, 3264 no fields, 3125 bad name, 3191 field twice, 3409 index of an unknown
-    /// field, 3283, 3284.
+    /// 3010 table exists, 3012 query exists, 3264 no fields, 3125 bad name, 3191 field twice, 3090 two counters, 3409
+    /// index of an unknown field, 3283, 3284.
     void AppendTable(const TableDef& Table);
-    /// 3265 when there is none.
+    /// 3265 when there is none, 3281 while another table refers to it.
     void DeleteTable(const QString& TableName);
     /// 3265 when there is none, 3010 / 3012 when the new name is taken.
     void RenameTable(const QString& OldName, const QString& NewName);

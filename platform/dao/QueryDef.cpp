@@ -22,10 +22,23 @@ void QueryDef::SetSql(const QString& Sql)
     jetsql::Shape shape = jetsql::TakeShape(Sql);
     m_owner.Session().Compile(shape);
     if (!m_name.isEmpty())
-        m_owner.Session().QueriesToChange().SaveQuery(m_name, Sql);
+        Save(Sql, shape);
     m_sql = Sql;
     m_shape = std::move(shape);
     m_values.clear();
+}
+
+// Only with the new text in place does it show that a query reads itself.
+void QueryDef::Save(const QString& Sql, const jetsql::Shape& Shape)
+{
+    CSession& session = m_owner.Session();
+    session.QueriesToChange().SaveQuery(m_name, Sql);
+    try {
+        session.Compile(Shape);
+    } catch (const Error&) {
+        session.QueriesToChange().SaveQuery(m_name, m_sql);
+        throw;
+    }
 }
 
 std::shared_ptr<const jetsql::Statement> QueryDef::Statement() { return m_owner.Session().Compile(m_shape); }

@@ -29,7 +29,8 @@ public:
     /// Empty for a query that was not saved.
     const QString& Name() const { return m_name; }
     const QString& Sql() const { return m_sql; }
-    /// Checks the statement and, for a saved query, stores it. Parameter values are forgotten.
+    /// Checks the statement and, for a saved query, stores it; 3102 when it would read itself. Parameter values are
+    /// forgotten.
     void SetSql(const QString& Sql);
 
     QueryType Type();
@@ -45,6 +46,7 @@ public:
     int RecordsAffected() const { return m_recordsAffected; }
 
 private:
+    void Save(const QString& Sql, const jetsql::Shape& Shape);
     std::shared_ptr<const jetsql::Statement> Statement();
     std::vector<Value> FilledParameters(const jetsql::Statement& Statement) const;
 

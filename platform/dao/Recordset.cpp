@@ -153,9 +153,29 @@ void Recordset::BeginEdit(EditMode Mode)
     m_editMode = Mode;
 }
 
-void Recordset::AddNew() { BeginEdit(EditMode::Add); }
+void Recordset::AddNew()
+{
+    BeginEdit(EditMode::Add);
+    if (Counter() >= 0)
+        m_edit[size_t(Counter())] = NextNumber();
+}
 
 void Recordset::Edit() { BeginEdit(EditMode::Edit); }
+
+namespace
+{
+
+/// Assigned to a field, a number that does not fit is a value of the wrong type like any other.
+Value Converted(const Value& NewValue, FieldType Type)
+{
+    try {
+        return mdlValues::ConvertTo(Type, NewValue);
+    } catch (const Error&) {
+        throw jetsql::MakeError(3421);
+    }
+}
+
+} // namespace
 
 void Recordset::Set(int Field, const Value& NewValue)
 {
@@ -165,8 +185,11 @@ void Recordset::Set(int Field, const Value& NewValue)
         throw jetsql::MakeError(3020);
     if (column.SourceField.isEmpty())
         throw jetsql::MakeError(3327, {column.Name});
-    Value value = mdlValues::ConvertTo(column.Type, NewValue);
-    if (column.Size > 0 && jetsql::IsText(value.Type()) && value.TextRef().size() > column.Size)
+    if (Field == Counter() && m_editMode == EditMode::Edit)
+        throw jetsql::MakeError(3113, {column.Name});
+    Value value = Converted(NewValue, column.Type);
+    const qsizetype size = jetsql::IsBytes(value.Type()) ? value.BytesRef().size() : value.TextRef().size();
+    if (column.Size > 0 && size > column.Size)
         throw jetsql::MakeError(3163);
     m_edit[size_t(Field)] = std::move(value);
 }

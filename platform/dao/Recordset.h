@@ -62,12 +62,13 @@ public:
     QString Text(int Field) const;
     bool IsNull(int Field) const;
 
-    /// Begins a new row: every field Null, a Boolean False. Stored by Update.
+    /// Begins a new row: every field Null, a Boolean False, a counter its next number. Stored by Update.
     void AddNew();
     /// Begins to change the current row.
     void Edit();
     /// Gives a field of the pending edit a value. 3020 without an edit, 3421 when it does not convert to the field's
-    /// type, 3163 when it is longer than the field, 3327 for an expression.
+    /// type, 3163 when it is longer than the field, 3327 for an expression, 3113 for the counter of
+    /// a row that is there.
     void Set(int Field, const Value& NewValue);
     void Set(QStringView Name, const Value& NewValue) { Set(FieldIndex(Name), NewValue); }
     /// Stores the pending edit; after AddNew the row that was current is current again. When a rule refuses the row
@@ -121,6 +122,9 @@ protected:
     virtual double StoredDouble(int Field) const { return Stored(Field).ToDouble(); }
     virtual QString StoredText(int Field) const { return Stored(Field).ToText(); }
     virtual bool StoredNull(int Field) const { return Stored(Field).IsNull(); }
+    /// The field that counts by itself, -1 where there is none, and the number that a new row is going to get.
+    virtual int Counter() const { return -1; }
+    virtual Value NextNumber() { return {}; }
     /// Writing hooks; the defaults cannot be reached, as RequireEditable throws.
     virtual void StoreChanges(const EditBuffer& Changes);
     virtual void StoreNew(const EditBuffer& Fields);

@@ -6,7 +6,10 @@
 #include "platform/dao/FieldTypes.h"
 #include "platform/text/Fold.h"
 
+#include <QByteArrayList>
 #include <QSet>
+
+#include <algorithm>
 
 namespace dao::mdlSchemaText
 {
@@ -19,15 +22,6 @@ namespace
 constexpr int MaxNameSize = 64;
 constexpr size_t MaxFields = 255;
 constexpr size_t MaxIndexes = 32;
-constexpr qsizetype MaxIndexFields = 10;
-
-QByteArray QuotedList(const QStringList& Names)
-{
-    QByteArray list;
-    for (const QString& name : Names)
-        list += (list.isEmpty() ? "" : ", ") + Quoted(name);
-    return list;
-}
 
 void RequireSoundField(const FieldDef& Field)
 {
@@ -51,6 +45,10 @@ void RequireSoundFields(const TableDef& Table)
             throw jetsql::MakeError(3191);
         names.insert(text::Fold(field.Name));
     }
+    const auto counters = std::count_if(Table.Fields.begin(), Table.Fields.end(),
+                                        [](const FieldDef& field) { return field.AutoIncrement; });
+    if (counters > 1)
+        throw jetsql::MakeError(3090);
 }
 
 void RequireSoundIndex(const TableDef& Table, const IndexDef& Index)
@@ -83,45 +81,73 @@ void RequireSoundIndexes(const TableDef& Table)
     }
 }
 
-const IndexDef* PrimaryIndex(const TableDef& Table)
-{
-    for (const IndexDef& index : Table.Indexes) {
-        if (index.Primary)
-            return &index;
-    }
-    return nullptr;
-}
-
-bool IsKeyField(const TableDef& Table, const FieldDef& Field)
-{
-    const IndexDef* primary = PrimaryIndex(Table);
-    return primary && primary->Fields.contains(Field.Name);
-}
+bool Holds(const IndexDef* Index, const FieldDef& Field) { return Index && Index->Fields.contains(Field.Name); }
 
 QByteArray NullRule(const TableDef& Table, const FieldDef& Field)
 {
     // A Boolean has no Null: what is not given, or given as Null, is False.
     if (Field.Type == FieldType::Boolean)
         return " NOT NULL ON CONFLICT REPLACE DEFAULT 0";
-    return Field.Required || IsKeyField(Table, Field) ? " NOT NULL" : "";
+    const bool isInnerKey = HasInnerPrimary(Table) && Holds(Table.Primary(), Field);
+    return Field.Required || isInnerKey ? " NOT NULL" : "";
+}
+
+QByteArray Column(const TableDef& Table, const FieldDef& Field)
+{
+    // Only under this name of its type does SQLite take a field for its row number.
+    if (Field.AutoIncrement)
+        return Quoted(Field.Name) + " INTEGER PRIMARY KEY AUTOINCREMENT";
+    return Quoted(Field.Name) + ' ' + mdlFieldTypes::Declared(Field).toLatin1() + NullRule(Table, Field);
 }
 
 QByteArray Rule(int Number, const FieldDef& Field, const QByteArray& Condition)
 {
     const QString name = QString::number(Number) + u' ' + Field.Name;
-    return ",\n  CONSTRAINT " + Quoted(name) + " CHECK (" + Condition + ")";
+    return "CONSTRAINT " + Quoted(name) + " CHECK (" + Condition + ")";
 }
 
-QByteArray FieldRules(const FieldDef& Field)
+QByteArrayList FieldRules(const FieldDef& Field)
 {
-    QByteArray rules;
+    QByteArrayList rules;
     const QByteArray name = Quoted(Field.Name);
     const int size = Field.Size > 0 ? Field.Size : mdlFieldTypes::MaxTextSize;
+    if (Field.AutoIncrement)
+        rules += Rule(3349, Field, name + " BETWEEN -2147483648 AND 2147483647");
     if (Field.Type == FieldType::Text)
         rules += Rule(3163, Field, "length(CAST(" + name + " AS BLOB)) <= " + QByteArray::number(size * 2));
+    if (Field.Type == FieldType::Binary)
+        rules += Rule(3163, Field, "length(" + name + ") <= " + QByteArray::number(size));
     if (jetsql::IsText(Field.Type) && !Field.AllowZeroLength)
         rules += Rule(3315, Field, name + " <> ''");
     return rules;
+}
+
+bool IsRefusedByIndex(const TableDef& Table, const FieldDef& Field)
+{
+    const bool isOuterKey = !HasInnerPrimary(Table) && Holds(Table.Primary(), Field);
+    const bool isInRequired = std::any_of(Table.Indexes.begin(), Table.Indexes.end(), [&](const IndexDef& index) {
+        return index.Required && Holds(&index, Field);
+    });
+    return !Field.AutoIncrement && (isOuterKey || isInRequired);
+}
+
+QByteArrayList TableRules(const TableDef& Table)
+{
+    QByteArrayList rules;
+    for (const FieldDef& field : Table.Fields) {
+        rules += FieldRules(field);
+        if (IsRefusedByIndex(Table, field))
+            rules += Rule(3058, field, Quoted(field.Name) + " IS NOT NULL");
+    }
+    return rules;
+}
+
+QByteArray KeyFields(const IndexDef& Index)
+{
+    QByteArrayList fields;
+    for (const QString& field : Index.Fields)
+        fields += Quoted(field) + (Index.Descending.contains(field) ? " DESC" : "");
+    return '(' + fields.join(", ") + ')';
 }
 
 } // namespace
@@ -130,7 +156,9 @@ QByteArray Quoted(QStringView Name) { return '"' + Name.toUtf8().replace('"', "\
 
 void RequireName(const QString& Name)
 {
-    bool isSound = !Name.isEmpty() && Name.size() <= MaxNameSize && !Name.startsWith(u' ');
+    // SQLite keeps names that begin like its own for itself.
+    bool isSound = !Name.isEmpty() && Name.size() <= MaxNameSize && !Name.startsWith(u' ') && Name.isValidUtf16() &&
+                   !Name.startsWith(u"sqlite_"_s, Qt::CaseInsensitive);
     for (const QChar unit : Name)
         isSound = isSound && unit >= u' ' && !u".![]`"_s.contains(unit);
     if (!isSound)
@@ -149,28 +177,43 @@ TableDef WithFieldNames(TableDef Table)
     for (IndexDef& index : Table.Indexes) {
         for (QString& field : index.Fields)
             field = Table.FindField(field)->Name;
+        for (QString& field : index.Descending)
+            field = Table.FindField(field)->Name;
     }
     return Table;
 }
 
+bool HasInnerPrimary(const TableDef& Table)
+{
+    const FieldDef* counter = Table.Counter();
+    const IndexDef* primary = Table.Primary();
+    return primary && (!counter || (primary->Fields.size() == 1 && Holds(primary, *counter)));
+}
+
 QByteArray CreateTable(const TableDef& Table)
 {
-    QByteArray fields;
-    QByteArray rules;
-    for (const FieldDef& field : Table.Fields) {
-        fields += (fields.isEmpty() ? "\n  " : ",\n  ") + Quoted(field.Name) + ' ' +
-                  mdlFieldTypes::Declared(field).toLatin1() + NullRule(Table, field);
-        rules += FieldRules(field);
-    }
-    if (const IndexDef* primary = PrimaryIndex(Table))
-        rules += ",\n  CONSTRAINT " + Quoted(primary->Name) + " PRIMARY KEY (" + QuotedList(primary->Fields) + ")";
-    return "CREATE TABLE " + Quoted(Table.Name) + " (" + fields + rules + "\n)";
+    QByteArrayList parts;
+    for (const FieldDef& field : Table.Fields)
+        parts += Column(Table, field);
+    parts += TableRules(Table);
+    if (HasInnerPrimary(Table) && !Table.Counter())
+        parts += "CONSTRAINT " + Quoted(Table.Primary()->Name) + " PRIMARY KEY " + KeyFields(*Table.Primary());
+    return "CREATE TABLE " + Quoted(Table.Name) + " (\n  " + parts.join(",\n  ") + "\n)";
+}
+
+QByteArray AddField(const QString& Table, const FieldDef& Field)
+{
+    return "ALTER TABLE " + Quoted(Table) + " ADD COLUMN " + Column({}, Field) + ' ' + FieldRules(Field).join(' ');
 }
 
 QByteArray CreateIndex(const QString& Table, const IndexDef& Index, const QString& FileName)
 {
-    const QByteArray kind = Index.Unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
-    return kind + Quoted(FileName) + " ON " + Quoted(Table) + " (" + QuotedList(Index.Fields) + ")";
+    QByteArrayList conditions;
+    for (const QString& field : Index.Fields)
+        conditions += Quoted(field) + " IS NOT NULL";
+    const QByteArray kind = Index.Unique || Index.Primary ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
+    const QByteArray where = Index.IgnoreNull ? " WHERE " + conditions.join(" AND ") : QByteArray();
+    return kind + Quoted(FileName) + " ON " + Quoted(Table) + ' ' + KeyFields(Index) + where;
 }
 
 } // namespace dao::mdlSchemaText

@@ -43,9 +43,19 @@ Error RuleBroken(sqlite3* Connection)
     const QString rule = LastMessage(Connection).section(u": "_s, 1);
     const int number = rule.section(u' ', 0, 0).toInt();
     const QString field = rule.section(u' ', 1);
-    if (number == 3163 || number == 3315)
+    if (number == 3163 || number == 3315 || number == 3058 || number == 3349)
         return jetsql::MakeError(number, {field});
     return jetsql::MakeError(3317, {field, rule});
+}
+
+/// "3201 Table": so our triggers say which other table stands against it.
+Error TriggerRefused(sqlite3* Connection)
+{
+    const QString reason = LastMessage(Connection);
+    const int number = reason.section(u' ', 0, 0).toInt();
+    if (number == 3200 || number == 3201)
+        return jetsql::MakeError(number, {reason.section(u' ', 1)});
+    return jetsql::MakeError(3317, {QString(), reason});
 }
 
 Error FromConstraint(sqlite3* Connection, int ExtendedCode)
@@ -55,6 +65,8 @@ Error FromConstraint(sqlite3* Connection, int ExtendedCode)
         return NullRefused(Connection);
     case SQLITE_CONSTRAINT_CHECK:
         return RuleBroken(Connection);
+    case SQLITE_CONSTRAINT_TRIGGER:
+        return TriggerRefused(Connection);
     case SQLITE_CONSTRAINT_FOREIGNKEY:
         return jetsql::MakeError(3201);
     case SQLITE_CONSTRAINT_DATATYPE:
@@ -64,11 +76,21 @@ Error FromConstraint(sqlite3* Connection, int ExtendedCode)
     }
 }
 
+/// "no such table: main.Name", where a recordset or another program's change outlived a table or a field.
+Error GoneMeanwhile(const QString& Message)
+{
+    if (Message.startsWith(u"no such table: "_s))
+        return jetsql::MakeError(3078, {Message.section(u": "_s, 1).remove(u"main."_s)});
+    return Message.contains(u"no such column: "_s) ? jetsql::MakeError(3018) : Error();
+}
+
 /// A function of a statement that fails says so in words that only the compiler of statements can read.
 Error FromFunction(sqlite3* Connection)
 {
     const QString message = LastMessage(Connection);
     Error error = jetsql::FunctionError(message);
+    if (error.Number == 0)
+        error = GoneMeanwhile(message);
     if (error.Number == 0) {
         error = jetsql::MakeError(3000);
         error.Source = message;

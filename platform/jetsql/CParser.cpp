@@ -28,7 +28,7 @@ constexpr TypeWord TypeWords[]{
     {"INTEGER1"_L1, FieldType::Byte}, {"TINYINT"_L1, FieldType::Byte}, {"SHORT"_L1, FieldType::Integer},
     {"INTEGER2"_L1, FieldType::Integer}, {"SMALLINT"_L1, FieldType::Integer}, {"LONG"_L1, FieldType::Long},
     {"INT"_L1, FieldType::Long}, {"INTEGER"_L1, FieldType::Long}, {"INTEGER4"_L1, FieldType::Long},
-    {"COUNTER"_L1, FieldType::Long}, {"AUTOINCREMENT"_L1, FieldType::Long},
+    {"COUNTER"_L1, FieldType::Long}, {"AUTOINCREMENT"_L1, FieldType::Long}, {"IDENTITY"_L1, FieldType::Long},
     {"CURRENCY"_L1, FieldType::Currency}, {"MONEY"_L1, FieldType::Currency}, {"SINGLE"_L1, FieldType::Single},
     {"FLOAT4"_L1, FieldType::Single}, {"IEEESINGLE"_L1, FieldType::Single}, {"REAL"_L1, FieldType::Single},
     {"DOUBLE"_L1, FieldType::Double}, {"FLOAT"_L1, FieldType::Double}, {"FLOAT8"_L1, FieldType::Double},
@@ -39,7 +39,7 @@ constexpr TypeWord TypeWords[]{
     {"CHAR"_L1, FieldType::Text}, {"CHARACTER"_L1, FieldType::Text}, {"STRING"_L1, FieldType::Text},
     {"VARCHAR"_L1, FieldType::Text}, {"LONGTEXT"_L1, FieldType::Memo}, {"LONGCHAR"_L1, FieldType::Memo},
     {"MEMO"_L1, FieldType::Memo}, {"NOTE"_L1, FieldType::Memo}, {"LONGBINARY"_L1, FieldType::LongBinary},
-    {"GENERAL"_L1, FieldType::LongBinary}, {"OLEOBJECT"_L1, FieldType::LongBinary},
+    {"GENERAL"_L1, FieldType::LongBinary}, {"OLEOBJECT"_L1, FieldType::LongBinary}, {"IMAGE"_L1, FieldType::LongBinary},
     {"GUID"_L1, FieldType::Guid}, {"VALUE"_L1, FieldType::Null}};
 
 }

@@ -24,6 +24,9 @@ public:
 
     Statement Write(const Tree& Bound);
 
+    /// For an object of its own: the rows of an action and the names of the fields that get their values; see Statement.
+    std::shared_ptr<const Statement> WriteActionRows(const Tree& Bound, std::vector<QString>& Fields);
+
 private:
     /// How close the outermost operation of a piece of SQL binds, in SQLite's ranks.
     enum class Rank : quint8 { Or, And, Not, Equal, Order, Sum, Product, Concat, Collate, Sign, Atom };
@@ -53,6 +56,11 @@ private:
     void WriteDelete(const Tree& Bound, Statement& To);
     QByteArray Stored(const Expr& Value, const FieldInfo& Field);
     QByteArray Condition(const ExprPtr& Where);
+
+    // Rows of action statements (CWriterRows.cpp)
+    void WriteAppendRows(const Tree& Bound, Statement& To, std::vector<QString>& Fields);
+    void WriteChangedRows(const Tree& Bound, Statement& To, std::vector<QString>& Fields);
+    static const TableRef& ChangedTable(const Tree& Bound, const std::vector<TableRef*>& Tables);
 
     // Queries (CWriterQuery.cpp)
     QByteArray Derived(const Query& Source, bool IsSorted = false);

@@ -4,6 +4,7 @@
 #include "platform/jetsql/Compile.h"
 
 #include "platform/jetsql/CBinder.h"
+#include "platform/jetsql/CDefinitionParser.h"
 #include "platform/jetsql/CParser.h"
 #include "platform/jetsql/CTokens.h"
 #include "platform/jetsql/CWriter.h"
@@ -35,11 +36,27 @@ Tree SourceTree(const CTokens& Tokens)
     return tree;
 }
 
+// A definition names what is not there yet: nothing is looked up before it runs.
+Statement CompiledDefinition(const CTokens& Tokens)
+{
+    Statement statement;
+    statement.Type = QueryType::Ddl;
+    statement.Ddl = std::make_shared<const Definition>(CDefinitionParser(Tokens).Statement());
+    return statement;
+}
+
+bool IsDefinition(Keyword First)
+{
+    return First == Keyword::Create || First == Keyword::Alter || First == Keyword::Drop;
+}
+
 Statement CompileTree(Tree& Parsed, const CTokens& Tokens, const Catalog& Names)
 {
     CBinder binder(Names, Tokens);
     binder.Bind(Parsed);
-    return CWriter(binder).Write(Parsed);
+    Statement statement = CWriter(binder).Write(Parsed);
+    statement.Rows = CWriter(binder).WriteActionRows(Parsed, statement.TargetFields);
+    return statement;
 }
 
 // The text of a saved query that EXECUTE names; what is wrong in it is wrong with its name.
@@ -51,6 +68,8 @@ Statement CompileNamed(const Tree& Call, const CTokens& Tokens, const Catalog& N
         throw MakeError(3078, {Call.Target}, offset);
     try {
         const CTokens inner(TakeShape(*text));
+        if (IsDefinition(inner[0].Key))
+            return CompiledDefinition(inner);
         Tree tree = CParser(inner, true).Statement();
         if (tree.Type == QueryType::Procedure)
             throw MakeError(3102, {Call.Target});
@@ -87,6 +106,7 @@ Statement CompileCall(const Tree& Call, const CTokens& Tokens, const Catalog& Na
     for (Binding& binding : statement.Bindings)
         if (binding.Source == Binding::Parameter)
             binding = {given[size_t(binding.Index)].Source, given[size_t(binding.Index)].Index, binding.As};
+    statement.Rows.reset();   // they take their parameters otherwise
     return statement;
 }
 
@@ -95,6 +115,8 @@ Statement CompileCall(const Tree& Call, const CTokens& Tokens, const Catalog& Na
 std::shared_ptr<const Statement> Compile(const Shape& Taken, const Catalog& Names)
 {
     const CTokens tokens(Taken);
+    if (IsDefinition(tokens[0].Key) && tokens.Count() > 2)
+        return std::make_shared<const Statement>(CompiledDefinition(tokens));
     Tree tree = IsSourceName(tokens, Names) ? SourceTree(tokens) : CParser(tokens).Statement();
     const bool isCall = tree.Type == QueryType::Procedure;
     auto statement = std::make_shared<Statement>(isCall ? CompileCall(tree, tokens, Names) : CompileTree(tree, tokens, Names));

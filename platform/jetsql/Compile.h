@@ -100,6 +100,10 @@ struct Statement
     std::vector<QString> Sources;           ///< every table read or written, each once
     bool UsesQueries = false;               ///< a saved query's text is part of it: stale when that query changes
     int LiteralCount = 0;
+    /// Of an Append, Update or Delete of one table: what it changes, for whoever takes the rows one by one. A row is the
+    /// new values as they are before they are converted to TargetFields, after the row's number where it is there already.
+    std::shared_ptr<const Statement> Rows;
+    std::vector<QString> TargetFields;
 };
 
 /// What makes two statements the same but for their constants.

@@ -278,7 +278,8 @@ void tst_DaoTables::TablesOfAnotherProgram()
              QString());
     const auto db = Database::Open(Path(u"a.mdb"_s));
     QCOMPARE(Described(db->TableDefs().front()),
-             u"t 0; a 4 0; b 10 20 empty; c 12 0 empty; d 7 0; e 11 0; f 12 0 empty; g 8 0 required; t_b(b)"_s);
+             u"t 0; a 4 0; b 10 20 empty; c 12 0 empty; d 7 0; e 11 0; f 12 0 empty; g 8 0 required; "
+             "PrimaryKey(a) primary unique; t_b(b)"_s);
     db->AppendTable(Letters());
     QVERIFY(db->TableDefs().front().FindIndex(u"t_b"));
 }
