@@ -129,17 +129,19 @@ void CShell::Schema(const QString& Name)
     if (const auto query = wanted.isEmpty() ? nullptr : Database().FindQueryDef(wanted))
         return m_output.Text(query->Sql() + u";\n"_s, u"sql"_s, query->Sql());
     QString sql;
+    QString keys;
     QJsonArray json;
     for (const dao::TableDef& table : Database().TableDefs()) {
         const bool isWanted = wanted.isEmpty() ? table.Attributes == 0 : text::EqualText(table.Name, wanted);
         if (!isWanted)
             continue;
         sql += mdlSchema::Sql(table);
+        keys += mdlSchema::ForeignKeys(table);
         json.append(mdlSchema::Json(table));
     }
     if (!wanted.isEmpty() && json.isEmpty())
         throw jetsql::MakeError(3078, {wanted});
-    m_output.Text(sql, u"schema"_s, json);
+    m_output.Text(sql + keys, u"schema"_s, json);
 }
 
 void CShell::Queries()

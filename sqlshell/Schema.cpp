@@ -53,20 +53,38 @@ QString TypeWord(dao::FieldType Type)
 QString FieldSql(const dao::FieldDef& Field)
 {
     const QString size = Field.Size > 0 ? u"(%1)"_s.arg(Field.Size) : QString();
-    return Quoted(Field.Name) + u' ' + TypeWord(Field.Type) + size + (Field.Required ? u" NOT NULL"_s : QString());
+    const QString type = Field.AutoIncrement ? u"COUNTER"_s : TypeWord(Field.Type) + size;
+    return Quoted(Field.Name) + u' ' + type + (Field.Required ? u" NOT NULL"_s : QString());
 }
 
-QString FieldList(const dao::IndexDef& Index)
+QString NameList(const QStringList& Names, const QStringList& Descending = {})
 {
     QStringList names;
-    std::transform(Index.Fields.begin(), Index.Fields.end(), std::back_inserter(names), Quoted);
+    for (const QString& name : Names)
+        names.append(Quoted(name) + (Descending.contains(name) ? u" DESC"_s : QString()));
     return u'(' + names.join(u", "_s) + u')';
 }
 
+/// The primary key belongs into the table's statement unless only an index can say its order.
+bool IsConstraint(const dao::IndexDef& Index) { return Index.Primary && Index.Descending.isEmpty(); }
+
 QString IndexSql(const dao::IndexDef& Index, const QString& TableName)
 {
-    return u"CREATE %1INDEX %2 ON %3 %4;\n"_s.arg(Index.Unique ? u"UNIQUE "_s : QString(), Quoted(Index.Name),
-                                                  Quoted(TableName), FieldList(Index));
+    const QString with = Index.Primary      ? u" WITH PRIMARY"_s
+                         : Index.Required   ? u" WITH DISALLOW NULL"_s
+                         : Index.IgnoreNull ? u" WITH IGNORE NULL"_s
+                                            : QString();
+    const QString kind = Index.Unique && !Index.Primary ? u"UNIQUE INDEX"_s : u"INDEX"_s;
+    return u"CREATE %1 %2 ON %3 %4%5;\n"_s.arg(kind, Quoted(Index.Name), Quoted(TableName),
+                                               NameList(Index.Fields, Index.Descending), with);
+}
+
+/// Foreign keys come last and on their own: the other table may stand further down.
+QString ForeignKeySql(const dao::ConstraintDef& Key, const QString& TableName)
+{
+    return u"ALTER TABLE %1 ADD CONSTRAINT %2 FOREIGN KEY %3 REFERENCES %4 %5;\n"_s.arg(
+        Quoted(TableName), Quoted(Key.Name), NameList(Key.Fields), Quoted(Key.ForeignTable),
+        NameList(Key.ForeignFields));
 }
 
 } // namespace
@@ -85,12 +103,22 @@ QString Sql(const dao::TableDef& Table)
     std::transform(Table.Fields.begin(), Table.Fields.end(), std::back_inserter(lines), FieldSql);
     QString indexes;
     for (const dao::IndexDef& index : Table.Indexes) {
-        if (index.Primary)
-            lines.append(u"CONSTRAINT %1 PRIMARY KEY %2"_s.arg(Quoted(index.Name), FieldList(index)));
+        if (IsConstraint(index))
+            lines.append(u"CONSTRAINT %1 PRIMARY KEY %2"_s.arg(Quoted(index.Name), NameList(index.Fields)));
         else
             indexes += IndexSql(index, Table.Name);
     }
     return u"CREATE TABLE %1 (\n  "_s.arg(Quoted(Table.Name)) + lines.join(u",\n  "_s) + u"\n);\n"_s + indexes;
+}
+
+QString ForeignKeys(const dao::TableDef& Table)
+{
+    QString sql;
+    for (const dao::ConstraintDef& constraint : Table.Constraints) {
+        if (constraint.What == dao::ConstraintDef::Kind::Foreign)
+            sql += ForeignKeySql(constraint, Table.Name);
+    }
+    return sql;
 }
 
 QJsonObject Json(const dao::TableDef& Table)
@@ -101,6 +129,7 @@ QJsonObject Json(const dao::TableDef& Table)
                                   {u"type"_s, TypeWord(field.Type)},
                                   {u"size"_s, field.Size},
                                   {u"required"_s, field.Required},
+                                  {u"counter"_s, field.AutoIncrement},
                                   {u"zeroLength"_s, field.AllowZeroLength},
                                   {u"description"_s, field.Description}});
     }

@@ -13,6 +13,8 @@ namespace sqlshell::mdlSchema
 
 /// CREATE TABLE and CREATE INDEX statements, each ended with ";" and a line end.
 QString Sql(const dao::TableDef& Table);
+/// The statements that add its foreign keys, to be run when all tables are there.
+QString ForeignKeys(const dao::TableDef& Table);
 
 /// The same for programs, with what no statement can say (zero-length texts, descriptions).
 QJsonObject Json(const dao::TableDef& Table);

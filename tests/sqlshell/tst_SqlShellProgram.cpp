@@ -40,6 +40,7 @@ private Q_SLOTS:
     void RunsBesideOthers();
     void EndsWithItsReader();
     void EndsOnInterrupt();
+    void RepeatsItsOwnSchema();
 
 private:
     struct Outcome
@@ -349,6 +350,19 @@ void tst_SqlShellProgram::EndsOnInterrupt()
     const auto database = dao::Database::Open(m_file);
     QCOMPARE(Rows(*database, u"SELECT Count(*), Max(Subject) FROM Message"_s), QStringList{u"11|x"_s});
     QCOMPARE(Rows(*database, u"SELECT Count(*) FROM Mark"_s), QStringList{u"4"_s});
+}
+
+void tst_SqlShellProgram::RepeatsItsOwnSchema()
+{
+    QCOMPARE(Run({m_file}, "CREATE TABLE 宛先 (番号 COUNTER CONSTRAINT 主 PRIMARY KEY, [群 れ] LONG NOT NULL);"
+                           "CREATE UNIQUE INDEX 順 ON 宛先 ([群 れ] DESC, 番号) WITH IGNORE NULL;"
+                           "ALTER TABLE 宛先 ADD CONSTRAINT 印 FOREIGN KEY ([群 れ]) REFERENCES Mark (ID);").Messages,
+             QByteArray());
+    const QByteArray schema = Run({m_file, u".schema"_s}).Out;
+    QVERIFY(schema.contains("CREATE INDEX IDX1 ON Message (RootThread);") && schema.contains("[Table] TEXT(255)"));
+    const Outcome made = Run({u"copy.mdb"_s, u"--create"_s}, schema);
+    QCOMPARE(made.Messages, QByteArray());
+    QCOMPARE(Run({u"copy.mdb"_s, u".schema"_s}).Out, schema);
 }
 
 QTEST_GUILESS_MAIN(tst_SqlShellProgram)
