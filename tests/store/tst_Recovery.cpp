@@ -34,6 +34,10 @@ void Fill(CStoreFixture& Fixture)
     Fixture.Desk.Expect(u"存在しません"_s);
     const auto db = Fixture.Open();
     db->CreateQueryDef(u"検索"_s, u"SELECT * FROM Message WHERE Mark = 2"_s);
+    db->Execute(u"CREATE TABLE 人 (番号 COUNTER CONSTRAINT PK PRIMARY KEY, 絵 BINARY(4))"_s);
+    db->Execute(u"CREATE TABLE 手紙 (宛先 LONG CONSTRAINT 宛 REFERENCES 人 (番号))"_s);
+    db->Execute(u"INSERT INTO 人 (絵) VALUES ('a')"_s);
+    db->Execute(u"INSERT INTO 手紙 VALUES (1)"_s);
     db->LeaveLog();
     db->Close();
     Fixture.AddMessages(400);
@@ -104,7 +108,13 @@ void tst_Recovery::WholeFile()
         return;
     const QString definitions = u"SELECT type, name, sql FROM sqlite_master ORDER BY type, name"_s;
     QCOMPARE(fixture.Rows(definitions, u"new.mdb"_s), fixture.Rows(definitions));
-    QCOMPARE(dao::Database::Open(fixture.Folder.filePath(u"new.mdb"_s))->QueryDefs(), QStringList({u"検索"_s}));
+    const auto recovered = dao::Database::Open(fixture.Folder.filePath(u"new.mdb"_s));
+    QCOMPARE(recovered->QueryDefs(), QStringList({u"検索"_s}));
+    QCOMPARE(mdlDaoHelpers::Rows(*recovered, u"SELECT 番号, 絵 FROM 人, 手紙 WHERE 番号 = 宛先"_s),
+             QStringList({u"1|0x61"_s}));
+    QCOMPARE(mdlDaoHelpers::ErrorNumber([&] { recovered->Execute(u"INSERT INTO 手紙 VALUES (2)"_s); }), 3201);
+    recovered->Execute(u"INSERT INTO 人 (絵) VALUES ('b')"_s);
+    QCOMPARE(mdlDaoHelpers::Rows(*recovered, u"SELECT Max(番号) FROM 人"_s), QStringList({u"2"_s}));
     QCOMPARE(result.Find(u"Message").Expected, 343);
 }
 

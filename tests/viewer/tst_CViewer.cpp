@@ -198,6 +198,9 @@ void tst_CViewer::RawTable()
     QCOMPARE(F().List(1).Text(3, 3), u"2002/01/15 9:05:00"_s);
     QCOMPARE(F().Host.Count, u"0/5"_s);
     QCOMPARE(F().Host.Body, QStringList());
+    QVERIFY(F().Viewer.LoadList(u"TRANSFORM Count(*) SELECT BBS_ID FROM Message GROUP BY BBS_ID PIVOT Read"_s, 1));
+    QCOMPARE(F().List(1).Headers(), QStringList({u"BBS_ID"_s, u"-1"_s, u"0"_s}));
+    QCOMPARE(F().List(1).Text(0, 2), u"4"_s);
     F().Viewer.ShowList(0);
     QVERIFY(!F().Viewer.IsRawTable());
 }
@@ -245,6 +248,9 @@ void tst_CViewer::Actions_data()
     QTest::newRow("update") << u"UPDATE Message SET Read = True WHERE ID = 2"_s << u"1件更新しました。"_s << 2;
     QTest::newRow("append") << u"INSERT INTO Message(BBS_ID, ID, Read) VALUES(3, 9, False)"_s << u"1件追加しました。"_s
                             << 4;
+    QTest::newRow("make table") << u"SELECT ID INTO 控え FROM Message WHERE ID > 1"_s
+                                << u"テーブルを作成し2件追加しました。"_s << 3;
+    QTest::newRow("definition") << u"CREATE TABLE 控え (a LONG)"_s << u"データ定義を完了しました。"_s << 3;
     QTest::newRow("nothing") << u"DELETE FROM Message WHERE ID = 77"_s << u"0件削除しました。"_s << 3;
 }
 
