@@ -241,7 +241,7 @@ void tst_frmSQL::Save_data()
     QTest::newRow("spelled anew") << u"ＡＢＣ"_s << u"既にＡＢＣは存在します。"_s << true << u"ＡＢＣ:SELECT 5"_s;
     QTest::newRow("underscore") << u" _x"_s << u"\"_\"で始まるクエリー名は登録できません。"_s << true << QString();
     QTest::newRow("a table's name") << u"BBS"_s
-                                    << u"実行時エラー '3010':\r\n\r\n"_s << true << QString();
+                                    << u"実行時エラー '3012':\r\n\r\n"_s << true << QString();
 }
 
 void tst_frmSQL::Save()
