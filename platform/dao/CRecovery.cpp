@@ -28,6 +28,9 @@ constexpr quint32 DefinitionsRoot = 1;
 /// type, name, tbl_name, rootpage, sql
 constexpr size_t DefinitionColumns = 5;
 
+/// name, seq
+constexpr size_t CounterColumns = 2;
+
 /// Errors that have nothing to do with the one statement that was tried.
 bool IsFatal(int Number) { return Number == 3026 || Number == 3043 || Number == 3040 || Number == BrokenOff; }
 
@@ -50,6 +53,7 @@ Recovered CRecovery::Run(const std::vector<TableDef>& Known)
     ReadObjects();
     MakeTables(Known);
     ReadTables();
+    ReadCounters();
     CountIndexes();
     ReadStrayPages();
     for (const Place& place : m_tables)
@@ -152,6 +156,39 @@ void CRecovery::ReadTables()
             return true;
         });
         place.Table.AddUnreadablePages(unreadable);
+    }
+}
+
+/// SQLite's own tables are read for their pages' sake too: they are no stray ones.
+void CRecovery::ReadCounters()
+{
+    for (const Object& object : m_objects) {
+        if (object.Type != u"table"_s || object.Root == 0 || !IsInternal(object.Name))
+            continue;
+        const bool holdsCounters = object.Name == u"sqlite_sequence"_s;
+        m_pages.ReadTable(object.Root, [&](const std::optional<CStoredRow>& Row) {
+            if (holdsCounters && Row && !Row->IsCut() && Row->Values().size() == CounterColumns)
+                RaiseCounter(Text(Row->Values()[0]), Row->Values()[1].Integer);
+            return true;
+        });
+    }
+}
+
+/// Numbers that were given out and removed again are not given out a second time.
+void CRecovery::RaiseCounter(const QString& Table, qint64 Last)
+{
+    const bool hasCounters =
+        m_target.RunForNumber("SELECT count(*) FROM sqlite_master WHERE name = 'sqlite_sequence'") > 0;
+    if (!HasTable(Table) || !hasCounters)
+        return;
+    const Value name = Value::FromText(Table);
+    for (const char* sql : {"INSERT INTO sqlite_sequence (name, seq) SELECT ?1, ?2 "
+                            "WHERE NOT EXISTS (SELECT 1 FROM sqlite_sequence WHERE name = ?1)",
+                            "UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1"}) {
+        CRun run(m_target, sql);
+        run.Bind(1, name);
+        run.BindNumber(2, Last);
+        run.Finish();
     }
 }
 

@@ -44,6 +44,8 @@ private:
     void AddTable(const QString& Name, quint32 Root);
     bool HasTable(const QString& Name) const;
     void ReadTables();
+    void ReadCounters();
+    void RaiseCounter(const QString& Table, qint64 Last);
     void CountIndexes();
     void ReadStrayPages();
     CRecoveredTable* OwnerOf(const std::vector<std::optional<CStoredRow>>& Rows);

@@ -37,6 +37,8 @@ void Fill(CStoreFixture& Fixture)
     db->Execute(u"CREATE TABLE 人 (番号 COUNTER CONSTRAINT PK PRIMARY KEY, 絵 BINARY(4))"_s);
     db->Execute(u"CREATE TABLE 手紙 (宛先 LONG CONSTRAINT 宛 REFERENCES 人 (番号))"_s);
     db->Execute(u"INSERT INTO 人 (絵) VALUES ('a')"_s);
+    db->Execute(u"INSERT INTO 人 (絵) VALUES ('gone')"_s);
+    db->Execute(u"DELETE FROM 人 WHERE 番号 = 2"_s);
     db->Execute(u"INSERT INTO 手紙 VALUES (1)"_s);
     db->LeaveLog();
     db->Close();
@@ -114,7 +116,7 @@ void tst_Recovery::WholeFile()
              QStringList({u"1|0x61"_s}));
     QCOMPARE(mdlDaoHelpers::ErrorNumber([&] { recovered->Execute(u"INSERT INTO 手紙 VALUES (2)"_s); }), 3201);
     recovered->Execute(u"INSERT INTO 人 (絵) VALUES ('b')"_s);
-    QCOMPARE(mdlDaoHelpers::Rows(*recovered, u"SELECT Max(番号) FROM 人"_s), QStringList({u"2"_s}));
+    QCOMPARE(mdlDaoHelpers::Rows(*recovered, u"SELECT Max(番号) FROM 人"_s), QStringList({u"3"_s}));
     QCOMPARE(result.Find(u"Message").Expected, 343);
 }
 
