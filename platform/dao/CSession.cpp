@@ -3,12 +3,12 @@
 
 #include "platform/dao/CSession.h"
 
-#include "platform/dao/CCrosstab.h"
 #include "platform/dao/CDynaset.h"
-#include "platform/dao/CMakeTable.h"
 #include "platform/dao/CRowByRow.h"
 #include "platform/dao/CSnapshot.h"
 #include "platform/dao/CTableRecordset.h"
+#include "platform/dao/Crosstab.h"
+#include "platform/dao/MakeTable.h"
 #include "platform/dao/RunDefinition.h"
 #include "platform/dao/Values.h"
 

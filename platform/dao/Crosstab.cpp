@@ -1,7 +1,7 @@
-// platform/dao/CCrosstab.cpp
+// platform/dao/Crosstab.cpp
 // Finding the columns of a crosstab.
 
-#include "platform/dao/CCrosstab.h"
+#include "platform/dao/Crosstab.h"
 
 namespace dao::mdlCrosstab
 {

@@ -1,8 +1,8 @@
-// platform/dao/CCrosstab.h
+// platform/dao/Crosstab.h
 // Finding the columns of a crosstab.
 
-#ifndef DAO_CCROSSTAB_H
-#define DAO_CCROSSTAB_H
+#ifndef DAO_CROSSTAB_H
+#define DAO_CROSSTAB_H
 
 #include "platform/dao/CSession.h"
 

@@ -1,8 +1,8 @@
-// platform/dao/CMakeTable.h
+// platform/dao/MakeTable.h
 // Storing the rows of a query as a new table.
 
-#ifndef DAO_CMAKETABLE_H
-#define DAO_CMAKETABLE_H
+#ifndef DAO_MAKETABLE_H
+#define DAO_MAKETABLE_H
 
 #include "platform/dao/CSession.h"
 

@@ -1,7 +1,7 @@
-// platform/dao/CMakeTable.cpp
+// platform/dao/MakeTable.cpp
 // Storing the rows of a query as a new table.
 
-#include "platform/dao/CMakeTable.h"
+#include "platform/dao/MakeTable.h"
 
 #include <sqlite3.h>
 
