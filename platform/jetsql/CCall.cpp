@@ -172,4 +172,10 @@ Error FunctionError(QStringView Message)
     return {};
 }
 
+void Require(bool IsRight)
+{
+    if (!IsRight)
+        throw MakeError(5);
+}
+
 }

@@ -71,6 +71,9 @@ private:
     int m_count;
 };
 
+/// Throws Error 5 for an argument that the function has no answer to.
+void Require(bool IsRight);
+
 }
 
 #endif

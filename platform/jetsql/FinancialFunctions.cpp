@@ -15,12 +15,6 @@ namespace jetsql {
 
 namespace {
 
-void Require(bool IsRight)
-{
-    if (!IsRight)
-        throw MakeError(5);
-}
-
 double NumberOr(const CCall& Call, int Index, double Otherwise)
 {
     return Index < Call.Count() ? Call.Number(Index) : Otherwise;

@@ -16,12 +16,6 @@ namespace {
 
 constexpr QStringView Weekdays = u"日月火水木金土";
 
-void Require(bool IsRight)
-{
-    if (!IsRight)
-        throw MakeError(5);
-}
-
 QString Formatted(const Value& Data, const QString& Pattern)
 {
     if (Data.Type() == FieldType::Date)

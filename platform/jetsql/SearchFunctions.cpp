@@ -15,12 +15,6 @@ namespace jetsql {
 
 namespace {
 
-void Require(bool IsRight)
-{
-    if (!IsRight)
-        throw MakeError(5);
-}
-
 // 0 tells every unit apart; 1 and 2 are the order of the database.
 bool IsBinary(const CCall& Call, int Index)
 {

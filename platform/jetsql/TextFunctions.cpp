@@ -18,12 +18,6 @@ namespace jetsql {
 
 namespace {
 
-void Require(bool IsRight)
-{
-    if (!IsRight)
-        throw MakeError(5);
-}
-
 qint64 Length(const CCall& Call)
 {
     QString buffer;
