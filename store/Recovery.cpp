@@ -74,17 +74,25 @@ QString Line(const QString& What, const dao::Recovered::Table& Table)
     return line + u'\n';
 }
 
+/// The layer keeps things in tables of its own, whose names say nothing to the user.
+QString Shown(const QString& Table)
+{
+    if (Table == u"~Queries"_s)
+        return u"保存クエリ"_s;
+    return Table.startsWith(u'~') ? u"テーブルの補助情報"_s : Table + u"テーブル"_s;
+}
+
 QString Losses(const dao::Recovered& Result)
 {
     QStringList lines;
     for (const dao::Recovered::Table& table : Result.Tables) {
         if (table.CutRows > 0)
-            lines.append(u"%1テーブル: %2件は途中までしかありません。"_s.arg(table.Name).arg(table.CutRows));
+            lines.append(u"%1: %2件は途中までしかありません。"_s.arg(Shown(table.Name), QString::number(table.CutRows)));
         if (table.LostRows > 0)
-            lines.append(u"%1テーブル: %2件を読み出せませんでした。"_s.arg(table.Name).arg(table.LostRows));
+            lines.append(u"%1: %2件を読み出せませんでした。"_s.arg(Shown(table.Name), QString::number(table.LostRows)));
         if (table.UnreadablePages > 0)
             lines.append(
-                u"%1テーブル: 壊れたページが%2ページありました。"_s.arg(table.Name).arg(table.UnreadablePages));
+                u"%1: 壊れたページが%2ページありました。"_s.arg(Shown(table.Name), QString::number(table.UnreadablePages)));
     }
     if (!Result.LostObjects.isEmpty())
         lines.append(u"作り直せなかったもの: %1"_s.arg(Result.LostObjects.join(u", "_s)));

@@ -19,6 +19,13 @@ namespace
 
 constexpr int HeaderSize = 100;
 
+/// Every header has these three bytes; a first page that was overwritten has them by chance only, and what else it says
+/// would lead astray.
+bool IsHeader(const QByteArray& Bytes)
+{
+    return Bytes.size() == HeaderSize && (Bytes.startsWith("SQLite format 3") || Bytes.mid(21, 3) == "\x40\x20\x20");
+}
+
 bool IsPageSize(int Size) { return Size >= 512 && Size <= 65536 && (Size & (Size - 1)) == 0; }
 
 } // namespace
@@ -42,7 +49,7 @@ CPageFile::CPageFile(const QString& FileName)
     if (!QFileInfo(FileName).isFile() || !m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         throw jetsql::MakeError(3051, {FileName});
     const QByteArray header = m_file.read(HeaderSize);
-    if (header.size() == HeaderSize)
+    if (IsHeader(header))
         ReadHeader(header);
     m_pageCount = quint32(std::min<qint64>(m_file.size() / m_pageSize, 0xfffffffe));
     if (!m_log.open(QIODevice::ReadOnly))

@@ -159,6 +159,18 @@ std::vector<quint32> CTablePages::StrayPages()
     return pages;
 }
 
+bool CTablePages::HoldsRows()
+{
+    for (quint32 number = 2; number <= m_file.PageCount(); ++number) {
+        if (!m_file.Page(number).startsWith(TableLeaf))
+            continue;
+        const std::vector<std::optional<CStoredRow>> rows = ReadPage(number);
+        if (!rows.empty() && std::all_of(rows.begin(), rows.end(), [](const auto& Row) { return Row.has_value(); }))
+            return true;
+    }
+    return false;
+}
+
 std::vector<std::optional<CStoredRow>> CTablePages::ReadPage(quint32 Number)
 {
     Visit(Number);

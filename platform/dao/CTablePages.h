@@ -29,6 +29,8 @@ public:
     /// Pages with rows that no table has led to: what stood below a damaged page. Free ones are not among them.
     /// To be called when all tables have been read.
     std::vector<quint32> StrayPages();
+    /// Whether a page holds rows and all of them can be read: what tells a damaged database from a file of another kind.
+    bool HoldsRows();
     /// The rows of one page.
     std::vector<std::optional<CStoredRow>> ReadPage(quint32 Number);
 

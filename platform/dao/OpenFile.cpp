@@ -3,6 +3,7 @@
 
 #include "platform/dao/OpenFile.h"
 
+#include "platform/dao/CTablePages.h"
 #include "platform/dao/SqliteErrors.h"
 
 #include <QDir>
@@ -52,6 +53,13 @@ void RequireWholeFile(const QString& FileName, qint64 FileSize, const QByteArray
         throw jetsql::MakeError(3049, {FileName});
 }
 
+/// A database whose first page was overwritten is a damaged one; its rows are there still.
+bool HasLostHeader(const QString& FileName)
+{
+    CPageFile file(FileName);
+    return CTablePages(file).HoldsRows();
+}
+
 void RequireDatabaseFile(const QString& FileName)
 {
     const QFileInfo info(FileName);
@@ -65,7 +73,7 @@ void RequireDatabaseFile(const QString& FileName)
     if (file.error() != QFileDevice::NoError)
         throw jetsql::MakeError(3040);
     if (!header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
-        throw jetsql::MakeError(3343, {FileName});
+        throw jetsql::MakeError(HasLostHeader(FileName) ? 3049 : 3343, {FileName});
     if (header.size() < HeaderSize)
         throw jetsql::MakeError(3049, {FileName});
     RequireWholeFile(FileName, file.size(), header);

@@ -145,6 +145,7 @@ void tst_Recovery::ZeroedPages_data()
     QTest::newRow("a page of messages") << u"name = 'Message' AND path LIKE '/003/'"_s << true;
     QTest::newRow("all indexes") << u"name LIKE 'Message.%' OR name LIKE '%autoindex%'"_s << false;
     QTest::newRow("long bodies") << u"name = 'Message' AND pagetype = 'overflow' AND pageno % 3 = 0"_s << true;
+    QTest::newRow("the first page of all") << u"pageno = 1"_s << false;
     QTest::newRow("definitions") << u"name = 'sqlite_schema' AND path = '/000/'"_s << false;
 }
 
@@ -235,10 +236,13 @@ void tst_Recovery::OfferedAtStart_data()
     QTest::addColumn<Answer>("wanted");
     QTest::addColumn<Answer>("used");
     QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("lost"); // the table whose first page is overwritten
     const QStringList only = {u"log.mdb"_s};
-    QTest::newRow("not wanted") << Answer::No << Answer::No << only;
-    QTest::newRow("not used") << Answer::Yes << Answer::No << QStringList{u"log-recovered.mdb"_s, u"log.mdb"_s};
-    QTest::newRow("used") << Answer::Yes << Answer::Yes << QStringList{u"log.bak"_s, u"log.mdb"_s};
+    QTest::newRow("not wanted") << Answer::No << Answer::No << only << u"Version"_s;
+    QTest::newRow("not used") << Answer::Yes << Answer::No << QStringList{u"log-recovered.mdb"_s, u"log.mdb"_s}
+                              << u"Version"_s;
+    QTest::newRow("used") << Answer::Yes << Answer::Yes << QStringList{u"log.bak"_s, u"log.mdb"_s} << u"Version"_s;
+    QTest::newRow("no header") << Answer::Yes << Answer::Yes << QStringList{u"log.bak"_s, u"log.mdb"_s} << QString();
 }
 
 void tst_Recovery::OfferedAtStart()
@@ -246,16 +250,19 @@ void tst_Recovery::OfferedAtStart()
     QFETCH(Answer, wanted);
     QFETCH(Answer, used);
     QFETCH(QStringList, files);
+    QFETCH(QString, lost);
     CStoreFixture fixture;
     Fill(fixture);
-    const int version = fixture.Rows(u"SELECT rootpage FROM sqlite_master WHERE name = 'Version'"_s)[0].toInt();
+    const QStringList root = fixture.Rows(u"SELECT rootpage FROM sqlite_master WHERE name = '%1'"_s.arg(lost));
     const QStringList before = fixture.Rows(AllMessages);
-    Overwrite(fixture.File, version, QByteArray(PageSize, '\x7f'));
+    Overwrite(fixture.File, root.isEmpty() ? 1 : root[0].toInt(), QByteArray(PageSize, '\x7f'));
     const QByteArray damaged = fixture.Contents();
     fixture.Desk.Expect(u"'%1' を開けません"_s.arg(fixture.File));
     fixture.Desk.Expect(u"log-recovered.mdb に取り出しますか？\n\n元のファイルは変更しません。"_s, wanted);
     if (wanted == Answer::Yes)
-        fixture.Desk.Expect(u"  メッセージ: 343件\n  掲示板: 16件\n  マーク: 4件\n\n  Versionテーブル: 壊れたページ"_s,
+        fixture.Desk.Expect(lost.isEmpty() ? u"  メッセージ: 343件\n"_s
+                                           : u"  メッセージ: 343件\n  掲示板: 16件\n  マーク: 4件\n\n"
+                                             "  Versionテーブル: 壊れたページ"_s,
                             used);
     const auto db = fixture.Open();
     QVERIFY(fixture.Desk.Verify());
