@@ -172,8 +172,8 @@ void CBBS::Cancel()
 void CBBS::InitCancel() { m_state->IsCancel = false; }
 void CBBS::CommitPending() { m_store->CommitPending(); }
 
-void CBBS::SetQueryWatch(QueryWatch* Watch) { m_query->SetWatch(Watch); }
-QueryWatch* CBBS::Watch() const { return m_query->Watch(); }
+void CBBS::SetWatch(WorkWatch* Watch) { m_query->SetWatch(Watch); }
+WorkWatch* CBBS::Watch() const { return m_query->Watch(); }
 
 qint16 CBBS::ExecSQL(const QString& SQLString) { return m_query->ExecSQL(SQLString); }
 qint32 CBBS::SQLType() const { return m_query->SQLType(); }

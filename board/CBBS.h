@@ -17,7 +17,7 @@ class Application;
 class CBlockStore;
 class CPageFetcher;
 class CQueryRunner;
-class QueryWatch;
+class WorkWatch;
 struct CRunState;
 
 namespace dao
@@ -69,8 +69,8 @@ public:
     void CommitPending();
 
     /// Who is told of queries that run, and may stop them; must outlive this object. Null: nobody.
-    void SetQueryWatch(QueryWatch* Watch);
-    QueryWatch* Watch() const;
+    void SetWatch(WorkWatch* Watch);
+    WorkWatch* Watch() const;
 
     /// Runs a statement and gives its query type. Rows are kept until the next query. Parameters are asked from the user;
     /// cancelling one stops the query as error 3059, and so does the watch. Throws dao::Error; the previous result is then gone or kept, never

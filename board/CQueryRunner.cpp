@@ -3,7 +3,7 @@
 
 #include "board/CQueryRunner.h"
 
-#include "board/query_watch.h"
+#include "board/work_watch.h"
 #include "app/Application.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
@@ -69,8 +69,8 @@ qint16 CQueryRunner::RunWatched(dao::QueryDef& Query)
 {
     if (!m_watch)
         return Run(Query);
-    const CWatchedQuery watched(m_watch);
-    m_database->SetProgress([this] { return m_watch->QueryGoesOn(); });
+    const CWatchedWork watched(m_watch, Work::Query);
+    m_database->SetProgress([this] { return m_watch->WorkGoesOn(); });
     const auto noMore = qScopeGuard([database = m_database] { database->SetProgress({}); });
     return Run(Query);
 }

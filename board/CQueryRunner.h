@@ -12,7 +12,7 @@
 #include <optional>
 
 class Application;
-class QueryWatch;
+class WorkWatch;
 
 namespace dao
 {
@@ -30,9 +30,9 @@ public:
 
     /// Closes a previous result and works on Database from here on; it stays the caller's. Null: none.
     void SetDatabase(dao::Database* Database);
-    /// Watches the statements from here on; stays the caller's. Null: nobody does.
-    void SetWatch(QueryWatch* Watch) { m_watch = Watch; }
-    QueryWatch* Watch() const { return m_watch; }
+    /// Watches the long statements from here on; stays the caller's. Null: nobody does.
+    void SetWatch(WorkWatch* Watch) { m_watch = Watch; }
+    WorkWatch* Watch() const { return m_watch; }
 
     qint16 ExecSQL(const QString& SQLString);
     qint32 SQLType() const { return m_sqlType; }
@@ -52,7 +52,7 @@ private:
 
     Application& m_app;
     dao::Database* m_database = nullptr;
-    QueryWatch* m_watch = nullptr;
+    WorkWatch* m_watch = nullptr;
     std::unique_ptr<dao::Recordset> m_recordset;
     qint32 m_sqlType = 1;
     qint32 m_count = 0;

@@ -16,7 +16,7 @@
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CMessagePane.h"
-#include "mainwin/CQueryProgress.h"
+#include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CToolbar.h"
 #include "platform/desktop/Geometry.h"
@@ -164,11 +164,11 @@ void frmView::ConnectBoard()
 
 void frmView::ConnectQueries()
 {
-    m_query = new CQueryProgress(this);
-    connect(m_query, &CQueryProgress::Began, this, &frmView::OnQueryBegan);
-    connect(m_query, &CQueryProgress::Told, this, &frmView::SetStatus);
-    connect(m_query, &CQueryProgress::Ended, this, &frmView::OnQueryEnded);
-    m_bbs->SetQueryWatch(m_query);
+    m_work = new CWorkProgress(this);
+    connect(m_work, &CWorkProgress::Began, this, &frmView::OnWorkBegan);
+    connect(m_work, &CWorkProgress::Told, this, &frmView::SetStatus);
+    connect(m_work, &CWorkProgress::Ended, this, &frmView::OnWorkEnded);
+    m_bbs->SetWatch(m_work);
 }
 
 void frmView::ConnectMenus()
@@ -330,7 +330,7 @@ void frmView::CloseBoxes()
 
 void frmView::CancelRun()
 {
-    m_query->Cancel();
+    m_work->Cancel();
     if (m_dialog->IsLoad()) {
         m_dialog->SetIsNextBBS(false);
         m_dialog->close();

@@ -23,7 +23,7 @@ class CListView;
 class CLoadDrivers;
 class CMenuSet;
 class CMessagePane;
-class CQueryProgress;
+class CWorkProgress;
 class CMRUCombo;
 class CStatusPanels;
 class CToolbar;
@@ -191,10 +191,10 @@ private:
     void CloseWindow() override;
     QWidget* DialogOwner() override { return this; }
 
-    // Queries
-    void OnQueryBegan();
-    void OnQueryEnded(bool IsCancelled);
-    bool IsStatementWorking() const;
+    // Long work
+    void OnWorkBegan();
+    void OnWorkEnded(bool IsCancelled);
+    bool IsWorking() const;
 
     // Board access
     void OnAddMessage(const CMessage& Msg);
@@ -223,7 +223,7 @@ private:
     QTimer* m_tmrBlinkIcon = nullptr;
     QTimer* m_tmrCloseBoxes = nullptr;
     QTimer* m_tmrEnabled = nullptr; // UpdateEnabled is due
-    CQueryProgress* m_query = nullptr;
+    CWorkProgress* m_work = nullptr;
     BusyState m_busy = BusyState::None;
     BusyState m_busyBefore = BusyState::None; // a receive may be under way when a query takes long
     int m_styleBefore = 0;                    // of the status bar, as the text
@@ -240,7 +240,7 @@ private:
 
 template<typename Function> void frmView::Perform(Function Action)
 {
-    if (m_isClosing || IsStatementWorking())
+    if (m_isClosing || IsWorking())
         return;
     ++m_commandDepth;
     try {

@@ -12,7 +12,7 @@
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CMessagePane.h"
-#include "mainwin/CQueryProgress.h"
+#include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CToolbar.h"
 #include "mainwin/mdlErrorLog.h"
@@ -33,6 +33,24 @@ namespace
 
 constexpr int NormalFrame = 4; // SMALLICON4
 
+bool IsSearch(Work What) { return What == Work::Query || What == Work::Find; }
+
+QString CancelledText(Work What)
+{
+    switch (What) {
+    case Work::Query:
+    case Work::Find:
+        return u"検索を中止しました。"_s;
+    case Work::Sort:
+        return u"並べ替えを中止しました。"_s;
+    case Work::Change:
+        return u"変更を中止しました。メッセージの状態は元のままです。"_s;
+    case Work::Delete:
+        return u"削除を中止しました。メッセージはどれも削除されていません。"_s;
+    }
+    return {};
+}
+
 } // namespace
 
 // State
@@ -51,6 +69,10 @@ mdlEnabling::WindowFacts frmView::Facts() const
         const CMessage& selected = list.Item(list.SelectedRanges().front().First).Message;
         facts.IsRead = selected.Read;
         facts.IsReply = selected.InReplyTo != 0;
+    }
+    if (const std::optional<CMessage> selected = SelectedMessage()) {
+        facts.HasMail = !selected->Mail.isEmpty();
+        facts.HasHomePage = !selected->HomePage.isEmpty();
     }
     return facts;
 }
@@ -267,13 +289,13 @@ std::optional<CMessage> frmView::SelectedMessage() const
 
 void frmView::CloseWindow() { close(); }
 
-// Queries
+// Long work
 
-bool frmView::IsStatementWorking() const { return m_query->IsWorking(); }
+bool frmView::IsWorking() const { return m_work->IsWorking(); }
 
-void frmView::OnQueryBegan()
+void frmView::OnWorkBegan()
 {
-    m_busyBefore = std::exchange(m_busy, BusyState::Query);
+    m_busyBefore = std::exchange(m_busy, IsSearch(m_work->What()) ? BusyState::Query : BusyState::Work);
     m_styleBefore = m_panels->Style();
     m_statusBefore = m_panels->Text(u"Status");
     m_panels->CloseNoReadPoint();
@@ -282,11 +304,11 @@ void frmView::OnQueryBegan()
     UpdateEnabled();
 }
 
-void frmView::OnQueryEnded(bool IsCancelled)
+void frmView::OnWorkEnded(bool IsCancelled)
 {
     m_busy = m_busyBefore;
     ChangeStatusBarStyle(IsCancelled ? 1 : m_styleBefore);
-    SetStatus(IsCancelled ? u"検索を中止しました。"_s : m_statusBefore);
+    SetStatus(IsCancelled ? CancelledText(m_work->What()) : m_statusBefore);
     m_viewer->ShowCounts(m_viewer->CurrentList()); // the reading of rows may have counted there
     UpdateCaption();
     UpdateEnabled();

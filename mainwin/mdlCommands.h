@@ -48,6 +48,19 @@ enum class Command {
     Query,     ///< the query dialog with the last query
     TextFind,  ///< the query dialog, looking for the selected text of the pane
     PrevUnreadByKey, ///< as PrevUnread; the text selection of the pane is emptied as well
+    Find,            ///< the find dialog
+    FindNext,
+    FindPrev,
+    Relate,         ///< the thread of the selected message
+    RelateText,     ///< the thread of the message that the selected text of the pane names
+    TwoSidedReply,  ///< 0 left, 1 right
+    Mail,
+    HomePage,
+    OpenUrl,        ///< the selected text of the pane as an address
+    WebSearch,      ///< entry of the web-search menu, from 1
+    CopyWithHeader, ///< the selected text of the pane as a quotation
+    Delete,
+    Help,
 };
 
 /// When an item is enabled. Judged by mdlEnabling from the state of the window.
@@ -55,12 +68,17 @@ enum class Rule {
     Always,
     Never,
     Idle,        ///< while no run is under way
+    Open,        ///< while neither a long query nor a compaction has the database for itself
     ViewMode,    ///< idle, and the mode (Argument) has messages to bring
     Messages,    ///< the list in front holds messages
     Selection,   ///< ... and at least one is selected
     SomeUnread,  ///< ... of which one is unread, or several are selected
     SomeRead,    ///< ... of which one is read, or several are selected
     SingleReply, ///< exactly one message is selected, and it answers another
+    Single,       ///< exactly one message is selected
+    Deletable,    ///< a message is selected and nothing is being received or imported
+    WithMail,     ///< the selected message has a mail address
+    WithHomePage, ///< ... or a home page
 };
 
 /// How an entry of a menu table is built.

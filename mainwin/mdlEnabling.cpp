@@ -32,6 +32,14 @@ bool MessageRuleHolds(Rule When, const WindowFacts& Facts)
         return several || (single && Facts.IsRead);
     case Rule::SingleReply:
         return single && Facts.IsReply;
+    case Rule::Single:
+        return single;
+    case Rule::Deletable:
+        return (single || several) && Facts.Busy == BusyState::None;
+    case Rule::WithMail:
+        return (single || several) && Facts.HasMail;
+    case Rule::WithHomePage:
+        return (single || several) && Facts.HasHomePage;
     default:
         return false;
     }
@@ -54,8 +62,9 @@ QString JobText(BusyState Busy)
 bool Holds(Rule When, const WindowFacts& Facts, int Argument)
 {
     const bool idle = Facts.Busy == BusyState::None;
-    // A receive leaves the lists to the user; these two have the database for themselves.
-    const bool isClosed = Facts.Busy == BusyState::Query || Facts.Busy == BusyState::Compact;
+    // A receive leaves the lists to the user; these have them, or the database, for themselves.
+    const bool isClosed = Facts.Busy == BusyState::Query || Facts.Busy == BusyState::Work ||
+                          Facts.Busy == BusyState::Compact;
     switch (When) {
     case Rule::Always:
         return true;
@@ -63,6 +72,8 @@ bool Holds(Rule When, const WindowFacts& Facts, int Argument)
         return false;
     case Rule::Idle:
         return idle;
+    case Rule::Open:
+        return !isClosed;
     case Rule::ViewMode:
         return idle && ModeHolds(Facts, Argument);
     default:

@@ -10,8 +10,8 @@
 
 #include <array>
 
-/// The one job that runs. The window has at most one at a time.
-enum class BusyState { None, Receive, Import, Query, Compact };
+/// The one job that runs. The window has at most one at a time. Work: a list is sorted, or many messages are changed.
+enum class BusyState { None, Receive, Import, Query, Work, Compact };
 
 namespace mdlEnabling
 {
@@ -25,6 +25,8 @@ struct WindowFacts
     int SelectedCount = 0; ///< 0, 1, or 2 for "several"
     bool IsRead = false;   ///< read state of the only selected message
     bool IsReply = false;  ///< whether the only selected message answers another
+    bool HasMail = false;  ///< of the selected message, the focused one of several
+    bool HasHomePage = false;
     std::array<bool, 5> ModeHasMessages = {};
 };
 

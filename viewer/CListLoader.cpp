@@ -6,7 +6,7 @@
 #include "app/Application.h"
 #include "app/Version.h"
 #include "board/CBBS.h"
-#include "board/query_watch.h"
+#include "board/work_watch.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
 #include "viewer/CMarks.h"
@@ -139,7 +139,7 @@ void CListLoader::TellProgress(int Done, int Of) const
     if (Of <= ProgressStep || (Done % ProgressStep != 0 && Done != Of))
         return;
     m_host.Progress(Done, Of);
-    if (QueryWatch* watch = m_bbs.Watch(); watch && !watch->QueryGoesOn())
+    if (WorkWatch* watch = m_bbs.Watch(); watch && !watch->WorkGoesOn())
         throw jetsql::MakeError(OperationCancelled);
 }
 
@@ -154,7 +154,7 @@ CMessageItem CListLoader::MakeItem(CMessage Msg) const
 
 std::vector<CMessageItem> CListLoader::ReadMessages(int Count)
 {
-    const CWatchedQuery watched(m_bbs.Watch());
+    const CWatchedWork watched(m_bbs.Watch(), Work::Query);
     std::vector<CMessageItem> items;
     items.reserve(static_cast<std::size_t>(Count));
     for (int row = 0; row < Count; ++row) {
@@ -199,7 +199,7 @@ void CListLoader::ReadCells(Result& To, int Fields, int Count)
                             u"件)。条件を加えて件数を減らしてください。"_s;
         throw error;
     }
-    const CWatchedQuery watched(m_bbs.Watch());
+    const CWatchedWork watched(m_bbs.Watch(), Work::Query);
     dao::Recordset& rows = *m_bbs.Recordset();
     To.Cells.reserve(static_cast<std::size_t>(cells));
     rows.MoveFirst();

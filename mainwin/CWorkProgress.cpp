@@ -1,7 +1,7 @@
-// mainwin/CQueryProgress.cpp
-// Shows that a query works once it takes long, and lets the user break it off.
+// mainwin/CWorkProgress.cpp
+// Shows that a piece of work goes on once it takes long, and lets the user break it off.
 
-#include "mainwin/CQueryProgress.h"
+#include "mainwin/CWorkProgress.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -36,10 +36,27 @@ bool IsInput(QEvent::Type Type)
     }
 }
 
+QString Doing(Work What)
+{
+    switch (What) {
+    case Work::Query:
+    case Work::Find:
+        return u"検索しています…"_s;
+    case Work::Sort:
+        return u"並べ替えています…"_s;
+    case Work::Change:
+        return u"メッセージの状態を変更しています…"_s;
+    case Work::Delete:
+        return u"メッセージを削除しています…"_s;
+    }
+    return {};
+}
+
 } // namespace
 
-void CQueryProgress::QueryBegins()
+void CWorkProgress::WorkBegins(Work What)
 {
+    m_what = What;
     m_isWorking = true;
     m_isCancelled = false;
     m_nextEvents = ShowAfterMs;
@@ -47,7 +64,7 @@ void CQueryProgress::QueryBegins()
     m_clock.start();
 }
 
-bool CQueryProgress::QueryGoesOn()
+bool CWorkProgress::WorkGoesOn()
 {
     if (m_clock.elapsed() < m_nextEvents)
         return !m_isCancelled;
@@ -59,7 +76,7 @@ bool CQueryProgress::QueryGoesOn()
     return !m_isCancelled;
 }
 
-void CQueryProgress::QueryEnds()
+void CWorkProgress::WorkEnds()
 {
     m_isWorking = false;
     if (!m_isShown)
@@ -70,7 +87,7 @@ void CQueryProgress::QueryEnds()
     Q_EMIT Ended(m_isCancelled);
 }
 
-void CQueryProgress::Show()
+void CWorkProgress::Show()
 {
     m_isShown = true;
     QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -78,17 +95,17 @@ void CQueryProgress::Show()
     Q_EMIT Began();
 }
 
-void CQueryProgress::Tell()
+void CWorkProgress::Tell()
 {
     const qint64 seconds = m_clock.elapsed() / 1000;
     if (seconds == m_toldSeconds)
         return;
     m_toldSeconds = seconds;
-    Q_EMIT Told(u"検索しています… Esc で中止 (%1 秒)"_s.arg(seconds));
+    Q_EMIT Told(Doing(m_what) + u" Esc で中止 (%1 秒)"_s.arg(seconds));
 }
 
 /// What goes to a window comes again for the widget in it, so only widgets are kept from it.
-bool CQueryProgress::eventFilter(QObject* Watched, QEvent* Event)
+bool CWorkProgress::eventFilter(QObject* Watched, QEvent* Event)
 {
     if (!Watched->isWidgetType() || !IsInput(Event->type()) || qobject_cast<QScrollBar*>(Watched))
         return false;
