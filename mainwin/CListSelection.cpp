@@ -8,34 +8,21 @@
 
 #include <algorithm>
 
-namespace
-{
-
-using Range = CMessageList::RowRange;
-
-std::vector<Range> ToRanges(const std::vector<bool>& Rows)
-{
-    std::vector<Range> ranges;
-    for (std::size_t row = 0; row < Rows.size(); ++row) {
-        if (!Rows[row])
-            continue;
-        const bool continues = !ranges.empty() && ranges.back().Last + 1 == int(row);
-        if (continues)
-            ranges.back().Last = int(row);
-        else
-            ranges.push_back({int(row), int(row)});
-    }
-    return ranges;
-}
-
-} // namespace
-
 CListSelection::CListSelection(QAbstractItemModel& Model, CMessageList& List, std::function<Range()> VisibleRows,
                                QObject* Parent)
     : QItemSelectionModel(&Model, Parent)
     , m_list(List)
     , m_visibleRows(std::move(VisibleRows))
-{}
+{
+    // Rows that move take the meaning of the row numbers along; the next Shift begins anew.
+    const auto forget = [this] { m_base.Clear(); };
+    connect(&Model, &QAbstractItemModel::modelReset, this, forget);
+    connect(&Model, &QAbstractItemModel::layoutChanged, this, forget);
+    connect(&Model, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int Row) { m_base.InsertRow(Row); });
+    connect(&Model, &QAbstractItemModel::rowsRemoved, this,
+            [this](const QModelIndex&, int First, int Last) { m_base.RemoveRows(First, Last); });
+}
 
 void CListSelection::Mirror()
 {
@@ -62,31 +49,23 @@ void CListSelection::select(const QItemSelection& Selection, SelectionFlags Comm
     if (Command == NoUpdate)
         return;
     if (Command & Clear)
-        m_base.clear();
+        m_base.Clear();
     else if (!(Command & Current))
-        m_base = m_list.SelectedRanges();
-    m_list.SetSelection(Apply(Selection, Command), m_list.Focus());
+        m_base = m_list.Selection();
+    m_list.SetSelection(m_base);
+    Apply(Selection, Command);
     Mirror();
     Q_EMIT Edited();
 }
 
-std::vector<Range> CListSelection::Apply(const QItemSelection& Selection, SelectionFlags Command) const
+void CListSelection::Apply(const QItemSelection& Selection, SelectionFlags Command)
 {
-    std::vector<bool> rows(std::size_t(m_list.Count()));
-    const auto each = [&rows](int First, int Last, auto Change) {
-        for (int row = std::max(First, 0); row <= Last && row < int(rows.size()); ++row)
-            rows[std::size_t(row)] = Change(rows[std::size_t(row)]);
-    };
-    for (const Range& range : m_base)
-        each(range.First, range.Last, [](bool) { return true; });
     for (const QItemSelectionRange& range : Selection) {
-        each(range.top(), range.bottom(), [Command](bool IsSelected) {
-            if (Command & Toggle)
-                return !IsSelected;
-            return (Command & Select) ? true : (Command & Deselect) ? false : IsSelected;
-        });
+        if (Command & Toggle)
+            m_list.ToggleSelection(range.top(), range.bottom());
+        else if (Command & (Select | Deselect))
+            m_list.Select(range.top(), range.bottom(), Command.testFlag(Select));
     }
-    return ToRanges(rows);
 }
 
 void CListSelection::setCurrentIndex(const QModelIndex& Index, SelectionFlags Command)
@@ -99,6 +78,6 @@ void CListSelection::setCurrentIndex(const QModelIndex& Index, SelectionFlags Co
 void CListSelection::clear()
 {
     if (!m_mirroring)
-        m_list.SetSelection({}, m_list.Focus());
+        m_list.ClearSelection();
     QItemSelectionModel::clear();
 }

@@ -10,15 +10,15 @@
 
 #include <functional>
 
-/// What the user does in the view comes in as selection commands. They are carried out on the whole list, and the rows
-/// in view are mirrored back: inverting the selection of 100,000 rows would otherwise make 50,000 ranges here, which
-/// are searched for every row painted.
+/// What the user does in the view comes in as selection commands. They are carried out on the list's runs of rows, and
+/// the rows in view are mirrored back: inverting the selection of 100,000 rows would otherwise make 50,000 ranges here,
+/// which are searched for every row painted.
 class CListSelection : public QItemSelectionModel
 {
     Q_OBJECT
 
 public:
-    using Range = CMessageList::RowRange;
+    using Range = RowRange;
 
     /// VisibleRows tells the rows in view. List must outlive the model.
     CListSelection(QAbstractItemModel& Model, CMessageList& List, std::function<Range()> VisibleRows, QObject* Parent);
@@ -35,11 +35,11 @@ Q_SIGNALS:
     void Edited();
 
 private:
-    std::vector<Range> Apply(const QItemSelection& Selection, SelectionFlags Command) const;
+    void Apply(const QItemSelection& Selection, SelectionFlags Command);
 
     CMessageList& m_list;
     std::function<Range()> m_visibleRows;
-    std::vector<Range> m_base; // selection before the command that a drag or Shift keeps replacing
+    CRowRanges m_base; // selection before the command that a drag or Shift keeps replacing
     bool m_mirroring = false;
 };
 

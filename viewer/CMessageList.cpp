@@ -9,6 +9,7 @@
 #include "viewer/mdlThreadOrder.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -61,13 +62,12 @@ void CMessageList::Empty()
 {
     m_cells.clear();
     m_items.clear();
-    m_selected.clear();
+    m_selection.Clear();
     m_free.clear();
     m_order.clear();
     m_rows.clear();
     m_places.clear();
     m_unreadCount = 0;
-    m_selectedCount = 0;
     m_focusPlace = -1;
 }
 
@@ -88,7 +88,6 @@ void CMessageList::Clear()
 void CMessageList::TakeItems(std::vector<CMessageItem> Items)
 {
     m_items = std::move(Items);
-    m_selected.assign(m_items.size(), 0);
     m_order.reserve(m_items.size());
     m_places.reserve(static_cast<qsizetype>(m_items.size()));
     for (std::size_t i = 0; i < m_items.size(); ++i) {
@@ -152,7 +151,6 @@ int CMessageList::Store(CMessageItem Item)
     CountItem(Item, 1);
     if (m_free.empty()) {
         m_items.push_back(std::move(Item));
-        m_selected.push_back(0);
     } else {
         place = m_free.back();
         m_free.pop_back();
@@ -173,38 +171,95 @@ int CMessageList::Add(CMessageItem Item)
     const int place = Store(std::move(Item));
     m_order.insert(m_order.begin() + row, place);
     m_rows.clear();
+    m_selection.InsertRow(row);
     Q_EMIT Inserted();
     return row;
 }
 
-void CMessageList::RemoveRow(int Row)
+// Removing
+
+CRowRanges CMessageList::RowsOf(const std::vector<CMessageId>& Ids) const
 {
-    const std::size_t place = PlaceOf(Row);
-    CMessageItem& item = m_items[place];
+    std::vector<int> rows;
+    rows.reserve(Ids.size());
+    for (const CMessageId id : Ids)
+        rows.push_back(Find(id));
+    std::sort(rows.begin(), rows.end());
+    CRowRanges result;
+    for (const int row : rows) {
+        if (row >= 0)
+            result.Set(row, row, true);
+    }
+    return result;
+}
+
+/// The row that has the focus when Rows are gone, counted as they stand now; -1 when none stays or none had it.
+int CMessageList::FocusWithout(const CRowRanges& Rows) const
+{
+    const int focus = Focus();
+    if (focus < 0 || !Rows.Contains(focus))
+        return focus;
+    const auto run = std::find_if(Rows.Runs().begin(), Rows.Runs().end(),
+                                  [focus](const RowRange& Run) { return Run.Last >= focus; });
+    return run->Last + 1 < Count() ? run->Last + 1 : run->First - 1;
+}
+
+/// Gives up the message of a place that is in no row any more.
+void CMessageList::Release(int Place)
+{
+    CMessageItem& item = m_items[static_cast<std::size_t>(Place)];
     CountItem(item, -1);
     m_places.remove(HashKey(item.Id()));
-    SelectPlace(place, false);
     item = CMessageItem();
-    m_free.push_back(static_cast<int>(place));
-    m_order.erase(m_order.begin() + Row);
-    m_rows.clear();
+    m_free.push_back(Place);
 }
 
-bool CMessageList::Remove(CMessageId Id)
+void CMessageList::RemoveRun(RowRange Run)
 {
-    const int row = Find(Id);
-    if (row < 0)
-        return false;
-    const bool hadFocus = Focus() == row;
-    Q_EMIT AboutToRemove(row);
-    RemoveRow(row);
-    if (hadFocus)
-        m_focusPlace = m_order.empty() ? -1 : m_order[static_cast<std::size_t>(std::min(row, Count() - 1))];
+    Q_EMIT AboutToRemove(Run.First, Run.Last);
+    for (int row = Run.First; row <= Run.Last; ++row)
+        Release(m_order[static_cast<std::size_t>(row)]);
+    m_order.erase(m_order.begin() + Run.First, m_order.begin() + Run.Last + 1);
+    m_rows.clear();
+    m_selection.RemoveRows(Run.First, Run.Last);
     Q_EMIT Removed();
-    return true;
 }
 
-// State of single rows
+void CMessageList::RemoveAtOnce(const CRowRanges& Rows)
+{
+    Q_EMIT AboutToReset();
+    const std::vector<char> selected = SelectedPlaces();
+    auto to = m_order.begin() + Rows.Runs().front().First;
+    int next = 0;
+    for (const RowRange& run : Rows.Runs()) {
+        to = next == 0 ? to : std::copy(m_order.begin() + next, m_order.begin() + run.First, to);
+        for (int row = run.First; row <= run.Last; ++row)
+            Release(m_order[static_cast<std::size_t>(row)]);
+        next = run.Last + 1;
+    }
+    m_order.erase(std::copy(m_order.begin() + next, m_order.end(), to), m_order.end());
+    m_rows.clear();
+    SelectPlaces(selected);
+    Q_EMIT WasReset();
+}
+
+int CMessageList::Remove(const std::vector<CMessageId>& Ids)
+{
+    if (m_isRaw)
+        return 0;
+    const CRowRanges rows = RowsOf(Ids);
+    if (rows.IsEmpty())
+        return 0;
+    SetFocus(FocusWithout(rows));
+    const std::vector<RowRange>& runs = rows.Runs();
+    if (runs.size() > MaxRemovedRuns)
+        RemoveAtOnce(rows);
+    else
+        std::for_each(runs.rbegin(), runs.rend(), [this](const RowRange& Run) { RemoveRun(Run); });
+    return rows.Count();
+}
+
+// State of rows
 
 void CMessageList::SetRead(int Row, bool Read)
 {
@@ -227,6 +282,42 @@ void CMessageList::SetMark(int Row, qint32 Mark, std::optional<quint32> ForeColo
     Q_EMIT RowsChanged(Row, Row);
 }
 
+/// Changes the messages that are there and tells the rows from the first to the last of them.
+template<class Change> void CMessageList::ChangeRows(const std::vector<CMessageId>& Ids, Change ChangeItem)
+{
+    int first = Count();
+    int last = -1;
+    for (const CMessageId id : Ids) {
+        const int row = Find(id);
+        if (row < 0 || !ChangeItem(m_items[PlaceOf(row)]))
+            continue;
+        first = std::min(first, row);
+        last = std::max(last, row);
+    }
+    if (last >= 0)
+        Q_EMIT RowsChanged(first, last);
+}
+
+void CMessageList::SetRead(const std::vector<CMessageId>& Ids, bool Read)
+{
+    ChangeRows(Ids, [&](CMessageItem& Item) {
+        const bool isOther = Item.Message.Read != Read;
+        CountItem(Item, -1);
+        Item.Message.Read = Read;
+        CountItem(Item, 1);
+        return isOther;
+    });
+}
+
+void CMessageList::SetMark(const std::vector<CMessageId>& Ids, qint32 Mark, std::optional<quint32> ForeColor)
+{
+    ChangeRows(Ids, [&](CMessageItem& Item) {
+        Item.Message.Mark = Mark;
+        Item.ForeColor = ForeColor.value_or(Item.ForeColor);
+        return true;
+    });
+}
+
 // Order
 
 void CMessageList::SetSortState(int Column, Order Direction)
@@ -240,11 +331,13 @@ void CMessageList::SetSortState(int Column, Order Direction)
 /// Row r becomes what was in row OldRows[r].
 void CMessageList::Reorder(const std::vector<int>& OldRows)
 {
+    const std::vector<char> selected = SelectedPlaces();
     std::vector<int> order(OldRows.size());
     std::transform(OldRows.begin(), OldRows.end(), order.begin(),
                    [this](int Row) { return m_order[static_cast<std::size_t>(Row)]; });
     m_order = std::move(order);
     m_rows.clear();
+    SelectPlaces(selected);
 }
 
 void CMessageList::TellReordered(const std::vector<int>& OldRows)
@@ -323,54 +416,45 @@ int CMessageList::Focus() const { return RowOfPlace(m_focusPlace); }
 
 void CMessageList::SetFocus(int Row) { m_focusPlace = Row < 0 || Row >= Count() ? -1 : static_cast<int>(PlaceOf(Row)); }
 
-void CMessageList::SelectPlace(std::size_t Place, bool On)
+/// 1 at each place whose row is selected; empty without a selection.
+std::vector<char> CMessageList::SelectedPlaces() const
 {
-    if ((m_selected[Place] != 0) == On)
-        return;
-    m_selected[Place] = On ? 1 : 0;
-    m_selectedCount += On ? 1 : -1;
+    std::vector<char> places(m_selection.IsEmpty() ? 0 : m_items.size());
+    for (const RowRange& run : m_selection.Runs()) {
+        for (int row = run.First; row <= run.Last; ++row)
+            places[PlaceOf(row)] = 1;
+    }
+    return places;
 }
 
-std::vector<int> CMessageList::SelectedRows() const
+/// Selects what SelectedPlaces has told of, in the rows where it stands now.
+void CMessageList::SelectPlaces(const std::vector<char>& Places)
 {
-    std::vector<int> rows;
-    rows.reserve(static_cast<std::size_t>(m_selectedCount));
-    for (int row = 0; static_cast<int>(rows.size()) < m_selectedCount; ++row) {
-        if (IsSelected(row))
-            rows.push_back(row);
+    m_selection.Clear();
+    for (int row = 0; row < Count() && !Places.empty(); ++row) {
+        if (Places[PlaceOf(row)] != 0)
+            m_selection.Set(row, row, true);
     }
-    return rows;
-}
-
-std::vector<CMessageList::RowRange> CMessageList::SelectedRanges() const
-{
-    std::vector<RowRange> ranges;
-    for (const int row : SelectedRows()) {
-        if (!ranges.empty() && ranges.back().Last == row - 1)
-            ranges.back().Last = row;
-        else
-            ranges.push_back({row, row});
-    }
-    return ranges;
 }
 
 void CMessageList::Select(int First, int Last, bool On)
 {
-    const int last = std::min(Last, Count() - 1);
-    for (int row = std::max(First, 0); row <= last; ++row)
-        SelectPlace(PlaceOf(row), On);
+    m_selection.Set(std::max(First, 0), std::min(Last, Count() - 1), On);
 }
 
-void CMessageList::ClearSelection()
+void CMessageList::ToggleSelection(int First, int Last)
 {
-    std::fill(m_selected.begin(), m_selected.end(), char{0});
-    m_selectedCount = 0;
+    m_selection.Toggle(std::max(First, 0), std::min(Last, Count() - 1));
 }
 
-void CMessageList::InvertSelection()
+void CMessageList::ClearSelection() { m_selection.Clear(); }
+
+void CMessageList::InvertSelection() { ToggleSelection(0, Count() - 1); }
+
+void CMessageList::SetSelection(CRowRanges Rows)
 {
-    for (int row = 0; row < Count(); ++row)
-        SelectPlace(PlaceOf(row), !IsSelected(row));
+    m_selection = std::move(Rows);
+    m_selection.Set(Count(), std::numeric_limits<int>::max() - 1, false);
 }
 
 void CMessageList::SetSelection(const std::vector<RowRange>& Ranges, int FocusRow)

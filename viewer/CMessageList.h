@@ -5,6 +5,7 @@
 #define VIEWER_CMESSAGELIST_H
 
 #include "viewer/CMessageItem.h"
+#include "viewer/CRowRanges.h"
 
 #include <QHash>
 #include <QObject>
@@ -27,12 +28,10 @@ class CMessageList : public QObject
 public:
     enum class Order { Ascending, Descending };
 
-    /// Rows First to Last, both included.
-    struct RowRange
-    {
-        int First;
-        int Last;
-    };
+    using RowRange = ::RowRange;
+
+    /// So many runs of removed rows are told one by one; more of them cost less as a reset.
+    static constexpr int MaxRemovedRuns = 16;
 
     /// Headers: the texts of the eleven columns. Option gives the date pattern and must outlive the list.
     CMessageList(const Settings& Option, QStringList Headers, QObject* Parent = nullptr);
@@ -66,11 +65,16 @@ public:
     /// or the list shows a raw table.
     int Add(CMessageItem Item);
     /// Takes the message out; its focus goes to the next row (the last one at the end). False when it is not there.
-    bool Remove(CMessageId Id);
+    bool Remove(CMessageId Id) { return Remove(std::vector<CMessageId>{Id}) > 0; }
+    /// Takes all of them out in one go, those that are there; the focus goes to the next row that stays. How many went.
+    int Remove(const std::vector<CMessageId>& Ids);
 
     void SetRead(int Row, bool Read);
     /// Without a ForeColor the row keeps the one that it has.
     void SetMark(int Row, qint32 Mark, std::optional<quint32> ForeColor);
+    /// The same for many messages with one signal; those that the list does not hold are passed over.
+    void SetRead(const std::vector<CMessageId>& Ids, bool Read);
+    void SetMark(const std::vector<CMessageId>& Ids, qint32 Mark, std::optional<quint32> ForeColor);
 
     /// Column that the rows are kept sorted by, -1 when sorting is off.
     int SortColumn() const { return m_sortColumn; }
@@ -90,15 +94,20 @@ public:
     int Focus() const;
     /// -1 takes the focus away.
     void SetFocus(int Row);
-    bool IsSelected(int Row) const { return m_selected[PlaceOf(Row)] != 0; }
-    int SelectedCount() const { return m_selectedCount; }
-    std::vector<int> SelectedRows() const;
-    /// The selected rows as runs, in order: what a view's selection model takes.
-    std::vector<RowRange> SelectedRanges() const;
+    bool IsSelected(int Row) const { return m_selection.Contains(Row); }
+    int SelectedCount() const { return m_selection.Count(); }
+    std::vector<int> SelectedRows() const { return m_selection.Rows(); }
+    /// The selected rows as runs, in order.
+    const std::vector<RowRange>& SelectedRanges() const { return m_selection.Runs(); }
+    const CRowRanges& Selection() const { return m_selection; }
     void Select(int First, int Last, bool On);
+    /// Rows First to Last change from selected to not selected and back.
+    void ToggleSelection(int First, int Last);
     void ClearSelection();
     void InvertSelection();
-    /// Takes over what the user did in the view: exactly these rows and this focus.
+    /// Exactly these rows, of those that there are.
+    void SetSelection(CRowRanges Rows);
+    /// Exactly these rows and this focus.
     void SetSelection(const std::vector<RowRange>& Ranges, int FocusRow);
 
 Q_SIGNALS:
@@ -106,7 +115,7 @@ Q_SIGNALS:
     void WasReset();
     void AboutToInsert(int Row);
     void Inserted();
-    void AboutToRemove(int Row);
+    void AboutToRemove(int First, int Last);
     void Removed();
     void AboutToReorder();
     /// NewRows[r] is where the row that was at r stands now.
@@ -125,21 +134,26 @@ private:
     void SetSortState(int Column, Order Direction);
     void Reorder(const std::vector<int>& OldRows);
     void TellReordered(const std::vector<int>& OldRows);
-    void RemoveRow(int Row);
-    void SelectPlace(std::size_t Place, bool On);
+    CRowRanges RowsOf(const std::vector<CMessageId>& Ids) const;
+    int FocusWithout(const CRowRanges& Rows) const;
+    void RemoveRun(RowRange Run);
+    void RemoveAtOnce(const CRowRanges& Rows);
+    void Release(int Place);
+    std::vector<char> SelectedPlaces() const;
+    void SelectPlaces(const std::vector<char>& Places);
+    template<class Change> void ChangeRows(const std::vector<CMessageId>& Ids, Change ChangeItem);
 
     const Settings& m_option;
     QStringList m_headers;
     std::vector<QString> m_cells; // of a raw table, row after row
     std::vector<CMessageItem> m_items;
-    std::vector<char> m_selected;    // of each place, 1 where it is selected
-    std::vector<int> m_free;         // places in m_items whose message was removed
-    std::vector<int> m_order;        // the place of each row
+    std::vector<int> m_free;  // places in m_items whose message was removed
+    std::vector<int> m_order; // the place of each row
+    CRowRanges m_selection;
     mutable std::vector<int> m_rows; // the row of each place; empty after the order changed
     QHash<quint64, int> m_places;
     bool m_isRaw = false;
     int m_unreadCount = 0;
-    int m_selectedCount = 0;
     int m_focusPlace = -1;
     int m_sortColumn = -1;
     Order m_sortOrder = Order::Ascending;

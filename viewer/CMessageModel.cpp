@@ -43,7 +43,7 @@ CMessageModel::CMessageModel(const CMessageList& List, const Settings& Option, Q
     connect(&List, &CMessageList::WasReset, this, [this] { endResetModel(); });
     connect(&List, &CMessageList::AboutToInsert, this, [this](int Row) { beginInsertRows({}, Row, Row); });
     connect(&List, &CMessageList::Inserted, this, [this] { endInsertRows(); });
-    connect(&List, &CMessageList::AboutToRemove, this, [this](int Row) { beginRemoveRows({}, Row, Row); });
+    connect(&List, &CMessageList::AboutToRemove, this, [this](int First, int Last) { beginRemoveRows({}, First, Last); });
     connect(&List, &CMessageList::Removed, this, [this] { endRemoveRows(); });
     connect(&List, &CMessageList::AboutToReorder, this,
             [this] { Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint); });

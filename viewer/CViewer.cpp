@@ -156,10 +156,11 @@ bool CViewer::AddMessageItem(int List, const CMessage& Msg)
 
 void CViewer::WithdrawMessages(const std::vector<CMessage>& Messages)
 {
-    for (const CMessage& message : Messages) {
-        for (const auto& list : m_lists)
-            list->Remove({message.BBS_ID, message.ID});
-    }
+    std::vector<CMessageId> ids;
+    for (const CMessage& message : Messages)
+        ids.push_back({message.BBS_ID, message.ID});
+    for (const auto& list : m_lists)
+        list->Remove(ids);
     m_modes.Reset();
     const CMessageList& board = *m_lists[BoardList];
     for (int row = 0; row < board.Count(); ++row)

@@ -39,6 +39,9 @@ private Q_SLOTS:
     void ThreadsIndentSubjects();
     void FocusAndSelectionFollowTheirRows();
     void RemoveMovesTheFocus();
+    void RemoveMany_data();
+    void RemoveMany();
+    void ManyChangesAreOneSignal();
     void SelectionRanges();
     void RawTable();
     void RawTableGivesWayToMessages();
@@ -317,6 +320,79 @@ void tst_CMessageList::RemoveMovesTheFocus()
     QCOMPARE(list.Add(MakeItem(MakeMessage(3, 2, u"again"_s))), 0);
     QCOMPARE(list.Text(0, mdlColumns::Subject), u"again"_s);
     QVERIFY(!list.IsSelected(0));
+}
+
+void tst_CMessageList::RemoveMany_data()
+{
+    QTest::addColumn<QList<int>>("removed");
+    QTest::addColumn<int>("focus"); // number of the message that has it before
+    QTest::addColumn<int>("wantedFocus");
+    QTest::addColumn<int>("runs"); // told one by one; 0: a reset
+    QTest::newRow("nothing there") << QList<int>{500, 501} << 10 << 10 << 0;
+    QTest::newRow("one run, focus outside") << QList<int>{30, 29, 28} << 10 << 10 << 1;
+    QTest::newRow("two runs, focus goes below its own") << QList<int>{30, 29, 10, 9} << 30 << 28 << 2;
+    QTest::newRow("focus at the end goes up") << QList<int>{3, 2, 1, 1, 40} << 2 << 4 << 2;
+    QList<int> odd;
+    QList<int> all;
+    for (int id = 1; id <= 100; ++id) {
+        all.append(id);
+        if (id % 2 == 1)
+            odd.append(id);
+    }
+    QTest::newRow("many runs") << odd << 51 << 50 << 0;
+    QTest::newRow("many runs with the last row") << odd << 1 << 2 << 0;
+    QTest::newRow("all") << all << 51 << -1 << 1;
+}
+
+void tst_CMessageList::RemoveMany()
+{
+    QFETCH(QList<int>, removed);
+    QFETCH(int, focus);
+    QFETCH(int, wantedFocus);
+    QFETCH(int, runs);
+    std::vector<CMessageItem> items;
+    for (int id = 1; id <= 100; ++id)
+        items.push_back(MakeItem(MakeMessage(3, id)));
+    CMessageList list(m_option, mdlColumns::BoardHeaders());
+    list.Fill(std::move(items), {});
+    list.SetFocus(list.Find({3, focus}));
+    list.Select(0, 79, true); // 100 to 21
+    const QSignalSpy told(&list, &CMessageList::Removed);
+    std::vector<CMessageId> ids;
+    QStringList wanted;
+    QStringList wantedSelected;
+    for (const int id : std::as_const(removed))
+        ids.push_back({3, id});
+    for (int id = 100; id >= 1; --id) {
+        if (!removed.contains(id))
+            (id > 20 ? wantedSelected : wanted).append(u"3/%1"_s.arg(id));
+    }
+    const int before = list.Count();
+    QCOMPARE(list.Remove(ids), before - int(wanted.size() + wantedSelected.size()));
+    QCOMPARE(Ids(list), (wantedSelected + wanted).join(u' '));
+    QCOMPARE(list.SelectedCount(), int(wantedSelected.size()));
+    QVERIFY(wantedSelected.isEmpty() || list.SelectedRanges().size() == 1);
+    QCOMPARE(list.Focus() < 0 ? -1 : list.Item(list.Focus()).Message.ID, wantedFocus);
+    QCOMPARE(list.UnreadCount(), list.Count());
+    QCOMPARE(told.count(), runs);
+}
+
+void tst_CMessageList::ManyChangesAreOneSignal()
+{
+    CMessageList list(m_option, mdlColumns::BoardHeaders());
+    list.Fill(MakeItems({MakeMessage(3, 1), MakeMessage(3, 2), MakeMessage(3, 3), MakeMessage(3, 4)}), {});
+    QSignalSpy changed(&list, &CMessageList::RowsChanged);
+    list.SetRead({{3, 1}, {3, 9}, {3, 3}, {4, 2}}, true);
+    list.SetRead({{3, 3}}, true);
+    QCOMPARE(ColumnTexts(list, mdlColumns::Read), QStringList({u"*"_s, u" "_s, u"*"_s, u" "_s}));
+    QCOMPARE(list.UnreadCount(), 2);
+    list.SetMark({{3, 4}, {3, 3}}, 7, 128U);
+    list.SetMark({{3, 4}}, 0, std::nullopt);
+    QCOMPARE(ColumnTexts(list, mdlColumns::Mark), QStringList({u"0"_s, u"7"_s, u"0"_s, u"0"_s}));
+    QCOMPARE(list.Item(0).ForeColor, 128U);
+    QCOMPARE(changed.count(), 3); // telling the same again changes nothing
+    QCOMPARE(changed[0], QVariantList({1, 3}));
+    QCOMPARE(changed[1], QVariantList({0, 1}));
 }
 
 void tst_CMessageList::SelectionRanges()
