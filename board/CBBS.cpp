@@ -188,6 +188,11 @@ bool CBBS::Send(const CMessage& Msg, bool Reply)
     CBBSProperty property(m_app);
     if (!property.GetProperty(Msg.BBS_ID))
         return false;
+    if (property.URL.trimmed().isEmpty()) {
+        m_app.Shell.MessageBox(u"この掲示板にはアドレスが設定されていません。"_s, m_app.AppTitle(),
+                               Desktop::Icon::Information);
+        return false;
+    }
     QString address = property.URL;
     address += Reply ? u"?dousa=res&resno="_s + QString::number(Msg.ID) : u"?dousa=sinki"_s;
     if (property.IsTwoSided())
