@@ -144,6 +144,8 @@ void CMenuSet::SetArray(const QString& Name, const std::vector<Entry>& Entries)
     }
 }
 
+void CMenuSet::TakeText(const QString& Name, const QString& Twin) { Action(Name)->setText(Action(Twin)->text()); }
+
 void CMenuSet::UpdateEnabled(const mdlEnabling::WindowFacts& Facts)
 {
     for (auto rule = m_rules.cbegin(); rule != m_rules.cend(); ++rule)

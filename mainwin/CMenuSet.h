@@ -46,6 +46,9 @@ public:
     /// Replaces the run-time entries of an array. The placeholder stays, hidden.
     void SetArray(const QString& Name, const std::vector<Entry>& Entries);
 
+    /// Gives an item of a pop-up menu the caption of its twin in the menu bar.
+    void TakeText(const QString& Name, const QString& Twin);
+
     /// Sets the enabled state of every item.
     void UpdateEnabled(const mdlEnabling::WindowFacts& Facts);
 

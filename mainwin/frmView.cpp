@@ -15,6 +15,7 @@
 #include "mainwin/CKeyFilter.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
+#include "mainwin/CMessageCommands.h"
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
@@ -61,6 +62,8 @@ frmView::frmView(Application& App)
     : m_app(App)
     , m_bbs(std::make_unique<CBBS>(App))
     , m_viewer(std::make_unique<CViewer>(App, *m_bbs, static_cast<ViewerHost&>(*this)))
+    , m_messageCommands(
+          std::make_unique<CMessageCommands>(App, *m_bbs, *m_viewer, [this] { return m_pane->SelectedText(); }))
 {
     setObjectName(u"frmView"_s);
     BuildTimers();
@@ -179,8 +182,7 @@ void frmView::ConnectMenus()
     connect(m_menus->Menu(u"mnuMsg"_s), &QMenu::aboutToShow, this,
             [this] { Perform([this] { RefreshMessageMenu(); }); });
     connect(m_menus->Menu(u"mnuBBS"_s), &QMenu::aboutToShow, this, &frmView::UpdateEnabled);
-    connect(m_pane, &CMessagePane::TextMenuRequested, this,
-            [this](const QPoint& Place) { m_menus->Menu(u"mnuText"_s)->popup(Place); });
+    connect(m_pane, &CMessagePane::TextMenuRequested, this, &frmView::PopupTextMenu);
     connect(m_panels, &CStatusPanels::NoReadPointClicked, this, [this] { RunCommand(Command::SetNoRead, 0); });
     connect(m_panels, &CStatusPanels::NoReadPointEntered, this,
             [this](qint32 Value) { Perform([=, this] { StoreNoReadPoint(Value); }); });

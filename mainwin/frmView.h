@@ -8,7 +8,7 @@
 #include "mainwin/mdlEnabling.h"
 #include "mainwin/mdlPosition.h"
 #include "platform/dao/Error.h"
-#include "viewer/viewer_host.h"
+#include "viewer/CViewer.h"
 
 #include <QMainWindow>
 
@@ -22,12 +22,12 @@ class CKeyFilter;
 class CListView;
 class CLoadDrivers;
 class CMenuSet;
+class CMessageCommands;
 class CMessagePane;
 class CWorkProgress;
 class CMRUCombo;
 class CStatusPanels;
 class CToolbar;
-class CViewer;
 class frmLoadDlg;
 class frmSQL;
 class QTimer;
@@ -97,38 +97,22 @@ private:
     void ReportError(const dao::Error& Error);
     void DoExecute(int Number);
     void DoTrayExecute(int Number);
-    void DoSelectBoard(int BBS_ID);
     void DoTraySelectBoard(int BBS_ID);
-    void DoNewPost(int BBS_ID);
-    void DoBoardListButton(int);
-    void DoViewMode(int Index);
-    void DoThread(int);
-    void DoSetNoRead(int);
-    void DoBrowse(int Page);
-    void DoPrevMessage(int);
-    void DoNextMessage(int);
-    void DoPrevUnread(int);
-    void DoNextUnread(int);
-    void DoPrevUnreadByKey(int);
-    void DoHistoryBack(int);
-    void DoHistoryForward(int);
-    void DoInReplyTo(int);
-    void DoMark(int Mark);
-    void DoMarkRead(int);
-    void DoMarkNoRead(int);
-    void DoSelectAll(int);
-    void DoReverseSelection(int);
-    void DoCopyText(int);
-    void DoCompactDatabase(int);
-    void DoQuery(int);
-    void DoTextFind(int);
-    void DoTimer(int);
-    void DoCommunity(int);
-    void DoAbout(int);
-    void DoShowWindow(int);
-    void DoEscape(int);
-    void DoPopupBoards(int);
-    void DoPopupMarks(int);
+    void DoBoardListButton();
+    void DoThread();
+    void DoSetNoRead();
+    void DoPrevUnreadByKey();
+    void DoSelectAll();
+    void DoReverseSelection();
+    void DoCompactDatabase();
+    void DoQuery();
+    void DoTextFind();
+    void DoTimer();
+    void DoEscape();
+    void DoPopupBoards();
+    void DoPopupMarks();
+    void MovePrev(CViewer::MoveMode Mode, bool PageFirst);
+    void MoveNext(CViewer::MoveMode Mode, bool PageFirst);
     void CompactDatabase();
     void UseDatabase();
     void OfferRecovery();
@@ -146,6 +130,7 @@ private:
     void RefreshMessageMenu();
     void CheckMark(qint32 Mark);
     void PopupListMenu(const QPoint& Place);
+    void PopupTextMenu(const QPoint& Place);
     void ChangeIconFrame(bool Reset);
     void StartBlinkIcon();
     void EndBlinkIcon();
@@ -206,6 +191,7 @@ private:
     Application& m_app;
     std::unique_ptr<CBBS> m_bbs;
     std::unique_ptr<CViewer> m_viewer;
+    std::unique_ptr<CMessageCommands> m_messageCommands;
     std::unique_ptr<frmLoadDlg> m_dialog;
     std::unique_ptr<CLoadDrivers> m_drivers;
     std::unique_ptr<frmSQL> m_queryDialog; // made when it is first asked for

@@ -10,6 +10,7 @@
 #include "load/mdlLoad.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
+#include "mainwin/CMessageCommands.h"
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/frmAbout.h"
@@ -36,46 +37,56 @@ using MoveMode = CViewer::MoveMode;
 struct frmView::CommandLine
 {
     Command Handler;
-    void (frmView::*Do)(int);
+    void (*Do)(frmView& View, int Argument);
 };
 
 const frmView::CommandLine* frmView::FindCommand(Command Handler)
 {
+    using V = frmView;
+    using Page = CMessageCommands::Page;
     static constexpr CommandLine lines[] = {
-        {Command::Execute, &frmView::DoExecute},
-        {Command::TrayExecute, &frmView::DoTrayExecute},
-        {Command::SelectBoard, &frmView::DoSelectBoard},
-        {Command::TraySelectBoard, &frmView::DoTraySelectBoard},
-        {Command::NewPost, &frmView::DoNewPost},
-        {Command::BoardListButton, &frmView::DoBoardListButton},
-        {Command::ViewMode, &frmView::DoViewMode},
-        {Command::Thread, &frmView::DoThread},
-        {Command::SetNoRead, &frmView::DoSetNoRead},
-        {Command::Browse, &frmView::DoBrowse},
-        {Command::PrevMessage, &frmView::DoPrevMessage},
-        {Command::NextMessage, &frmView::DoNextMessage},
-        {Command::PrevUnread, &frmView::DoPrevUnread},
-        {Command::NextUnread, &frmView::DoNextUnread},
-        {Command::PrevUnreadByKey, &frmView::DoPrevUnreadByKey},
-        {Command::HistoryBack, &frmView::DoHistoryBack},
-        {Command::HistoryForward, &frmView::DoHistoryForward},
-        {Command::InReplyTo, &frmView::DoInReplyTo},
-        {Command::Mark, &frmView::DoMark},
-        {Command::MarkRead, &frmView::DoMarkRead},
-        {Command::MarkNoRead, &frmView::DoMarkNoRead},
-        {Command::SelectAll, &frmView::DoSelectAll},
-        {Command::ReverseSelection, &frmView::DoReverseSelection},
-        {Command::CopyText, &frmView::DoCopyText},
-        {Command::CompactDatabase, &frmView::DoCompactDatabase},
-        {Command::Query, &frmView::DoQuery},
-        {Command::TextFind, &frmView::DoTextFind},
-        {Command::Timer, &frmView::DoTimer},
-        {Command::Community, &frmView::DoCommunity},
-        {Command::About, &frmView::DoAbout},
-        {Command::ShowWindow, &frmView::DoShowWindow},
-        {Command::Escape, &frmView::DoEscape},
-        {Command::PopupBoards, &frmView::DoPopupBoards},
-        {Command::PopupMarks, &frmView::DoPopupMarks},
+        {Command::Execute, [](V& View, int Number) { View.DoExecute(Number); }},
+        {Command::TrayExecute, [](V& View, int Number) { View.DoTrayExecute(Number); }},
+        {Command::SelectBoard, [](V& View, int BBS_ID) { View.m_viewer->SelectBoard(BBS_ID); }},
+        {Command::TraySelectBoard, [](V& View, int BBS_ID) { View.DoTraySelectBoard(BBS_ID); }},
+        {Command::NewPost, [](V& View, int BBS_ID) { View.m_messageCommands->NewPost(BBS_ID); }},
+        {Command::BoardListButton, [](V& View, int) { View.DoBoardListButton(); }},
+        {Command::ViewMode, [](V& View, int Mode) { View.m_viewer->ShowViewMode(Mode); }},
+        {Command::Thread, [](V& View, int) { View.DoThread(); }},
+        {Command::SetNoRead, [](V& View, int) { View.DoSetNoRead(); }},
+        {Command::Browse, [](V& View, int Which) { View.m_messageCommands->ShowPage(Page(Which)); }},
+        {Command::PrevMessage, [](V& View, int) { View.MovePrev(MoveMode::Message, false); }},
+        {Command::NextMessage, [](V& View, int) { View.MoveNext(MoveMode::Message, false); }},
+        {Command::PrevUnread, [](V& View, int) { View.MovePrev(MoveMode::Unread, true); }},
+        {Command::NextUnread, [](V& View, int) { View.MoveNext(MoveMode::Unread, true); }},
+        {Command::PrevUnreadByKey, [](V& View, int) { View.DoPrevUnreadByKey(); }},
+        {Command::HistoryBack, [](V& View, int) { View.MovePrev(MoveMode::History, false); }},
+        {Command::HistoryForward, [](V& View, int) { View.MoveNext(MoveMode::History, false); }},
+        {Command::InReplyTo, [](V& View, int) { View.m_viewer->MoveInReplyTo(View.m_viewer->CurrentList()); }},
+        {Command::Mark, [](V& View, int Mark) { View.m_viewer->MarkSelected(Mark); }},
+        {Command::MarkRead, [](V& View, int) { View.m_viewer->SetReadSelected(View.m_viewer->CurrentList(), true); }},
+        {Command::MarkNoRead,
+         [](V& View, int) { View.m_viewer->SetReadSelected(View.m_viewer->CurrentList(), false); }},
+        {Command::SelectAll, [](V& View, int) { View.DoSelectAll(); }},
+        {Command::ReverseSelection, [](V& View, int) { View.DoReverseSelection(); }},
+        {Command::Mail, [](V& View, int) { View.m_messageCommands->Mail(); }},
+        {Command::HomePage, [](V& View, int) { View.m_messageCommands->HomePage(); }},
+        {Command::TwoSidedReply, [](V& View, int Side) { View.m_messageCommands->TwoSidedReply(Side); }},
+        {Command::OpenUrl, [](V& View, int) { View.m_messageCommands->OpenSelection(); }},
+        {Command::WebSearch, [](V& View, int Number) { View.m_messageCommands->Search(Number); }},
+        {Command::CopyText, [](V& View, int) { View.m_messageCommands->Copy(); }},
+        {Command::CopyWithHeader, [](V& View, int) { View.m_messageCommands->CopyWithHeader(); }},
+        {Command::CompactDatabase, [](V& View, int) { View.DoCompactDatabase(); }},
+        {Command::Query, [](V& View, int) { View.DoQuery(); }},
+        {Command::TextFind, [](V& View, int) { View.DoTextFind(); }},
+        {Command::Timer, [](V& View, int) { View.DoTimer(); }},
+        {Command::Help, [](V& View, int) { View.m_messageCommands->ShowHelp(); }},
+        {Command::Community, [](V& View, int) { View.m_app.Shell.ShellOpenOwn(mdlProduct::SupportPage()); }},
+        {Command::About, [](V& View, int) { frmAbout::ShowVersionInfo(View.m_app.Shell, &View); }},
+        {Command::ShowWindow, [](V& View, int) { View.ShowMainWindow(); }},
+        {Command::Escape, [](V& View, int) { View.DoEscape(); }},
+        {Command::PopupBoards, [](V& View, int) { View.DoPopupBoards(); }},
+        {Command::PopupMarks, [](V& View, int) { View.DoPopupMarks(); }},
     };
     const auto found = std::find_if(std::begin(lines), std::end(lines),
                                     [Handler](const CommandLine& Line) { return Line.Handler == Handler; });
@@ -85,7 +96,7 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
 void frmView::RunCommand(Command Handler, int Argument)
 {
     if (const CommandLine* line = FindCommand(Handler))
-        Perform([=, this] { (this->*line->Do)(Argument); });
+        Perform([=, this] { line->Do(*this, Argument); });
 }
 
 bool frmView::OnKey(const mdlCommands::Key& Key)
@@ -133,8 +144,6 @@ void frmView::DoTrayExecute(int Number)
     DoExecute(Number);
 }
 
-void frmView::DoSelectBoard(int BBS_ID) { m_viewer->SelectBoard(BBS_ID); }
-
 void frmView::DoTraySelectBoard(int BBS_ID)
 {
     if (isMinimized())
@@ -143,23 +152,9 @@ void frmView::DoTraySelectBoard(int BBS_ID)
     m_viewer->SelectBoard(BBS_ID);
 }
 
-void frmView::DoNewPost(int BBS_ID)
-{
-    CMessage message;
-    message.BBS_ID = BBS_ID;
-    m_bbs->Send(message, false);
-}
-
-void frmView::DoBrowse(int Page)
-{
-    const CBBSProperty& board = m_viewer->BoardProperty();
-    const QString addresses[] = {board.GetShowURL(), board.GetShowCookiePageURL(), board.HowtouseURL};
-    m_app.Shell.ShellOpen(addresses[Page]);
-}
-
 // Lists
 
-void frmView::DoBoardListButton(int)
+void frmView::DoBoardListButton()
 {
     if (m_viewer->CurrentList() == CViewer::ResultList)
         m_viewer->ShowList(CViewer::BoardList);
@@ -167,23 +162,21 @@ void frmView::DoBoardListButton(int)
         m_viewer->ShowViewMode(CViewModes::Newest);
 }
 
-void frmView::DoViewMode(int Index) { m_viewer->ShowViewMode(Index); }
-
-void frmView::DoThread(int)
+void frmView::DoThread()
 {
     const int list = m_viewer->CurrentList();
     m_viewer->ResetListView(list, m_viewer->IsRawTable());
     m_viewer->ShowThread(list);
 }
 
-void frmView::DoSelectAll(int)
+void frmView::DoSelectAll()
 {
     const int list = m_viewer->CurrentList();
     m_viewer->List(list).Select(0, m_viewer->List(list).Count() - 1, true);
     SelectionChanged(list);
 }
 
-void frmView::DoReverseSelection(int)
+void frmView::DoReverseSelection()
 {
     m_viewer->List(m_viewer->CurrentList()).InvertSelection();
     SelectionChanged(m_viewer->CurrentList());
@@ -191,35 +184,25 @@ void frmView::DoReverseSelection(int)
 
 // Moving
 
-void frmView::DoPrevMessage(int) { m_viewer->MovePrev(m_viewer->CurrentList(), MoveMode::Message, false); }
-
-void frmView::DoNextMessage(int) { m_viewer->MoveNext(m_viewer->CurrentList(), MoveMode::Message, false); }
-
-void frmView::DoPrevUnread(int) { m_viewer->MovePrev(m_viewer->CurrentList(), MoveMode::Unread, true); }
-
-void frmView::DoNextUnread(int) { m_viewer->MoveNext(m_viewer->CurrentList(), MoveMode::Unread, true); }
-
-void frmView::DoPrevUnreadByKey(int)
+void frmView::MovePrev(CViewer::MoveMode Mode, bool PageFirst)
 {
-    DoPrevUnread(0);
+    m_viewer->MovePrev(m_viewer->CurrentList(), Mode, PageFirst);
+}
+
+void frmView::MoveNext(CViewer::MoveMode Mode, bool PageFirst)
+{
+    m_viewer->MoveNext(m_viewer->CurrentList(), Mode, PageFirst);
+}
+
+void frmView::DoPrevUnreadByKey()
+{
+    MovePrev(MoveMode::Unread, true);
     m_pane->ClearSelection();
 }
 
-void frmView::DoHistoryBack(int) { m_viewer->MovePrev(m_viewer->CurrentList(), MoveMode::History, false); }
+// Unread position
 
-void frmView::DoHistoryForward(int) { m_viewer->MoveNext(m_viewer->CurrentList(), MoveMode::History, false); }
-
-void frmView::DoInReplyTo(int) { m_viewer->MoveInReplyTo(m_viewer->CurrentList()); }
-
-// Read state, marks, unread position
-
-void frmView::DoMark(int Mark) { m_viewer->MarkSelected(Mark); }
-
-void frmView::DoMarkRead(int) { m_viewer->SetReadSelected(m_viewer->CurrentList(), true); }
-
-void frmView::DoMarkNoRead(int) { m_viewer->SetReadSelected(m_viewer->CurrentList(), false); }
-
-void frmView::DoSetNoRead(int)
+void frmView::DoSetNoRead()
 {
     if (m_busy == BusyState::None)
         m_panels->OpenNoReadPoint(m_viewer->BoardProperty().NoReadPoint());
@@ -252,12 +235,12 @@ bool frmView::RunQueries(QString Statement)
     return false;
 }
 
-void frmView::DoQuery(int)
+void frmView::DoQuery()
 {
     RunQueries(m_lastQuery.isEmpty() ? mdlStatements::AllMessages(m_viewer->CurrentBoard()) : m_lastQuery);
 }
 
-void frmView::DoTextFind(int)
+void frmView::DoTextFind()
 {
     QString text = m_pane->SelectedText();
     if (text.endsWith(u"\r\n"_s)) // the pane ends the last line, a stored body need not
@@ -268,21 +251,9 @@ void frmView::DoTextFind(int)
 
 // The rest
 
-void frmView::DoCopyText(int)
-{
-    if (const QString text = m_pane->SelectedText(); !text.isEmpty())
-        m_app.Shell.SetClipboard(text);
-}
+void frmView::DoTimer() { m_app.Shell.MessageBox(u"未実装m(_ _)m"_s, m_app.AppTitle(), Desktop::Icon::Information); }
 
-void frmView::DoTimer(int) { m_app.Shell.MessageBox(u"未実装m(_ _)m"_s, m_app.AppTitle(), Desktop::Icon::Information); }
-
-void frmView::DoCommunity(int) { m_app.Shell.ShellOpenOwn(mdlProduct::SupportPage()); }
-
-void frmView::DoAbout(int) { frmAbout::ShowVersionInfo(m_app.Shell, this); }
-
-void frmView::DoShowWindow(int) { ShowMainWindow(); }
-
-void frmView::DoEscape(int)
+void frmView::DoEscape()
 {
     if (m_busy != BusyState::None && m_dialog->IsLoad())
         m_dialog->reject(); // a run comes first; this is its cancel button
@@ -294,9 +265,9 @@ void frmView::DoEscape(int)
         showMinimized();
 }
 
-void frmView::DoPopupBoards(int) { m_menus->Menu(u"mnuBBSMove"_s)->popup(m_separator->mapToGlobal(QPoint(0, 0))); }
+void frmView::DoPopupBoards() { m_menus->Menu(u"mnuBBSMove"_s)->popup(m_separator->mapToGlobal(QPoint(0, 0))); }
 
-void frmView::DoPopupMarks(int)
+void frmView::DoPopupMarks()
 {
     if (m_viewer->IsRawTable())
         return;

@@ -24,7 +24,7 @@ constexpr int BrokenOff = 3059;
 
 } // namespace
 
-void frmView::DoCompactDatabase(int)
+void frmView::DoCompactDatabase()
 {
     if (m_busy != BusyState::None || !m_app.LogDB())
         return;

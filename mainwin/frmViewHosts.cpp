@@ -11,6 +11,7 @@
 #include "mainwin/CIconSet.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
+#include "mainwin/CMessageCommands.h"
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
@@ -120,7 +121,22 @@ void frmView::PopupListMenu(const QPoint& Place)
     if (m_viewer->IsRawTable())
         return;
     Perform([this] { RefreshMessageMenu(); });
+    m_menus->TakeText(u"mnuPopupMail"_s, u"mnuMsgMail"_s);
+    m_menus->TakeText(u"mnuPopupHomepage"_s, u"mnuMsgHomePage"_s);
     m_menus->Menu(u"mnuPopup"_s)->popup(Place);
+}
+
+void frmView::PopupTextMenu(const QPoint& Place)
+{
+    std::vector<CMenuSet::Entry> entries;
+    for (const auto& search : m_messageCommands->ReadWebSearches()) {
+        const int number = int(entries.size()) + 1;
+        entries.push_back({number, search.Caption, Command::WebSearch, number});
+    }
+    m_menus->SetArray(u"mnuTextWebSearch"_s, entries);
+    m_menus->Action(u"mnuTextBar2"_s)->setVisible(!entries.empty());
+    UpdateEnabled();
+    m_menus->Menu(u"mnuText"_s)->popup(Place);
 }
 
 void frmView::ChangeIconFrame(bool Reset)
@@ -277,15 +293,7 @@ void frmView::RunEnded()
 
 qint32 frmView::CurrentBoard() const { return m_viewer->CurrentBoard(); }
 
-std::optional<CMessage> frmView::SelectedMessage() const
-{
-    const CMessageList& list = m_viewer->List(m_viewer->CurrentList());
-    if (list.IsRaw() || list.SelectedCount() == 0)
-        return std::nullopt;
-    const int focus = list.Focus();
-    const bool isFocusSelected = focus >= 0 && list.IsSelected(focus);
-    return list.Item(isFocusSelected ? focus : list.SelectedRanges().front().First).Message;
-}
+std::optional<CMessage> frmView::SelectedMessage() const { return m_messageCommands->SelectedMessage(); }
 
 void frmView::CloseWindow() { close(); }
 
