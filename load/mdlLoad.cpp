@@ -56,7 +56,7 @@ void CLoadDrivers::Execute(LoadCommand Command)
     case LoadCommand::NewMessage: m_board.Send({.BBS_ID = m_host.CurrentBoard()}, false); break;
     case LoadCommand::Reply:
         if (const auto message = m_host.SelectedMessage())
-            m_board.Send(*message, true);
+            m_board.Send({.BBS_ID = m_host.CurrentBoard(), .ID = message->ID}, true);
         break;
     }
 }

@@ -23,15 +23,7 @@ namespace
 
 QString LineEnd() { return u"\r\n"_s; }
 
-/// A selection that ends with its last line has no further line that could be quoted.
-QString Quoted(QString Text)
-{
-    const bool endsLine = Text.endsWith(LineEnd());
-    if (endsLine)
-        Text.chop(LineEnd().size());
-    Text.replace(LineEnd(), LineEnd() + u"> "_s);
-    return u"> "_s + Text + (endsLine ? LineEnd() : QString());
-}
+QString Quoted(QString Text) { return u"> "_s + Text.replace(LineEnd(), LineEnd() + u"> "_s); }
 
 } // namespace
 
@@ -141,10 +133,12 @@ void CMessageCommands::Copy()
 /// later ones.
 void CMessageCommands::CopyWithHeader()
 {
-    const auto message = SelectedMessage();
-    QString copy = BoardHeader(m_app.Option().ReplyHeader, message);
-    const CMessage shown = message.value_or(CMessage{});
+    const CBBSProperty& board = m_viewer.BoardProperty();
+    const CMessage shown = SelectedMessage().value_or(CMessage{});
     const QString selected = m_selectedText();
+    QString copy = m_app.Option().ReplyHeader;
+    copy.replace(u"%n"_s, board.Name);
+    copy.replace(u"%s"_s, board.ShortName);
     copy.replace(u"%I"_s, shown.ID != 0 ? QString::number(shown.ID) : QString());
     copy.replace(u"%S"_s, shown.Subject);
     copy.replace(u"%N"_s, shown.PostName);
@@ -153,16 +147,6 @@ void CMessageCommands::CopyWithHeader()
     copy.replace(u"%b"_s, selected);
     copy.replace(u"%B"_s, Quoted(selected));
     m_app.Shell.SetClipboard(copy);
-}
-
-/// The message's own board: in a list of results it may be another one than that on view, and "ひ#123" must name the
-/// message that is quoted.
-QString CMessageCommands::BoardHeader(QString Format, const std::optional<CMessage>& Message) const
-{
-    CBBSProperty board(m_app);
-    const bool isKnown = Message && Message->BBS_ID != m_viewer.CurrentBoard() && board.GetProperty(Message->BBS_ID);
-    const CBBSProperty& named = isKnown ? board : m_viewer.BoardProperty();
-    return Format.replace(u"%n"_s, named.Name).replace(u"%s"_s, named.ShortName);
 }
 
 // The program

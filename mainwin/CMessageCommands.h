@@ -59,14 +59,13 @@ public:
     void Search(int Number);
 
     void Copy();
-    /// The selected text under the header of the setting ReplyHeader.
+    /// The selected text under the header of the setting ReplyHeader, which names the board on view.
     void CopyWithHeader();
 
     /// Opens ReadMe.txt, which lies in the program's folder or in that of its data.
     void ShowHelp();
 
 private:
-    QString BoardHeader(QString Format, const std::optional<CMessage>& Message) const;
     void Tell(const QString& Text);
 
     Application& m_app;

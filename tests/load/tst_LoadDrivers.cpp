@@ -247,7 +247,7 @@ void tst_LoadDrivers::OtherCommands()
     QCOMPARE(fixture.Host.Events, QStringList{u"close"_s});
     QCOMPARE(fixture.Desk.Opened, QStringList({u"http://localhost:8932/kakolog/"_s, u"http://b/x.cgi?dousa=sinki"_s}));
 
-    fixture.Host.Selected = CMessage{.BBS_ID = 3, .ID = 77};
+    fixture.Host.Selected = CMessage{.BBS_ID = 16, .ID = 77}; // in a list of results; the board on view is meant
     fixture.Drivers.ExecuteCommand(12);
     QCOMPARE(fixture.Desk.Opened.last(), u"http://b/x.cgi?dousa=res&resno=77"_s);
 }

@@ -31,12 +31,6 @@ struct CCommandFixture : CViewerFixture
         Viewer.SelectBoard(3);
         Click(0, 0);
     }
-
-    void ShowInResults(qint32 BBS_ID)
-    {
-        Viewer.LoadList(u"SELECT * FROM Message WHERE BBS_ID = %1"_s.arg(BBS_ID), CViewer::ResultList);
-        Click(CViewer::ResultList, 0);
-    }
 };
 
 } // namespace
@@ -50,7 +44,6 @@ private Q_SLOTS:
     void Header_data();
     void Header();
     void HeaderWithoutAMessage();
-    void HeaderNamesTheMessagesOwnBoard();
     void Addresses_data();
     void Addresses();
     void WebSearch_data();
@@ -82,8 +75,8 @@ void tst_CMessageCommands::Header_data()
     QTest::newRow("line end out of the subject") << u"%S"_s << u"C:\\new"_s << u"x"_s << u"C:\r\new"_s;
     QTest::newRow("quotation keeps its fields") << u"%b %B"_s << u"題"_s << u"%S\\n"_s << u"%S\\n > %S\\n"_s;
     QTest::newRow("plain text with a quotation in it") << u"%b"_s << u"題"_s << u"%B"_s << u"> %B"_s;
-    QTest::newRow("whole lines") << u"%B."_s << u"題"_s << two + u"\r\n"_s << u"> abc\r\n> def\r\n."_s;
-    QTest::newRow("empty lines") << u"%B"_s << u"題"_s << u"a\r\n\r\n\r\n"_s << u"> a\r\n> \r\n> \r\n"_s;
+    QTest::newRow("whole lines") << u"%B."_s << u"題"_s << two + u"\r\n"_s << u"> abc\r\n> def\r\n> ."_s;
+    QTest::newRow("empty lines") << u"%B"_s << u"題"_s << u"a\r\n\r\n\r\n"_s << u"> a\r\n> \r\n> \r\n> "_s;
     QTest::newRow("unknown and unfinished") << u"100%% %x %"_s << u"題"_s << u"x"_s << u"100%% %x %"_s;
     QTest::newRow("empty") << QString() << u"題"_s << u"x"_s << QString();
 }
@@ -107,17 +100,6 @@ void tst_CMessageCommands::HeaderWithoutAMessage()
     f.List(0).ClearSelection();
     f.Commands.CopyWithHeader();
     QCOMPARE(f.Desk.ClipboardText, u"けやき#  1899/12/30 00:00"_s);
-}
-
-void tst_CMessageCommands::HeaderNamesTheMessagesOwnBoard()
-{
-    CCommandFixture f;
-    f.Add(4, 7, 7);
-    f.ShowInResults(4);
-    f.App.Option().ReplyHeader = u"%n %s#%I"_s;
-    f.Commands.CopyWithHeader();
-    QCOMPARE(f.Desk.ClipboardText, u"かえで掲示板 かえで#7"_s);
-    QCOMPARE(f.Viewer.CurrentBoard(), 3);
 }
 
 void tst_CMessageCommands::Addresses_data()
