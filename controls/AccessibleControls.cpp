@@ -8,6 +8,7 @@
 #include "controls/uSeparatorBar.h"
 
 #include <QAccessibleWidget>
+#include <QLabel>
 
 using namespace Qt::StringLiterals;
 
@@ -24,7 +25,11 @@ public:
 
     QString text(QAccessible::Text Kind) const override
     {
-        return Kind == QAccessible::Name ? Link().Caption() : QAccessibleWidget::text(Kind);
+        if (Kind == QAccessible::Name)
+            return Link().Caption();
+        if (Kind == QAccessible::Description)
+            return Link().Label()->toolTip(); // what a click does
+        return QAccessibleWidget::text(Kind);
     }
     int childCount() const override { return 0; } // the inner label says nothing more
     QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }

@@ -57,6 +57,7 @@ private:
     qint16 m_max = 10;
     QString m_lastSeen;
     int m_caretBefore = 0;
+    bool m_composing = false;
 };
 
 #endif

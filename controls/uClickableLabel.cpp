@@ -22,6 +22,10 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// A tip is read at a glance; what a hostile record has as its address need not fill the screen.
+constexpr qsizetype MaxTipCaption = 1000;
+constexpr qsizetype TipColumns = 80;
+
 float Twips(double Pixels) { return static_cast<float>(Pixels * mdlGeometry::TwipsPerPixel); }
 
 /// Shows that an address goes on where its panel ends; half a letter at the edge would pass for the end of it.
@@ -102,6 +106,20 @@ QColor uClickableLabel::HoverColor(const QColor& Background)
     return mdlContrast::Legible(QColor(0, 0, 255), Background);
 }
 
+/// The tip that the caller gave; where the caption is cut off, the whole of it before that. The caption is foreign:
+/// taken as markup it could load pictures.
+QString uClickableLabel::TipText() const
+{
+    const bool isCut = m_label->fontMetrics().horizontalAdvance(Caption()) > m_label->contentsRect().width();
+    if (!isCut)
+        return m_label->toolTip();
+    QStringList lines; // an address has no blanks to break it at
+    for (qsizetype at = 0; at < qMin(Caption().size(), MaxTipCaption); at += TipColumns)
+        lines.append(Caption().mid(at, TipColumns).toHtmlEscaped());
+    lines.append(m_label->toolTip().toHtmlEscaped());
+    return u"<div style='white-space:pre'>"_s + lines.join(u"<br>"_s) + u"</div>"_s;
+}
+
 QSize uClickableLabel::sizeHint() const { return m_label->sizeHint(); }
 QSize uClickableLabel::minimumSizeHint() const { return {0, m_label->minimumSizeHint().height()}; }
 
@@ -142,7 +160,7 @@ bool uClickableLabel::event(QEvent* Event)
     switch (Event->type()) {
     case QEvent::ToolTip:
         // Callers give the tip to the inner label, which does not see the mouse.
-        QToolTip::showText(static_cast<QHelpEvent*>(Event)->globalPos(), m_label->toolTip(), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(Event)->globalPos(), TipText(), this);
         return true;
     case QEvent::WindowActivate:
         SetHovered(underMouse(), Pointer());

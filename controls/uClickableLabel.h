@@ -15,6 +15,7 @@ class QLabel;
 class uClickableLabel : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(int ClickableMode READ ClickableMode WRITE SetClickableMode)
 
 public:
     enum Modes { Plain = 0, WebAddress = 1, MailAddress = 2 };
@@ -67,6 +68,7 @@ private:
     QPointF Pointer() const;
     void UpdateReach();
     void ShowState();
+    QString TipText() const;
 
     Desktop& m_shell;
     QLabel* m_label;

@@ -7,6 +7,7 @@
 #include "controls/uSeparatorBar.h"
 #include "platform/desktop/Geometry.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QRegion>
 
@@ -21,6 +22,7 @@ uSeparator::uSeparator(QWidget* Parent)
     , m_bar(new uSeparatorBar(this))
 {
     mdlAccessibleControls::Install();
+    setFocusProxy(m_bar); // the place that the window gives this control in its Tab order is the bar's
     SetAspect(Vertical);
 }
 
@@ -124,6 +126,16 @@ void uSeparator::Arrange()
     if (m_panel2 && InnerLength() > behind)
         m_panel2->setGeometry(Part(behind, InnerLength() - behind).translated(pos()));
     raise();
+    TellPlace();
+}
+
+/// A screen reader says the new value while the keys move the bar; other moves are nobody's news.
+void uSeparator::TellPlace()
+{
+    if (!m_bar->hasFocus())
+        return;
+    QAccessibleValueChangeEvent moved(m_bar, Parsent());
+    QAccessible::updateAccessibility(&moved);
 }
 
 int uSeparator::ClampToSides(int Pixels) const

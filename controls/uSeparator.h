@@ -21,6 +21,11 @@ class uSeparatorBar;
 class uSeparator : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(int Aspect READ Aspect WRITE SetAspect)
+    Q_PROPERTY(int SizeMin READ SideMin WRITE SetSideMin)
+    Q_PROPERTY(QColor BackColor READ BackColor WRITE SetBackColor)
+    Q_PROPERTY(int Offset READ Offset WRITE SetOffset STORED false)
+    Q_PROPERTY(double Parsent READ Parsent WRITE SetParsent STORED false)
 
 public:
     enum Aspects { Horizontal = 0, Vertical = 1 };
@@ -87,6 +92,7 @@ private:
     int BarPosition() const;
     void PlaceBar(int Pixels);
     void Arrange();
+    void TellPlace();
     QRect Part(int From, int Length) const;
 
     uSeparatorBar* m_bar; // a child

@@ -18,6 +18,8 @@ QChar Narrow(QChar C)
     return C == u'－' || C == u'−' ? QChar(u'-') : C;
 }
 
+bool IsStep(const QKeyEvent& Event) { return Event.key() == Qt::Key_Up || Event.key() == Qt::Key_Down; }
+
 bool IsModified(const QKeyEvent& Event)
 {
     return Event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
@@ -85,11 +87,18 @@ void uSpinButton::keyPressEvent(QKeyEvent* Event)
 {
     if (!Locked() && !Event->text().isEmpty())
         Q_EMIT KeyPress(Event->text().front().unicode());
-    const bool steps = Event->key() == Qt::Key_Up || Event->key() == Qt::Key_Down;
-    if (steps && IsModified(*Event))
+    if (IsStep(*Event) && IsModified(*Event))
         Event->ignore();
     else
         QSpinBox::keyPressEvent(Event);
+}
+
+/// At a bound the base does nothing; the number is selected there all the same, ready to be typed over.
+void uSpinButton::keyReleaseEvent(QKeyEvent* Event)
+{
+    QSpinBox::keyReleaseEvent(Event);
+    if (IsStep(*Event) && !IsModified(*Event) && !Locked())
+        selectAll();
 }
 
 void uSpinButton::wheelEvent(QWheelEvent* Event)

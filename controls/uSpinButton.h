@@ -14,6 +14,11 @@
 class uSpinButton : public QSpinBox
 {
     Q_OBJECT
+    Q_PROPERTY(qint32 Value READ Value WRITE SetValue NOTIFY Change)
+    Q_PROPERTY(qint32 Max READ Max WRITE SetMax)
+    Q_PROPERTY(qint32 Min READ Min WRITE SetMin)
+    Q_PROPERTY(bool Enabled READ isEnabled WRITE setEnabled)
+    Q_PROPERTY(bool Locked READ Locked WRITE SetLocked)
 
 public:
     explicit uSpinButton(QWidget* Parent = nullptr);
@@ -42,6 +47,7 @@ Q_SIGNALS:
 protected:
     bool event(QEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
+    void keyReleaseEvent(QKeyEvent* Event) override;
     void wheelEvent(QWheelEvent* Event) override;
 
 private:

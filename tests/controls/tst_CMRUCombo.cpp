@@ -61,6 +61,7 @@ private Q_SLOTS:
     void Typing();
     void InputMethod();
     void ProgramTextIsNotCompleted();
+    void TabAccepts_data();
     void TabAccepts();
 };
 
@@ -207,6 +208,23 @@ void tst_CMRUCombo::InputMethod()
     done.setCommitString(u"入門"_s);
     QCoreApplication::sendEvent(&box.Combo, &done);
     QCOMPARE(box.State(), u"入門[者ひろば]"_s);
+
+    // Composing over what was added: it goes, and nothing new comes until there is text.
+    QCoreApplication::sendEvent(&box.Combo, &composing);
+    QCOMPARE(box.State(), u"入門|"_s);
+    QInputMethodEvent more(u"しゃの"_s, {});
+    QCoreApplication::sendEvent(&box.Combo, &more);
+    QCOMPARE(box.State(), u"入門|"_s);
+    QInputMethodEvent part(u"の"_s, {}); // the first clause is settled, the second is still worked on
+    part.setCommitString(u"者"_s);
+    QCoreApplication::sendEvent(&box.Combo, &part);
+    QCOMPARE(box.State(), u"入門者|"_s);
+    QInputMethodEvent givenUp;
+    QCoreApplication::sendEvent(&box.Combo, &givenUp);
+    QCOMPARE(box.State(), u"入門者|"_s);
+    QTest::keyClicks(&box.Combo, u"x"_s);
+    QTest::keyClick(&box.Combo, Qt::Key_Backspace);
+    QCOMPARE(box.State(), u"入門者|"_s);
 }
 
 void tst_CMRUCombo::ProgramTextIsNotCompleted()
@@ -216,8 +234,16 @@ void tst_CMRUCombo::ProgramTextIsNotCompleted()
     QCOMPARE(box.State(), u"ab|"_s);
 }
 
+void tst_CMRUCombo::TabAccepts_data()
+{
+    QTest::addColumn<bool>("back");
+    QTest::newRow("Tab") << false;
+    QTest::newRow("Shift+Tab") << true;
+}
+
 void tst_CMRUCombo::TabAccepts()
 {
+    QFETCH(bool, back);
     QWidget window;
     CBox box({u"abcd"_s});
     box.Combo.setParent(&window);
@@ -228,7 +254,8 @@ void tst_CMRUCombo::TabAccepts()
     box.Combo.setFocus();
     QTest::keyClicks(QApplication::focusWidget(), u"ab"_s);
     QCOMPARE(box.State(), u"ab[cd]"_s);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), back ? Qt::Key_Backtab : Qt::Key_Tab,
+                    back ? Qt::ShiftModifier : Qt::NoModifier);
     QCOMPARE(box.Combo.currentText(), u"abcd"_s);
     QVERIFY(!box.Combo.lineEdit()->hasSelectedText());
     QVERIFY(next.hasFocus()); // the key does what it always does, too

@@ -7,9 +7,12 @@
 
 #include <QAccessible>
 #include <QEnterEvent>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocument>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -263,6 +266,20 @@ void tst_uClickableLabel::LongCaptionDoesNotWiden()
     QCOMPARE(label.width(), 80);
     QCOMPARE(label.Label()->geometry(), label.rect());
     QCOMPARE(label.minimumSizeHint().width(), 0);
+
+    // What is cut off stands in the tip, as text.
+    label.Label()->setToolTip(u"開きます"_s);
+    const auto tip = [&label](const QString& Caption) {
+        label.SetCaption(Caption);
+        QHelpEvent wanted(QEvent::ToolTip, QPoint(5, 5), label.mapToGlobal(QPoint(5, 5)));
+        QCoreApplication::sendEvent(&label, &wanted);
+        QTextDocument shown;
+        shown.setHtml(QToolTip::text());
+        return shown.toPlainText();
+    };
+    QCOMPARE(tip(u"http://a.jp/<img src='x'>"_s), u"http://a.jp/<img src='x'>\n開きます"_s);
+    QCOMPARE(tip(u"a"_s), u"開きます"_s);
+    QCOMPARE(tip(QString(100, u'x')), QString(80, u'x') + u'\n' + QString(20, u'x') + u"\n開きます"_s);
 }
 
 void tst_uClickableLabel::Accessibility()
@@ -275,6 +292,8 @@ void tst_uClickableLabel::Accessibility()
     QCOMPARE(link->role(), QAccessible::Link);
     QCOMPARE(link->text(QAccessible::Name), u"http://a.jp/"_s);
     QCOMPARE(link->childCount(), 0);
+    label.Label()->setToolTip(u"開きます"_s);
+    QCOMPARE(link->text(QAccessible::Description), u"開きます"_s);
     link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(desktop.Opened, QStringList{u"http://a.jp/"_s});
 }

@@ -318,6 +318,11 @@ void tst_uSeparator::Accessibility()
     QCOMPARE(bar->valueInterface()->currentValue().toDouble(), 20.0);
     bar->valueInterface()->setCurrentValue(40.0);
     QCOMPARE(window.Separator.Offset(), 3000);
+    QCOMPARE(window.Separator.property("Offset").toInt(), 3000);
+    QVERIFY(window.Separator.setProperty("Parsent", 20.0));
+    QCOMPARE(window.Separator.Offset(), 1500);
+    QVERIFY(window.Separator.setProperty("SizeMin", 450));
+    QCOMPARE(window.Separator.SideMin(), 450);
 }
 
 void tst_uSeparator::GonePaneIsForgotten()

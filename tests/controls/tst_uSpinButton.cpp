@@ -3,6 +3,7 @@
 
 #include "controls/uSpinButton.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void Pasting();
     void InputMethod();
     void Steps();
+    void Properties();
     void StepKeysWithModifiersAreNotOurs();
     void ValuesOutsideAreIgnored();
     void Locked();
@@ -167,6 +169,29 @@ void tst_uSpinButton::Steps()
     QTest::keyClick(&spin, Qt::Key_Down);
     QCOMPARE(spin.State(), u"[1]"_s);
     QCOMPARE(changed.size(), 3);
+
+    spin.SetValue(2);
+    spin.Edit().end(false);
+    QTest::keyClick(&spin, Qt::Key_Up); // nothing to do, and yet ready to be typed over
+    QCOMPARE(spin.State(), u"[2]"_s);
+}
+
+// What forms and screen readers know of it.
+void tst_uSpinButton::Properties()
+{
+    CSpin spin;
+    const std::tuple<const char*, QVariant, QVariant> values[] = {
+        {"Value", 0, 20}, {"Max", 50, 60}, {"Min", 0, -5}, {"Enabled", true, false}, {"Locked", false, true}};
+    for (const auto& [name, first, other] : values) {
+        QCOMPARE(spin.property(name), first);
+        QVERIFY(spin.setProperty(name, other));
+        QCOMPARE(spin.property(name), other);
+    }
+    QVERIFY(spin.setProperty("Value", 61)); // ignored
+    QAccessibleValueInterface* value = QAccessible::queryAccessibleInterface(&spin)->valueInterface();
+    QVERIFY(value);
+    QCOMPARE(QVariantList({value->currentValue(), value->minimumValue(), value->maximumValue()}),
+             QVariantList({20, -5, 60}));
 }
 
 void tst_uSpinButton::StepKeysWithModifiersAreNotOurs()
