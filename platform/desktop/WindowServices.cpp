@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTextEdit>
@@ -47,7 +48,8 @@ void AdjustComboDropDown(QComboBox* Combo, int VisibleRows)
     const int margins = 2 * Combo->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, Combo) +
                         2 * Combo->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, Combo) +
                         Combo->view()->verticalScrollBar()->sizeHint().width();
-    Combo->view()->setMinimumWidth(WidestItem(*Combo) + margins);
+    const int widest = Combo->screen()->availableGeometry().width(); // longer items are cut
+    Combo->view()->setMinimumWidth(std::min(WidestItem(*Combo) + margins, widest));
 }
 
 QRect GetNormalWindowRect(const QWidget* Window)

@@ -14,7 +14,8 @@ namespace mdlWindow
 /// Selects the whole text of a text box or an editable combo box; other widgets are left alone.
 void SelectAllText(QWidget* Control);
 
-/// Makes the drop-down list at most VisibleRows high (below 1: ten) and as wide as its widest item.
+/// Makes the drop-down list at most VisibleRows high (below 1: ten) and as wide as its widest item, but not
+/// wider than the screen.
 void AdjustComboDropDown(QComboBox* Combo, int VisibleRows);
 
 /// The window's place when it is neither minimised nor maximised, in pixels without the frame, as setGeometry takes
