@@ -9,9 +9,10 @@
 #include "board/CBBS.h"
 #include "board/CBBSProperty.h"
 #include "app/Application.h"
+#include "app/WindowPlace.h"
 #include "platform/desktop/Geometry.h"
+#include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
-#include "platform/text/Number.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -20,8 +21,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
-
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -33,19 +32,6 @@ constexpr QSize DesignedSize(640, 460);
 constexpr int MaxLogLines = 10000;
 
 QString Section() { return u"LoadDialogPosition"_s; }
-
-std::optional<int> Pixels(CIniFile& Ini, const QString& Key)
-{
-    const auto twips = text::TextToLong(Ini.Data(Key));
-    if (!twips)
-        return {};
-    return mdlGeometry::ToPixels(*twips);
-}
-
-void SetTwips(CIniFile& Ini, const QString& Key, int Pixels)
-{
-    Ini.SetData(Key, QString::number(mdlGeometry::ToTwips(Pixels)));
-}
 
 QString TabKey(qint32 BBS_ID) { return u'#' + QString::number(BBS_ID).rightJustified(3, u'0'); }
 
@@ -120,26 +106,19 @@ void frmLoadDlg::PlaceWindow(const QWidget* Owner)
     ini.SetNowSection(Section());
     if (!m_app.Option().SaveLoadDialogPosition)
         ini.Clear();
-    QRect place(QPoint(), DesignedSize);
-    place.setWidth(qMax(minimumSizeHint().width(), Pixels(ini, u"Width"_s).value_or(place.width())));
-    place.setHeight(qMax(minimumSizeHint().height(), Pixels(ini, u"Height"_s).value_or(place.height())));
-    place.moveCenter(Owner ? Owner->window()->geometry().center() : mdlGeometry::Centred(place.size()).center());
-    place.moveLeft(Pixels(ini, u"Left"_s).value_or(place.left()));
-    place.moveTop(Pixels(ini, u"Top"_s).value_or(place.top()));
-    setGeometry(mdlGeometry::OnScreen(place));
+    QRect designed = mdlGeometry::Centred(DesignedSize.expandedTo(minimumSizeHint()));
+    if (Owner)
+        designed.moveCenter(Owner->window()->geometry().center());
+    setGeometry(mdlGeometry::Restored(mdlWindowPlace::Read(ini), designed));
 }
 
 void frmLoadDlg::SavePlace()
 {
     if (!m_app.Option().SaveLoadDialogPosition)
         return;
-    const QRect place = isMaximized() || isMinimized() ? normalGeometry() : geometry();
     CIniFile& ini = m_app.SettingsIni();
     ini.SetNowSection(Section());
-    SetTwips(ini, u"Left"_s, place.left());
-    SetTwips(ini, u"Top"_s, place.top());
-    SetTwips(ini, u"Width"_s, place.width());
-    SetTwips(ini, u"Height"_s, place.height());
+    mdlWindowPlace::Store(ini, mdlGeometry::ToPlace(mdlWindow::GetNormalWindowRect(this)));
     ini.Save(Section());
 }
 

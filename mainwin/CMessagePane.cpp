@@ -4,9 +4,11 @@
 #include "mainwin/CMessagePane.h"
 
 #include "platform/desktop/Contrast.h"
+#include "platform/text/Words.h"
 
 #include <QContextMenuEvent>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
@@ -84,6 +86,7 @@ CMessagePane::CMessagePane(QWidget* Parent)
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFont(FixedPitchFont(font()));
     setTabChangesFocus(true);
+    setCursorWidth(2); // a hairline gets lost between strokes of kanji
     setFrameShape(QFrame::StyledPanel);
 }
 
@@ -182,6 +185,24 @@ void CMessagePane::contextMenuEvent(QContextMenuEvent* Event)
         return;
     const bool isByKey = Event->reason() == QContextMenuEvent::Keyboard;
     Q_EMIT TextMenuRequested(isByKey ? viewport()->mapToGlobal(cursorRect().bottomLeft()) : Event->globalPos());
+}
+
+/// The base takes each kanji for a word of its own.
+void CMessagePane::mouseDoubleClickEvent(QMouseEvent* Event)
+{
+    QPlainTextEdit::mouseDoubleClickEvent(Event);
+    if (Event->button() != Qt::LeftButton)
+        return;
+    const QPoint place = Event->position().toPoint();
+    QTextCursor cursor = cursorForPosition(place); // before or behind the letter, whichever edge is nearer
+    const bool isBehind = place.x() < cursorRect(cursor).left();
+    const QTextBlock block = cursor.block();
+    const auto word = text::WordAt(block.text(), cursor.positionInBlock() - (isBehind ? 1 : 0));
+    if (word.Length == 0)
+        return;
+    cursor.setPosition(block.position() + int(word.Start));
+    cursor.setPosition(block.position() + int(word.Start + word.Length), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
 }
 
 void CMessagePane::changeEvent(QEvent* Event)

@@ -42,6 +42,7 @@ Q_SIGNALS:
 protected:
     QMimeData* createMimeDataFromSelection() const override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
+    void mouseDoubleClickEvent(QMouseEvent* Event) override;
     void changeEvent(QEvent* Event) override;
 
 private:

@@ -89,6 +89,7 @@ void CStatusPanels::MakeEditor()
 {
     m_editor = new uSpinButton(this);
     m_editor->setObjectName(u"uspnNoReadPoint"_s);
+    m_editor->setAccessibleName(u"未読位置"_s);
     m_editor->SetMax(MaxNoReadPoint);
     m_editor->setFrame(false);
     m_editor->hide();
@@ -155,6 +156,8 @@ void CStatusPanels::CloseNoReadPoint()
 }
 
 bool CStatusPanels::IsNoReadPointOpen() const { return !m_editor->isHidden(); }
+
+QList<QWidget*> CStatusPanels::TabStops() const { return {m_mail, m_homePage, m_editor}; }
 
 void CStatusPanels::OnEditorKey(int Character)
 {

@@ -62,6 +62,9 @@ public:
     void CloseNoReadPoint();
     bool IsNoReadPointOpen() const;
 
+    /// What the Tab key reaches in the bar while it is shown, in its order.
+    QList<QWidget*> TabStops() const;
+
 Q_SIGNALS:
     void NoReadPointClicked();
     /// Enter in the editor, which is closed by then.

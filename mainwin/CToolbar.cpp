@@ -45,8 +45,11 @@ CToolbar::CToolbar(QWidget* Parent)
     }
     AddBoardMenu();
     // The style's own arrow is black on any palette.
-    if (auto* more = findChild<QToolButton*>(u"qt_toolbar_ext_button"_s))
+    if (auto* more = findChild<QToolButton*>(u"qt_toolbar_ext_button"_s)) {
         more->setIcon(CIconSet::Picture(u"More"_s));
+        more->setAccessibleName(u"隠れているボタン"_s);
+        more->setToolTip(more->accessibleName());
+    }
 }
 
 QAction* CToolbar::Button(QStringView Key) const { return m_buttons.value(Key); }

@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "app/Shutdown.h"
 #include "board/CBBS.h"
+#include "controls/CFocusRim.h"
 #include "controls/CMRUCombo.h"
 #include "controls/uSeparator.h"
 #include "load/frmLoadDlg.h"
@@ -19,8 +20,8 @@
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
+#include "mainwin/CTextZoom.h"
 #include "mainwin/CToolbar.h"
-#include "platform/desktop/Geometry.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
 #include "query/frmSQL.h"
@@ -39,7 +40,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr QSize DefaultSize(960, 700); // pixels at 100 %
 constexpr qint16 FindHistorySize = 10;
 constexpr int BlinkMs = 1000;
 constexpr int CloseBoxesMs = 100;
@@ -106,6 +106,7 @@ void frmView::BuildPanes()
             m_client);
         view->setObjectName(u"lsvMsgList"_s + QString::number(list));
         view->setAccessibleName(list == CViewer::BoardList ? u"メッセージ一覧"_s : u"検索結果"_s);
+        new CFocusRim(*view);
         m_lists[std::size_t(list)] = view;
         ConnectList(list);
     }
@@ -117,7 +118,10 @@ void frmView::BuildPanes()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_separator);
     m_separator->Initialize(&View(CViewer::BoardList), m_pane);
+    new CFocusRim(*m_pane);
+    m_textZoom = new CTextZoom(*m_pane);
     setCentralWidget(m_client);
+    BuildTabOrder();
 }
 
 QTimer* frmView::MakeTimer(const QString& Name, int IntervalMs, bool SingleShot)
@@ -222,7 +226,7 @@ void frmView::LoadFindHistory()
     m_findHistory->SetComboBox(&m_toolbar->FindBox());
     m_findHistory->SetMax(FindHistorySize);
     ini.SetNowSection(FindTextSection());
-    const QStringList keys = ini.Keys();
+    const QStringList keys = ini.Keys().mid(0, FindHistorySize); // whoever wrote the file
     for (const QString& key : keys)
         m_findHistory->AddMRU(ini.Data(key), false);
     m_toolbar->FindBox().setEditText({});
@@ -248,37 +252,6 @@ void frmView::ReportNoBoards()
     m_isClosing = m_isClosed = true; // nothing of the window was on the screen, so nothing of it is saved
     m_bbs->Initialize(nullptr);
     Shutdown(m_app);
-}
-
-void frmView::PlaceWindow()
-{
-    const mdlPosition::Position saved = mdlPosition::Read(m_app.SettingsIni());
-    QSize size = DefaultSize;
-    if (saved.Width && saved.Height)
-        size = {mdlGeometry::ToPixels(*saved.Width), mdlGeometry::ToPixels(*saved.Height)};
-    QRect place = mdlGeometry::Centred(size);
-    if (saved.Left)
-        place.moveLeft(mdlGeometry::ToPixels(*saved.Left));
-    if (saved.Top)
-        place.moveTop(mdlGeometry::ToPixels(*saved.Top));
-    setGeometry(mdlGeometry::OnScreen(place));
-    if (saved.Separator)
-        m_separator->SetOffset(*saved.Separator);
-    for (int column = 0; column < mdlPosition::ColumnCount; ++column) {
-        if (const auto width = saved.Columns[std::size_t(column)])
-            View(CViewer::BoardList).header()->resizeSection(column, qMax(mdlGeometry::ToPixels(*width), 0));
-    }
-    ShowPlaced(saved.WindowState);
-}
-
-void frmView::ShowPlaced(int WindowState)
-{
-    if (WindowState == mdlPosition::Maximised)
-        showMaximized();
-    else if (WindowState == mdlPosition::Minimised)
-        showMinimized();
-    else
-        show();
 }
 
 void frmView::ShowMainWindow()
@@ -380,20 +353,4 @@ void frmView::SaveFindHistory()
     for (const QString& text : m_findHistory->MRUList())
         ini.SetData(QString::number(++number), text);
     ini.Save(FindTextSection());
-}
-
-mdlPosition::Position frmView::CurrentPosition() const
-{
-    const bool isMaximised = windowState().testFlag(Qt::WindowMaximized) && !isMinimized();
-    const QRect place = mdlGeometry::ToTwips(mdlWindow::GetNormalWindowRect(this));
-    mdlPosition::Position now;
-    now.WindowState = isMaximised ? mdlPosition::Maximised : mdlPosition::Normal;
-    now.Left = place.left();
-    now.Top = place.top();
-    now.Width = place.width();
-    now.Height = place.height();
-    now.Separator = m_separator->Offset();
-    for (int column = 0; column < mdlPosition::ColumnCount; ++column)
-        now.Columns[std::size_t(column)] = mdlGeometry::ToTwips(View(CViewer::BoardList).header()->sectionSize(column));
-    return now;
 }

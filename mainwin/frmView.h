@@ -27,6 +27,7 @@ class CMessagePane;
 class CWorkProgress;
 class CMRUCombo;
 class CStatusPanels;
+class CTextZoom;
 class CToolbar;
 class frmLoadDlg;
 class frmSQL;
@@ -72,6 +73,7 @@ private:
     // Building
     void BuildBars();
     void BuildPanes();
+    void BuildTabOrder();
     void BuildTimers();
     void ConnectList(int List);
     void ConnectBoard();
@@ -205,6 +207,7 @@ private:
     uSeparator* m_separator = nullptr;
     std::array<CListView*, 2> m_lists = {};
     CMessagePane* m_pane = nullptr;
+    CTextZoom* m_textZoom = nullptr;
     QTimer* m_tmrRead = nullptr;
     QTimer* m_tmrBlinkIcon = nullptr;
     QTimer* m_tmrCloseBoxes = nullptr;

@@ -13,6 +13,7 @@
 #include "mainwin/CMessageCommands.h"
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CStatusPanels.h"
+#include "mainwin/CTextZoom.h"
 #include "mainwin/frmAbout.h"
 #include "mainwin/CToolbar.h"
 #include "mainwin/mdlProduct.h"
@@ -87,6 +88,9 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::Escape, [](V& View, int) { View.DoEscape(); }},
         {Command::PopupBoards, [](V& View, int) { View.DoPopupBoards(); }},
         {Command::PopupMarks, [](V& View, int) { View.DoPopupMarks(); }},
+        {Command::TextLarger, [](V& View, int) { View.m_textZoom->Step(1); }},
+        {Command::TextSmaller, [](V& View, int) { View.m_textZoom->Step(-1); }},
+        {Command::TextUsual, [](V& View, int) { View.m_textZoom->Reset(); }},
     };
     const auto found = std::find_if(std::begin(lines), std::end(lines),
                                     [Handler](const CommandLine& Line) { return Line.Handler == Handler; });

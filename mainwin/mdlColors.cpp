@@ -40,9 +40,7 @@ QColor FromStored(quint32 Stored, const QPalette& Palette)
 
 QColor MarkColor(quint32 Stored, const QPalette& Palette)
 {
-    const QColor color = FromStored(Stored, Palette);
-    const QColor ground = Palette.color(QPalette::Base);
-    return mdlContrast::Ratio(color, ground) >= MarkContrast ? color : mdlContrast::Legible(color, ground);
+    return mdlContrast::Legible(FromStored(Stored, Palette), Palette.color(QPalette::Base));
 }
 
 } // namespace mdlColors

@@ -264,6 +264,14 @@ constexpr Key KeyTable[] = {
     {Qt::Key_Right, Modifiers::Alt, Command::HistoryForward, u"mnuMoveNextArchive"},
     {Qt::Key_Space, Modifiers::None, Command::NextUnread, u"mnuMoveNextNoRead"},
     {Qt::Key_Space, Modifiers::Shift, Command::PrevUnreadByKey, u"mnuMovePrevNoRead"},
+    // The plus sign lies on ";" on Japanese keyboards and on "=" on English ones, both with Shift.
+    {Qt::Key_Plus, Modifiers::Ctrl, Command::TextLarger, {}},
+    {Qt::Key_Plus, Modifiers::CtrlShift, Command::TextLarger, {}},
+    {Qt::Key_Semicolon, Modifiers::Ctrl, Command::TextLarger, {}},
+    {Qt::Key_Semicolon, Modifiers::CtrlShift, Command::TextLarger, {}},
+    {Qt::Key_Equal, Modifiers::Ctrl, Command::TextLarger, {}},
+    {Qt::Key_Minus, Modifiers::Ctrl, Command::TextSmaller, {}},
+    {Qt::Key_0, Modifiers::Ctrl, Command::TextUsual, {}},
 };
 
 bool Matches(Modifiers Wanted, Qt::KeyboardModifiers Pressed)

@@ -45,15 +45,18 @@ enum class Command {
     Escape,
     PopupBoards,
     PopupMarks,
-    Query,     ///< the query dialog with the last query
-    TextFind,  ///< the query dialog, looking for the selected text of the pane
+    Query,      ///< the query dialog with the last query
+    TextLarger, ///< the letters of the message pane
+    TextSmaller,
+    TextUsual,
+    TextFind,        ///< the query dialog, looking for the selected text of the pane
     PrevUnreadByKey, ///< as PrevUnread; the text selection of the pane is emptied as well
     Find,            ///< the find dialog
     FindNext,
     FindPrev,
-    Relate,         ///< the thread of the selected message
-    RelateText,     ///< the thread of the message that the selected text of the pane names
-    TwoSidedReply,  ///< 0 left, 1 right
+    Relate,        ///< the thread of the selected message
+    RelateText,    ///< the thread of the message that the selected text of the pane names
+    TwoSidedReply, ///< 0 left, 1 right
     Mail,
     HomePage,
     OpenUrl,        ///< the selected text of the pane as an address

@@ -1,13 +1,16 @@
 // mainwin/mdlPosition.h
-// Section "Position" of the settings file: place, splitter and column widths of the main window.
+// Section "Position" of the settings file: what the main window looked like when it was closed.
 
 #ifndef MAINWIN_MDLPOSITION_H
 #define MAINWIN_MDLPOSITION_H
+
+#include "platform/desktop/Geometry.h"
 
 #include <array>
 #include <optional>
 
 class CIniFile;
+class QHeaderView;
 
 namespace mdlPosition
 {
@@ -23,20 +26,25 @@ constexpr int Maximised = 2;
 struct Position
 {
     int WindowState = Normal;
-    std::optional<int> Left;
-    std::optional<int> Top;
-    std::optional<int> Width;
-    std::optional<int> Height;
+    mdlGeometry::Place Window;
     std::optional<int> Separator;
     std::array<std::optional<int>, ColumnCount> Columns;
+    std::optional<std::array<int, ColumnCount>> ColumnOrder; ///< columns from left to right; empty: as they are made
+    std::optional<double> TextSize;                          ///< of the message text, in points; empty: the usual one
     bool operator==(const Position&) const = default;
 };
 
-/// Lengths beyond 1,000,000 twips (some 66,000 pixels) either way count as no number.
+/// Lengths beyond mdlWindowPlace::MaxTwips count as no number, an order in which not every column stands once as none.
 Position Read(CIniFile& Ini);
 
-/// Stores what is not empty and saves the section. False when the file could not be written.
+/// Stores the values, removes the keys of those that are empty, and saves the section. False when the file could not be
+/// written.
 bool Write(CIniFile& Ini, const Position& Values);
+
+/// Takes widths and order from a header that has all the columns, which it has not while it shows a raw table.
+void TakeColumns(Position& Values, const QHeaderView& Header);
+/// Gives them to it. No column becomes so narrow or so wide that its edge cannot be gripped any more.
+void PlaceColumns(const Position& Values, QHeaderView& Header);
 
 } // namespace mdlPosition
 

@@ -6,12 +6,13 @@
 #include "query/CStatementBox.h"
 #include "query/mdlCondition.h"
 #include "app/Application.h"
+#include "app/WindowPlace.h"
+#include "controls/CFocusRim.h"
 #include "controls/uSeparator.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
-#include "platform/text/Number.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -34,18 +35,7 @@ constexpr double StatementPercent = 70; // of the width, until the user moves th
 
 QString Section() { return u"SQLDialogPosition"_s; }
 
-std::optional<int> Twips(CIniFile& Ini, const QString& Key) { return text::TextToLong(Ini.Data(Key)); }
-
-std::optional<int> Pixels(CIniFile& Ini, const QString& Key)
-{
-    const auto twips = Twips(Ini, Key);
-    return twips ? std::optional(mdlGeometry::ToPixels(*twips)) : std::nullopt;
-}
-
-void SetPixels(CIniFile& Ini, const QString& Key, int Pixels)
-{
-    Ini.SetData(Key, QString::number(mdlGeometry::ToTwips(Pixels)));
-}
+QString SeparatorKey() { return u"Separator"_s; }
 
 template<typename Widget> Widget* Named(Widget* Made, const QString& Name)
 {
@@ -85,6 +75,7 @@ void frmSQL::BuildQueries()
     m_cmdDelete = Named(new QPushButton(u"削除(&D)"_s, this), u"cmdDelete"_s);
     m_txtSQL = Named(new CStatementBox(this), u"txtSQL"_s);
     m_txtSQL->setAccessibleName(u"SQL"_s);
+    new CFocusRim(*m_txtSQL);
     connect(m_cmbQuery, &QComboBox::activated, this, &frmSQL::OnQueryChosen);
     connect(m_cmbQuery, &QComboBox::editTextChanged, this,
             [this](const QString& Text) { m_cmdDelete->setEnabled(!Text.isEmpty()); });
@@ -103,6 +94,7 @@ void frmSQL::BuildTables()
     m_lstField = Named(new QListWidget(m_picList), u"lstField"_s);
     m_lstField->setAccessibleName(u"フィールド"_s);
     m_lstField->installEventFilter(this);
+    new CFocusRim(*m_lstField);
     m_lblInfo = Named(new QLabel(this), u"lblInfo"_s);
     m_lblInfo->setTextFormat(Qt::PlainText);
     m_lblInfo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -195,31 +187,21 @@ void frmSQL::PlaceWindow()
     ini.SetNowSection(Section());
     if (!m_app.Option().SaveSQLDialogPosition)
         ini.Clear();
-    const auto width = Pixels(ini, u"Width"_s);
-    const auto height = Pixels(ini, u"Height"_s);
-    const QSize size = width && height ? QSize(*width, *height).expandedTo(minimumSizeHint()) : DesignedSize;
-    QRect place = mdlGeometry::Centred(size);
-    place.moveLeft(Pixels(ini, u"Left"_s).value_or(place.left()));
-    place.moveTop(Pixels(ini, u"Top"_s).value_or(place.top()));
-    setGeometry(mdlGeometry::OnScreen(place));
+    setGeometry(mdlGeometry::Restored(mdlWindowPlace::Read(ini), mdlGeometry::Centred(DesignedSize)));
     layout()->activate(); // the bar's place is a part of the width that it now has
     m_separator->SetParsent(StatementPercent);
-    if (const auto offset = Twips(ini, u"Separator"_s))
-        m_separator->SetOffset(*offset);
+    if (const auto offset = mdlWindowPlace::Twips(ini, SeparatorKey()))
+        m_separator->SetOffset(qMax(*offset, m_separator->SideMin()));
 }
 
 void frmSQL::SavePlace()
 {
     if (!m_app.Option().SaveSQLDialogPosition)
         return;
-    const QRect place = mdlWindow::GetNormalWindowRect(this);
     CIniFile& ini = m_app.SettingsIni();
     ini.SetNowSection(Section());
-    SetPixels(ini, u"Left"_s, place.left());
-    SetPixels(ini, u"Top"_s, place.top());
-    SetPixels(ini, u"Width"_s, place.width());
-    SetPixels(ini, u"Height"_s, place.height());
-    ini.SetData(u"Separator"_s, QString::number(m_separator->Offset()));
+    mdlWindowPlace::Store(ini, mdlGeometry::ToPlace(mdlWindow::GetNormalWindowRect(this)));
+    mdlWindowPlace::SetTwips(ini, SeparatorKey(), m_separator->Offset());
     ini.Save(Section());
 }
 

@@ -95,6 +95,26 @@ QRect OnScreen(const QRect& Wanted)
     return OnScreen(Wanted, areas);
 }
 
+Place ToPlace(const QRect& Pixels)
+{
+    const QRect twips = ToTwips(Pixels);
+    return {twips.left(), twips.top(), twips.width(), twips.height()};
+}
+
+QRect Restored(const Place& Stored, const QRect& Designed)
+{
+    const auto side = [](std::optional<int> Twips, int Instead) {
+        return Twips && ToPixels(*Twips) > 0 ? ToPixels(*Twips) : Instead;
+    };
+    QRect place(0, 0, side(Stored.Width, Designed.width()), side(Stored.Height, Designed.height()));
+    place.moveCenter(Designed.center());
+    if (Stored.Left)
+        place.moveLeft(ToPixels(*Stored.Left));
+    if (Stored.Top)
+        place.moveTop(ToPixels(*Stored.Top));
+    return OnScreen(place);
+}
+
 QRect Centred(const QSize& Size)
 {
     const QScreen* screen = QGuiApplication::primaryScreen();

@@ -8,6 +8,8 @@
 #include <QRect>
 #include <QtGlobal>
 
+#include <optional>
+
 namespace mdlGeometry
 {
 /// Twips in one pixel at 100 % scale; the toolkit's pixels are those of 100 % at any scale.
@@ -26,6 +28,22 @@ QRect ToTwips(const QRect& Pixels);
 QRect OnScreen(const QRect& Wanted, const QList<QRect>& Screens);
 /// The same with the screens of this session.
 QRect OnScreen(const QRect& Wanted);
+
+/// A window's place as settings keep it, in twips; empty where nothing usable was stored.
+struct Place
+{
+    std::optional<int> Left;
+    std::optional<int> Top;
+    std::optional<int> Width;
+    std::optional<int> Height;
+    bool operator==(const Place&) const = default;
+};
+
+Place ToPlace(const QRect& Pixels);
+
+/// Where a window comes back, in pixels and on a screen of this session: Stored as far as it goes. A missing size, or
+/// one that is none, is that of Designed, and a missing left or top centres the window on Designed's middle.
+QRect Restored(const Place& Stored, const QRect& Designed);
 
 /// A rectangle of this size in the middle of the available area of the primary screen.
 QRect Centred(const QSize& Size);
