@@ -1,22 +1,23 @@
 // viewer/CRegExp.cpp
-// Plain searches go over the folded text and back by its map, expressions over the text itself.
+// Plain texts by their fold, expressions by a scan whose memory serves all texts.
 
 #include "viewer/CRegExp.h"
-
-#include "platform/text/Fold.h"
 
 using namespace Qt::StringLiterals;
 
 void CRegExp::SetIgnoreCase(bool IsOn)
 {
     m_ignoresCase = IsOn;
+    m_scan.reset();
     m_expression.reset();
 }
 
 void CRegExp::SetPattern(const QString& Pattern)
 {
     m_pattern = Pattern;
+    m_scan.reset();
     m_expression.reset();
+    m_plain.reset();
 }
 
 const regexp::CExpression& CRegExp::RegExp()
@@ -26,54 +27,88 @@ const regexp::CExpression& CRegExp::RegExp()
     return *m_expression;
 }
 
-bool CRegExp::Search(const QString& Text) { return Find(Text, Which::First); }
+const text::CFoldedPattern& CRegExp::Plain()
+{
+    if (!m_plain)
+        m_plain.emplace(m_pattern);
+    return *m_plain;
+}
 
-bool CRegExp::SearchRev(const QString& Text) { return Find(Text, Which::Last); }
-
-bool CRegExp::Find(const QString& Text, Which Wanted)
+bool CRegExp::Search(const QString& Text, qsizetype From)
 {
     m_trouble.clear();
     m_hasGivenUp = false;
-    const regexp::CSpan found = m_isRegExpMode ? FindExpression(Text, Wanted) : FindPlain(Text, Wanted);
-    m_firstIndex = static_cast<qint32>(found.Index);
-    m_length = static_cast<qint32>(found.Length);
+    if (m_isRegExpMode)
+        return Take(Text, FindFirst(Text, From));
+    const text::CFoldedSpan found = Plain().First(Text, From);
+    return Take(Text, {found.Index, found.Length});
+}
+
+bool CRegExp::SearchRev(const QString& Text, qsizetype Until)
+{
+    m_trouble.clear();
+    m_hasGivenUp = false;
+    const qsizetype until = Until == ToEnd ? Text.size() : Until;
+    if (m_isRegExpMode)
+        return Take(Text, FindLast(Text, until));
+    const text::CFoldedSpan found = Plain().Last(Text, until);
+    return Take(Text, {found.Index, found.Length});
+}
+
+bool CRegExp::Take(const QString& Text, regexp::CSpan Found)
+{
+    m_firstIndex = static_cast<qint32>(Found.Index);
+    m_length = static_cast<qint32>(Found.Length);
     m_value.clear();
-    if (found.Index >= 0)
-        m_value = m_isRegExpMode ? Text.mid(found.Index, found.Length) : m_pattern;
-    return found.Index >= 0;
+    if (Found.Index >= 0)
+        m_value = m_isRegExpMode ? Text.mid(Found.Index, Found.Length) : m_pattern;
+    return Found.Index >= 0;
 }
 
-regexp::CSpan CRegExp::FindPlain(const QString& Text, Which Wanted) const
+bool CRegExp::StartScan(const QString& Text, qsizetype From)
 {
-    const QString sought = text::Fold(m_pattern);
-    const QString folded = text::Fold(Text);
-    const qsizetype place = Wanted == Which::First ? folded.indexOf(sought) : folded.lastIndexOf(sought);
-    if (sought.isEmpty() || place < 0)
-        return {};
-    // The way back is worth its memory only where something was found.
-    const std::vector<qsizetype> offsets = text::FoldWithOffsets(Text).Offsets;
-    const qsizetype start = offsets[static_cast<std::size_t>(place)];
-    return {start, offsets[static_cast<std::size_t>(place + sought.size())] - start};
-}
-
-regexp::CSpan CRegExp::FindExpression(const QString& Text, Which Wanted)
-{
-    if (!RegExp().IsValid()) {
+    if (!RegExp().IsValid())
         m_trouble = RegExp().ErrorText();
+    else if (m_scan)
+        m_scan->Restart(Text, From);
+    else
+        m_scan.emplace(RegExp(), Text, From);
+    return RegExp().IsValid();
+}
+
+regexp::CSpan CRegExp::FindFirst(const QString& Text, qsizetype From)
+{
+    if (!StartScan(Text, From))
         return {};
+    regexp::Outcome outcome = m_scan->Next();
+    while (outcome == regexp::Outcome::Found && m_scan->Match().Length == 0)
+        outcome = m_scan->Next();
+    if (outcome == regexp::Outcome::GaveUp)
+        GiveUp();
+    return outcome == regexp::Outcome::Found ? m_scan->Match() : regexp::CSpan();
+}
+
+regexp::CSpan CRegExp::FindLast(const QString& Text, qsizetype Until)
+{
+    if (!StartScan(Text, 0))
+        return {};
+    regexp::CSpan last;
+    for (;;) {
+        const regexp::Outcome outcome = m_scan->Next();
+        if (outcome == regexp::Outcome::GaveUp) {
+            GiveUp();
+            return {};
+        }
+        const regexp::CSpan match = m_scan->Match();
+        if (outcome == regexp::Outcome::NotFound || match.Index + match.Length > Until)
+            return last;
+        if (match.Length > 0)
+            last = match;
     }
-    regexp::CScan scan(RegExp(), Text);
-    regexp::CSpan found;
-    regexp::Outcome outcome = scan.Next();
-    for (; outcome == regexp::Outcome::Found; outcome = scan.Next()) {
-        if (scan.Match().Length > 0)
-            found = scan.Match();
-        if (Wanted == Which::First && found.Length > 0)
-            return found;
-    }
-    if (outcome != regexp::Outcome::GaveUp)
-        return found;
+}
+
+void CRegExp::GiveUp()
+{
     m_hasGivenUp = true;
     m_trouble = u"正規表現の検索に時間がかかりすぎるため、途中で打ち切りました。"_s;
-    return {};
 }

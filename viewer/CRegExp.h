@@ -5,6 +5,7 @@
 #define VIEWER_CREGEXP_H
 
 #include "platform/regexp/CScan.h"
+#include "platform/text/CFoldedPattern.h"
 
 #include <QString>
 
@@ -35,10 +36,13 @@ public:
     QString Pattern() const { return m_pattern; }
     void SetPattern(const QString& Pattern);
 
-    /// Finds the first match in Text.
-    bool Search(const QString& Text);
-    /// Finds the last one of the matches that follow each other from the start of Text.
-    bool SearchRev(const QString& Text);
+    /// Finds the first match in Text that begins at From or behind it. What stands before From still counts: ^ is the
+    /// start of Text only, and \b sees the letter before.
+    bool Search(const QString& Text, qsizetype From = 0);
+    /// Finds the last one of the matches that follow each other from the start of Text and end at Until or before it
+    /// (ToEnd: anywhere). What stands behind Until still counts, and no match is cut off there.
+    bool SearchRev(const QString& Text, qsizetype Until = ToEnd);
+    static constexpr qsizetype ToEnd = -1;
 
     /// Why the last search could not tell, in a sentence for the user: the expression has a fault, or takes too long
     /// on that text (HasGivenUp). Empty when the answer is sure.
@@ -47,16 +51,19 @@ public:
     bool HasGivenUp() const { return m_hasGivenUp; }
 
 private:
-    enum class Which { First, Last };
-
-    bool Find(const QString& Text, Which Wanted);
-    regexp::CSpan FindPlain(const QString& Text, Which Wanted) const;
-    regexp::CSpan FindExpression(const QString& Text, Which Wanted);
+    bool Take(const QString& Text, regexp::CSpan Found);
+    bool StartScan(const QString& Text, qsizetype From);
+    regexp::CSpan FindFirst(const QString& Text, qsizetype From);
+    regexp::CSpan FindLast(const QString& Text, qsizetype Until);
+    void GiveUp();
+    const text::CFoldedPattern& Plain();
 
     bool m_isRegExpMode = true;
     bool m_ignoresCase = false;
     QString m_pattern;
-    std::optional<regexp::CExpression> m_expression; // of m_pattern; made when it is needed
+    std::optional<regexp::CExpression> m_expression; // of m_pattern; this and what follows are made when needed
+    std::optional<regexp::CScan> m_scan;             // of m_expression
+    std::optional<text::CFoldedPattern> m_plain;
     qint32 m_firstIndex = -1;
     qint32 m_length = -1;
     QString m_value;

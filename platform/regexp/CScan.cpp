@@ -32,6 +32,12 @@ struct CMatchData
     std::size_t LastStart = 0;
     std::size_t LastPlace = 0;
 
+    void Restart()
+    {
+        Left = Allowance;
+        LastStart = LastPlace = 0;
+    }
+
     /// Called where a match may come by in more than one way. The matcher's own limit sees neither groups without a
     /// loop nor the way that a repeated unit or a back reference goes over the text.
     int Count(const pcre2_callout_block& At)
@@ -63,6 +69,15 @@ CScan::CScan(const CExpression& Expression, QStringView Text, qsizetype From)
 }
 
 CScan::~CScan() = default;
+
+void CScan::Restart(QStringView Text, qsizetype From)
+{
+    m_text = Text;
+    m_next = std::max<qsizetype>(From, 0);
+    m_outcome = Outcome::NotFound;
+    if (m_data)
+        m_data->Restart();
+}
 
 Outcome CScan::Next()
 {

@@ -42,6 +42,9 @@ public:
     CScan(const CScan&) = delete;
     CScan& operator=(const CScan&) = delete;
 
+    /// Begins anew in another text, with a new allowance, in the memory that it has: for looking through many texts.
+    void Restart(QStringView Text, qsizetype From = 0);
+
     /// Goes to the next match. Once there is none, or after giving up, the answer stays the same.
     Outcome Next();
 

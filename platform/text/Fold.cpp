@@ -3,6 +3,8 @@
 
 #include "platform/text/Fold.h"
 
+#include "platform/text/CFoldReader.h"
+
 #include <QVarLengthArray>
 #include <QtEndian>
 
@@ -16,9 +18,6 @@ namespace text
 
 namespace
 {
-
-constexpr char16_t HalfVoiced = 0xFF9E;     // ﾞ
-constexpr char16_t HalfSemiVoiced = 0xFF9F; // ﾟ
 
 /// Bytes; enough for the keys of names and subjects, and for most of those of a paragraph.
 constexpr qint32 UsualKeySize = 2048;
@@ -71,59 +70,6 @@ std::vector<char16_t> MakeTable()
     return table;
 }
 
-const char16_t* Table()
-{
-    static const std::vector<char16_t> table = MakeTable();
-    return table.data();
-}
-
-/// The composed katakana of a folded Unit and the half-width Mark behind it; 0 when they do not go together.
-char16_t Composed(char16_t Unit, char16_t Mark)
-{
-    const bool isFromKaToTo = QStringView(u"カキクケコサシスセソタチツテト").contains(QChar(Unit));
-    const bool isHaRow = QStringView(u"ハヒフヘホ").contains(QChar(Unit));
-    if (Mark == HalfSemiVoiced)
-        return isHaRow ? static_cast<char16_t>(Unit + 2) : char16_t(0);
-    if (isFromKaToTo || isHaRow)
-        return static_cast<char16_t>(Unit + 1);
-    return Unit == 0x30A6 ? char16_t(0x30F4) : char16_t(0); // ウ with its mark is ヴ
-}
-
-constexpr bool IsHalfKana(char16_t Unit) { return Unit >= 0xFF66 && Unit <= 0xFF9D; }
-constexpr bool IsHalfMark(char16_t Unit) { return Unit == HalfVoiced || Unit == HalfSemiVoiced; }
-
-/// Gives out the folded units of a text one by one.
-class CFoldReader
-{
-public:
-    explicit CFoldReader(QStringView Text)
-        : m_from(Text.utf16())
-        , m_end(m_from + Text.size())
-        , m_table(Table())
-    {}
-
-    bool AtEnd() const { return m_from == m_end; }
-    const char16_t* Place() const { return m_from; }
-
-    char16_t Next()
-    {
-        const char16_t unit = *m_from++;
-        const char16_t folded = m_table[unit];
-        if (IsHalfKana(unit) && m_from != m_end && IsHalfMark(*m_from)) {
-            if (const char16_t composed = Composed(folded, *m_from)) {
-                ++m_from;
-                return composed;
-            }
-        }
-        return folded;
-    }
-
-private:
-    const char16_t* m_from;
-    const char16_t* m_end;
-    const char16_t* m_table;
-};
-
 /// Text itself when it is folded already, otherwise its fold, kept in Room.
 QStringView FoldInto(QStringView Text, CUnits& Room)
 {
@@ -166,9 +112,26 @@ int CompareUnits(QStringView Left, QStringView Right)
 
 } // namespace
 
+const char16_t* FoldTable()
+{
+    static const std::vector<char16_t> table = MakeTable();
+    return table.data();
+}
+
+char16_t ComposedKana(char16_t Unit, char16_t Mark)
+{
+    const bool isFromKaToTo = QStringView(u"カキクケコサシスセソタチツテト").contains(QChar(Unit));
+    const bool isHaRow = QStringView(u"ハヒフヘホ").contains(QChar(Unit));
+    if (Mark == HalfSemiVoiced)
+        return isHaRow ? static_cast<char16_t>(Unit + 2) : char16_t(0);
+    if (isFromKaToTo || isHaRow)
+        return static_cast<char16_t>(Unit + 1);
+    return Unit == 0x30A6 ? char16_t(0x30F4) : char16_t(0); // ウ with its mark is ヴ
+}
+
 bool IsFolded(QStringView Text)
 {
-    const char16_t* const table = Table();
+    const char16_t* const table = FoldTable();
     const char16_t* const end = Text.utf16() + Text.size();
     return std::find_if(Text.utf16(), end, [table](char16_t Unit) { return table[Unit] != Unit; }) == end;
 }
