@@ -55,6 +55,8 @@ public:
     void DataDefinitionChanged() override {}
     void Progress(int, int) override {}
     bool PagePane(bool) override { return false; }
+    BodyRange PaneSelection() const override { return {}; }
+    void SelectInPane(BodyRange) override {}
 };
 
 void BM_ShowAll(benchmark::State& State)

@@ -13,11 +13,15 @@
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using LineKind = ViewerHost::LineKind;
 
 namespace
 {
+
+constexpr int LineEndLength = 2; // CR LF in the body
 
 // Message texts carry drawings made of characters, which need glyphs of one and of two cells.
 QFont FixedPitchFont(const QFont& Base)
@@ -104,6 +108,7 @@ QString CMessagePane::TakePieces(const std::vector<ViewerHost::BodyLine>& Lines)
 {
     m_pieces.clear();
     QString text;
+    qsizetype lineStart = 0;
     for (const auto& line : Lines) {
         const QString shown = WithoutBreaks(line.Text);
         qsizetype at = 0;
@@ -111,10 +116,12 @@ QString CMessagePane::TakePieces(const std::vector<ViewerHost::BodyLine>& Lines)
             const qsizetype length = PieceLength(QStringView(shown).mid(at));
             text += QStringView(shown).mid(at, length);
             text += u'\n';
+            m_pieces.push_back({line.Kind, at + length < shown.size(), lineStart + at});
             at += length;
-            m_pieces.push_back({line.Kind, at < shown.size()});
         } while (at < shown.size());
+        lineStart += shown.size() + LineEndLength;
     }
+    m_bodyLength = std::max<qsizetype>(lineStart - LineEndLength, 0); // the last line ends with the body
     return text;
 }
 
@@ -154,6 +161,56 @@ void CMessagePane::ClearSelection()
     QTextCursor cursor = textCursor();
     cursor.clearSelection();
     setTextCursor(cursor);
+}
+
+// Within a line break or a surrogate pair Within tells to which side of it the place moves.
+int CMessagePane::PositionOf(qsizetype BodyOffset, Side Within) const
+{
+    const auto next = std::upper_bound(m_pieces.begin(), m_pieces.end(), BodyOffset,
+                                       [](qsizetype Offset, const Piece& Each) { return Offset < Each.Start; });
+    if (next == m_pieces.begin())
+        return 0;
+    const QTextBlock block = document()->findBlockByNumber(int(next - m_pieces.begin()) - 1);
+    const int end = block.length() - 1; // of its text
+    int at = int(std::min<qsizetype>(BodyOffset - std::prev(next)->Start, end + 1));
+    const QString text = block.text();
+    if (at > 0 && at < end && text[at].isLowSurrogate() && text[at - 1].isHighSurrogate())
+        at += Within == Side::Behind ? 1 : -1;
+    else if (at > end) // between CR and LF, or behind the body
+        at = Within == Side::Behind && next != m_pieces.end() ? end + 1 : end;
+    return block.position() + at;
+}
+
+qsizetype CMessagePane::OffsetOf(int Position) const
+{
+    const QTextBlock block = document()->findBlock(Position);
+    const auto number = std::size_t(block.blockNumber());
+    return number < m_pieces.size() ? m_pieces[number].Start + Position - block.position() : m_bodyLength;
+}
+
+ViewerHost::BodyRange CMessagePane::SelectedRange() const
+{
+    const QTextCursor cursor = textCursor();
+    const qsizetype start = OffsetOf(cursor.selectionStart());
+    return {start, OffsetOf(cursor.selectionEnd()) - start};
+}
+
+void CMessagePane::SelectBodyRange(ViewerHost::BodyRange Range)
+{
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(PositionOf(Range.Start, Side::Before));
+    cursor.setPosition(PositionOf(Range.Start + Range.Length, Range.Length > 0 ? Side::Behind : Side::Before),
+                       QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+    ensureCursorVisible();
+}
+
+QRect CMessagePane::SelectionOnScreen() const
+{
+    QTextCursor start = textCursor();
+    start.setPosition(start.selectionStart());
+    const QRect place = cursorRect(start).united(cursorRect()).intersected(viewport()->rect());
+    return {viewport()->mapToGlobal(place.topLeft()), place.size()};
 }
 
 QColor CMessagePane::ColorOf(LineKind Kind) const

@@ -32,6 +32,14 @@ public:
     QString SelectedText() const;
     void ClearSelection();
 
+    /// The selection, or the caret, as a part of the body whose lines are shown: of the lines joined by CR LF.
+    ViewerHost::BodyRange SelectedRange() const;
+    /// Selects Range and scrolls to it. An end within a line break or a surrogate pair moves outwards; what lies
+    /// beyond the text is left out.
+    void SelectBodyRange(ViewerHost::BodyRange Range);
+    /// What the selection covers of the screen, roughly; at most the pane's own area.
+    QRect SelectionOnScreen() const;
+
     /// The colour of a line of this kind on the pane's ground.
     QColor ColorOf(ViewerHost::LineKind Kind) const;
 
@@ -51,12 +59,17 @@ private:
     {
         ViewerHost::LineKind Kind = ViewerHost::LineKind::Plain;
         bool Continues = false; ///< the next block belongs to the same line
+        qsizetype Start = 0;    ///< where in the body it begins
     };
+    enum class Side { Before, Behind };
 
     QString TakePieces(const std::vector<ViewerHost::BodyLine>& Lines);
+    int PositionOf(qsizetype BodyOffset, Side Within) const;
+    qsizetype OffsetOf(int Position) const;
     QString TextBetween(int Start, int End, QStringView LineEnd) const;
 
-    std::vector<Piece> m_pieces; // one for each block of the document
+    std::vector<Piece> m_pieces; // one for each block of the document but the empty one at the end
+    qsizetype m_bodyLength = 0;
     CLineColors* m_colors;
 };
 

@@ -172,6 +172,8 @@ private:
     void RunStarted(RunKind Kind) override;
     void SetStatus(const QString& Text) override;
     void RunEnded() override;
+    BodyRange PaneSelection() const override;
+    void SelectInPane(BodyRange Range) override;
     bool IsClosing() const override { return m_isClosing; }
     qint32 CurrentBoard() const override;
     std::optional<CMessage> SelectedMessage() const override;

@@ -264,6 +264,14 @@ bool frmView::PagePane(bool Forward) { return m_pane->Page(Forward); }
 
 // ReceiveHost
 
+ViewerHost::BodyRange frmView::PaneSelection() const { return m_pane->SelectedRange(); }
+
+void frmView::SelectInPane(BodyRange Range)
+{
+    m_pane->SelectBodyRange(Range);
+    m_pane->setFocus();
+}
+
 void frmView::RunStarted(RunKind Kind)
 {
     m_busy = Kind == RunKind::Receive ? BusyState::Receive : BusyState::Import;

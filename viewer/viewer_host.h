@@ -22,6 +22,15 @@ public:
         LineKind Kind = LineKind::Plain;
     };
 
+    /// A part of the shown message's Body, in UTF-16 units of it. Without a Length it is the place of the caret.
+    struct BodyRange
+    {
+        qsizetype Start = 0;
+        qsizetype Length = 0;
+
+        bool operator==(const BodyRange&) const = default;
+    };
+
     virtual ~ViewerHost() = default;
 
     /// Shows Lines in the text pane, each followed by a line break, with the caret at the top. No lines: an empty pane.
@@ -70,6 +79,11 @@ public:
 
     /// Turns the text pane one page on (or back); false when it already shows the end (the top) and did not move.
     virtual bool PagePane(bool Forward) = 0;
+    /// What the text pane has selected of the body that ShowBody gave it.
+    virtual BodyRange PaneSelection() const = 0;
+    /// Selects Range in the text pane, brings it into view and gives the pane the focus. Line breaks and characters
+    /// are taken whole, so more may be selected than was asked for, never less.
+    virtual void SelectInPane(BodyRange Range) = 0;
 };
 
 #endif // VIEWER_VIEWER_HOST_H

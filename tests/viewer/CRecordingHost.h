@@ -18,6 +18,7 @@ public:
         Body.clear();
         for (const BodyLine& line : Lines)
             Body.append(line.Text);
+        Selected = {};
     }
     void ShowMail(const QString& Caption) override { Mail = Caption; }
     void ShowHomePage(const QString& Caption) override { HomePage = Caption; }
@@ -43,8 +44,15 @@ public:
     void DataDefinitionChanged() override { ++DataChanges; }
     void Progress(int Done, int Of) override { Steps.append(QString::number(Done) + u'/' + QString::number(Of)); }
     bool PagePane(bool) override { return PagesLeft-- > 0; }
+    BodyRange PaneSelection() const override { return Selected; }
+    void SelectInPane(BodyRange Range) override
+    {
+        Selected = Range;
+        ++PaneSelections;
+    }
 
     QStringList Body;
+    BodyRange Selected; // in the text pane
     QString Mail;
     QString HomePage;
     QString Count;
@@ -63,6 +71,7 @@ public:
     int MarkChanges = 0;
     int DataChanges = 0;
     int PagesLeft = 0;
+    int PaneSelections = 0;
 };
 
 #endif // TESTS_VIEWER_CRECORDINGHOST_H
