@@ -78,6 +78,8 @@ public:
     /// Row became the focus by the user's own click or key; CMessageList::SetSelection has been told before.
     void ItemClicked(int List, int Row);
     void ShowMessage(int List, int Row, bool KeepSelection);
+    /// Whose text the pane shows.
+    std::optional<CMessageId> ShownMessage() const { return m_shown; }
 
     /// Sets one message's read state in both lists and the database; an empty Key means the focused message of the list
     /// in front. A refused statement is reported and changes nothing.
