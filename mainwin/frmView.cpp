@@ -7,11 +7,11 @@
 #include "app/Shutdown.h"
 #include "board/CBBS.h"
 #include "controls/CFocusRim.h"
-#include "controls/CMRUCombo.h"
 #include "controls/uSeparator.h"
 #include "load/frmLoadDlg.h"
 #include "load/mdlLoad.h"
 #include "mainwin/CBoardMenus.h"
+#include "mainwin/CFindCommands.h"
 #include "mainwin/CIconSet.h"
 #include "mainwin/CKeyFilter.h"
 #include "mainwin/CListView.h"
@@ -40,11 +40,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr qint16 FindHistorySize = 10;
 constexpr int BlinkMs = 1000;
 constexpr int CloseBoxesMs = 100;
-
-QString FindTextSection() { return u"FindText"_s; }
 
 // Whether writing Board back would change its row.
 bool IsSameRow(const CBBSProperty& Stored, const CBBSProperty& Board)
@@ -73,6 +70,7 @@ frmView::frmView(Application& App)
     m_drivers = std::make_unique<CLoadDrivers>(App, *m_bbs, *m_dialog, static_cast<ReceiveHost&>(*this));
     ConnectBoard();
     ConnectQueries();
+    ConnectFind();
     ConnectMenus();
 }
 
@@ -90,7 +88,6 @@ void frmView::BuildBars()
     m_panels = new CStatusPanels(m_app.Shell, this);
     setStatusBar(m_panels);
     m_boardMenus = new CBoardMenus(m_app, *m_menus, m_toolbar->BoardMenu(), this);
-    m_findHistory = new CMRUCombo(this);
     setContextMenuPolicy(Qt::PreventContextMenu);
 }
 
@@ -178,6 +175,18 @@ void frmView::ConnectQueries()
     m_bbs->SetWatch(m_work);
 }
 
+void frmView::ConnectFind()
+{
+    m_find = new CFindCommands(m_app, CFinder(m_app, *m_bbs, *m_viewer, static_cast<ViewerHost&>(*this)),
+                               m_toolbar->FindBox(), *m_pane, *this);
+    connect(m_find, &CFindCommands::FindAsked, this, &frmView::FindMessage);
+    connect(m_find, &CFindCommands::RowFound, this, [this] { View(m_viewer->CurrentList()).setFocus(); });
+    connect(m_find, &CFindCommands::Told, this, [this](const QString& Text) {
+        ChangeStatusBarStyle(1);
+        SetStatus(Text);
+    });
+}
+
 void frmView::ConnectMenus()
 {
     connect(m_menus, &CMenuSet::Triggered, this, &frmView::RunCommand);
@@ -204,7 +213,7 @@ bool frmView::Open()
     ChangeIconFrame(true);
     m_bbs->Initialize(m_app.LogDB());
     m_bbs->SetTimeout(m_app.Option().Timeout);
-    LoadFindHistory();
+    m_find->LoadHistory();
     m_viewer->BuildMarkMenu();
     if (!MakeBBSMenu()) {
         ReportNoBoards();
@@ -218,19 +227,6 @@ bool frmView::Open()
     PlaceWindow();
     View(CViewer::BoardList).setFocus();
     return true;
-}
-
-void frmView::LoadFindHistory()
-{
-    CIniFile& ini = m_app.SettingsIni();
-    m_findHistory->SetComboBox(&m_toolbar->FindBox());
-    m_findHistory->SetMax(FindHistorySize);
-    ini.SetNowSection(FindTextSection());
-    const QStringList keys = ini.Keys().mid(0, FindHistorySize); // whoever wrote the file
-    for (const QString& key : keys)
-        m_findHistory->AddMRU(ini.Data(key), false);
-    m_toolbar->FindBox().setEditText({});
-    mdlWindow::AdjustComboDropDown(&m_toolbar->FindBox(), 0);
 }
 
 bool frmView::MakeBBSMenu()
@@ -287,6 +283,7 @@ void frmView::StartClosing()
     m_tmrRead->stop();
     EndBlinkIcon();
     CancelRun();
+    m_find->CloseDialog();
     CloseBoxes();
     if (m_commandDepth == 0)
         FinishClosing();
@@ -321,7 +318,7 @@ void frmView::FinishClosing()
     m_isClosed = true;
     m_tmrCloseBoxes->stop();
     SaveBoard();
-    SaveFindHistory();
+    m_find->SaveHistory();
     mdlPosition::Write(m_app.SettingsIni(), m_position);
     m_bbs->Initialize(nullptr);
     if (!Shutdown(m_app) && !m_isQuitting) {
@@ -342,15 +339,4 @@ void frmView::SaveBoard()
         if (!m_isQuitting)
             ReportError(error);
     }
-}
-
-void frmView::SaveFindHistory()
-{
-    CIniFile& ini = m_app.SettingsIni();
-    ini.SetNowSection(FindTextSection());
-    ini.Clear();
-    int number = 0;
-    for (const QString& text : m_findHistory->MRUList())
-        ini.SetData(QString::number(++number), text);
-    ini.Save(FindTextSection());
 }

@@ -18,6 +18,7 @@
 class Application;
 class CBBS;
 class CBoardMenus;
+class CFindCommands;
 class CKeyFilter;
 class CListView;
 class CLoadDrivers;
@@ -25,7 +26,6 @@ class CMenuSet;
 class CMessageCommands;
 class CMessagePane;
 class CWorkProgress;
-class CMRUCombo;
 class CStatusPanels;
 class CTextZoom;
 class CToolbar;
@@ -57,6 +57,9 @@ public:
     /// Closes without a question, also when a box is open. For signals and the end of the session.
     void Quit();
 
+    /// One find step in the list in front, as the find commands make it.
+    void FindMessage(const QString& Text, bool Forward);
+
     CViewer& Viewer() { return *m_viewer; }
     CBBS& Board() { return *m_bbs; }
 
@@ -78,8 +81,8 @@ private:
     void ConnectList(int List);
     void ConnectBoard();
     void ConnectQueries();
+    void ConnectFind();
     void ConnectMenus();
-    void LoadFindHistory();
     void PlaceWindow();
     void ShowPlaced(int WindowState);
     bool MakeBBSMenu();
@@ -142,7 +145,6 @@ private:
     void CloseBoxes();
     void FinishClosing();
     void SaveBoard();
-    void SaveFindHistory();
     mdlPosition::Position CurrentPosition() const;
 
     // ViewerHost
@@ -204,7 +206,7 @@ private:
     CToolbar* m_toolbar = nullptr;
     CStatusPanels* m_panels = nullptr;
     CBoardMenus* m_boardMenus = nullptr;
-    CMRUCombo* m_findHistory = nullptr;
+    CFindCommands* m_find = nullptr;
     QWidget* m_client = nullptr; // what lies between toolbar and status bar
     uSeparator* m_separator = nullptr;
     std::array<CListView*, 2> m_lists = {};

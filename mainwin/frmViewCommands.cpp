@@ -8,6 +8,7 @@
 #include "controls/uSeparator.h"
 #include "load/frmLoadDlg.h"
 #include "load/mdlLoad.h"
+#include "mainwin/CFindCommands.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CMessageCommands.h"
@@ -79,6 +80,9 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::CopyWithHeader, [](V& View, int) { View.m_messageCommands->CopyWithHeader(); }},
         {Command::CompactDatabase, [](V& View, int) { View.DoCompactDatabase(); }},
         {Command::Query, [](V& View, int) { View.DoQuery(); }},
+        {Command::Find, [](V& View, int) { View.m_find->OpenDialog(); }},
+        {Command::FindNext, [](V& View, int) { View.m_find->FindNext(); }},
+        {Command::FindPrev, [](V& View, int) { View.m_find->FindPrev(); }},
         {Command::TextFind, [](V& View, int) { View.DoTextFind(); }},
         {Command::Timer, [](V& View, int) { View.DoTimer(); }},
         {Command::Help, [](V& View, int) { View.m_messageCommands->ShowHelp(); }},
@@ -251,6 +255,13 @@ void frmView::DoTextFind()
         text.chop(2);
     if (RunQueries(mdlStatements::MessagesWith(m_viewer->CurrentBoard(), text)))
         m_toolbar->FindBox().setEditText(text);
+}
+
+// Find
+
+void frmView::FindMessage(const QString& Text, bool Forward)
+{
+    Perform([&] { m_find->FindMessage(Text, Forward); });
 }
 
 // The rest

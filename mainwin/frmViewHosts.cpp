@@ -8,6 +8,7 @@
 #include "controls/uSeparator.h"
 #include "load/frmLoadDlg.h"
 #include "mainwin/CBoardMenus.h"
+#include "mainwin/CFindCommands.h"
 #include "mainwin/CIconSet.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CMenuSet.h"
@@ -83,6 +84,7 @@ void frmView::UpdateEnabled()
     const mdlEnabling::WindowFacts facts = Facts();
     m_menus->UpdateEnabled(facts);
     m_toolbar->UpdateEnabled(facts);
+    m_find->SetFindAllowed(mdlEnabling::Holds(Rule::Open, facts));
 }
 
 void frmView::ScheduleEnabled() { m_tmrEnabled->start(); }
@@ -262,8 +264,6 @@ void frmView::Progress(int Done, int Of)
 
 bool frmView::PagePane(bool Forward) { return m_pane->Page(Forward); }
 
-// ReceiveHost
-
 ViewerHost::BodyRange frmView::PaneSelection() const { return m_pane->SelectedRange(); }
 
 void frmView::SelectInPane(BodyRange Range)
@@ -271,6 +271,8 @@ void frmView::SelectInPane(BodyRange Range)
     m_pane->SelectBodyRange(Range);
     m_pane->setFocus();
 }
+
+// ReceiveHost
 
 void frmView::RunStarted(RunKind Kind)
 {

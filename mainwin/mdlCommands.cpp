@@ -116,9 +116,9 @@ constexpr std::array MoveMenu = {
 
 constexpr std::array MessageMenu = {
     Bar(1, u"mnuMsgBar1"),
-    Inert(1, u"mnuMsgFind", u"検索(&F)", {}, u"Ctrl+F"),
-    Inert(1, u"mnuMsgFindPrev", u"前を検索(&P)", {}, u"Shift+F3"),
-    Inert(1, u"mnuMsgFindNext", u"次を検索(&N)", {}, u"F3"),
+    Item(1, u"mnuMsgFind", u"検索(&F)", Command::Find, Rule::Open, {}, u"Ctrl+F"),
+    Item(1, u"mnuMsgFindPrev", u"前を検索(&P)", Command::FindPrev, Rule::Open, {}, u"Shift+F3"),
+    Item(1, u"mnuMsgFindNext", u"次を検索(&N)", Command::FindNext, Rule::Open, {}, u"F3"),
     Bar(1, u"mnuMsgBar2"),
     Item(1, u"mnuMsgQuery", u"クエリー検索(&Q)...", Command::Query, Rule::Idle, {}, u"Ctrl+Q"),
     Inert(1, u"mnuMsgRelate", u"関連検索(&K)", {}, u"Ctrl+K"),
@@ -230,8 +230,8 @@ constexpr ToolButton ToolbarTable[] = {
     {u"Reply", u"返信", u"返信(Ctrl+R)", Command::Execute, 12, Rule::Selection},
     {{}, {}, {}},
     {u"FindText", u"検索文字", u"検索文字"},
-    {u"FindNext", u"次を検索", u"次を検索(F3)", Command::None, 0, Rule::Never},
-    {u"FindPrev", u"前を検索", u"前を検索(Shift+F3)", Command::None, 0, Rule::Never},
+    {u"FindNext", u"次を検索", u"次を検索(F3)", Command::FindNext, 0, Rule::Open},
+    {u"FindPrev", u"前を検索", u"前を検索(Shift+F3)", Command::FindPrev, 0, Rule::Open},
     {{}, {}, {}},
     {u"Thread", u"スレッド表示", u"スレッド表示(Ctrl+T)", Command::Thread, 0, Rule::Messages},
     {{}, {}, {}},
