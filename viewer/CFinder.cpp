@@ -5,6 +5,7 @@
 
 #include "app/Application.h"
 #include "board/CBBS.h"
+#include "board/work_watch.h"
 #include "viewer/CRegExp.h"
 #include "viewer/CViewer.h"
 

@@ -205,7 +205,7 @@ void tst_CFinder::SaysWhatIsWrong()
     QCOMPARE(f.Find(u"(a"_s, true), u"none"_s);
     QCOMPARE(f.Finder.Trouble(), u"正規表現の 1 文字目: 「(」が閉じられていません。"_s);
     QCOMPARE(f.Find(u"^(a+)+$"_s, true), u"2:0+2"_s);
-    QVERIFY2(f.Finder.Trouble().contains(u" 2 件"_s), qPrintable(f.Finder.Trouble()));
+    QVERIFY2(f.Finder.Trouble().contains(u"、2 件のメッセージを"_s), qPrintable(f.Finder.Trouble()));
     QCOMPARE(f.Find(u"^aa"_s, false), u"1:0+2"_s);
     QCOMPARE(f.Finder.Trouble(), QString());
 }
