@@ -155,6 +155,9 @@ bool CFindCommands::eventFilter(QObject* Watched, QEvent* Event)
     case QEvent::FocusOut:
         m_isComposing = false;
         return false;
+    case QEvent::ShortcutOverride: // one that is taken becomes no shortcut
+        Event->setAccepted(m_isComposing);
+        return m_isComposing;
     case QEvent::KeyPress:
         return !m_isComposing && OnBoxKey(static_cast<QKeyEvent*>(Event)->key());
     default:
