@@ -61,7 +61,7 @@ void CFindCommands::LoadHistory()
 {
     CIniFile& ini = m_app.SettingsIni();
     ini.SetNowSection(HistorySection());
-    const QStringList keys = ini.Keys();
+    const QStringList keys = ini.Keys().mid(0, HistorySize); // whoever wrote the file
     for (const QString& key : keys)
         m_history->AddMRU(ini.Data(key), false);
     m_box.setEditText({});
