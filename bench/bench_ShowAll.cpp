@@ -1,6 +1,7 @@
 // bench/bench_ShowAll.cpp
 // "全て表示" of 100,000 messages against the sqlite3 shell selecting the same rows into a file: at most 2 times.
 
+#include "bench/support/CNoWindow.h"
 #include "bench/support/CRatioReporter.h"
 #include "bench/support/Samples.h"
 #include "app/Application.h"
@@ -29,35 +30,6 @@ const QString& Folder()
     Q_ASSERT(made);
     return path;
 }
-
-/// A window that shows nothing: what is measured is the list, not the painting of its thirty visible rows.
-class CNoWindow : public ViewerHost
-{
-public:
-    void ShowBody(const std::vector<BodyLine>&) override {}
-    void ShowMail(const QString&) override {}
-    void ShowHomePage(const QString&) override {}
-    void ChangeStatusBarStyle(int) override {}
-    void SetCountText(const QString&) override {}
-    void SetNoReadPointText(const QString&) override {}
-    void ClearStatus() override {}
-    void BeginListUpdate(int) override {}
-    void EndListUpdate(int) override {}
-    void ListShown(int) override {}
-    void EnsureVisible(int, int) override {}
-    void SelectionChanged(int) override {}
-    void HeadersChanged(int) override {}
-    void StartReadTimer(int) override {}
-    void StopReadTimer() override {}
-    void ViewMenuChanged() override {}
-    void BoardCountChanged(qint32, int) override {}
-    void MarksChanged() override {}
-    void DataDefinitionChanged() override {}
-    void Progress(int, int) override {}
-    bool PagePane(bool) override { return false; }
-    BodyRange PaneSelection() const override { return {}; }
-    void SelectInPane(BodyRange) override {}
-};
 
 void BM_ShowAll(benchmark::State& State)
 {

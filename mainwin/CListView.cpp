@@ -164,8 +164,13 @@ void CListView::contextMenuEvent(QContextMenuEvent* Event)
     const bool isByKey = Event->reason() == QContextMenuEvent::Keyboard;
     if (focus < 0 || (!isByKey && !indexAt(Event->pos()).isValid()))
         return;
-    const QPoint below = RowRect(focus).bottomLeft() + QPoint(CMessageDelegate::IconSide, 0);
-    Q_EMIT ListMenuRequested(isByKey ? viewport()->mapToGlobal(below) : Event->globalPos());
+    Q_EMIT ListMenuRequested(isByKey ? PlaceBelowFocus() : Event->globalPos());
+}
+
+QPoint CListView::PlaceBelowFocus() const
+{
+    const int below = m_list.Focus() < 0 ? 0 : RowRect(m_list.Focus()).bottom();
+    return viewport()->mapToGlobal(QPoint(CMessageDelegate::IconSide, qBound(0, below, viewport()->height())));
 }
 
 void CListView::keyboardSearch(const QString& Typed)

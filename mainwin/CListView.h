@@ -33,6 +33,9 @@ public:
     /// Shows the selection and the focus that the list has now.
     void TakeSelection();
     void ShowRow(int Row);
+    /// Where a menu opens for somebody at the keyboard: under the focused row, on the view's edge when that is not in
+    /// view. In screen coordinates.
+    QPoint PlaceBelowFocus() const;
 
     /// Widths and places of the columns of Other.
     void TakeColumns(const CListView& Other);

@@ -110,6 +110,7 @@ private:
     void DoSelectAll();
     void DoReverseSelection();
     void DoCompactDatabase();
+    void DoRelate();
     void DoQuery();
     void DoTextFind();
     void DoTimer();

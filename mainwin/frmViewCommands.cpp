@@ -78,6 +78,10 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::WebSearch, [](V& View, int Number) { View.m_messageCommands->Search(Number); }},
         {Command::CopyText, [](V& View, int) { View.m_messageCommands->Copy(); }},
         {Command::CopyWithHeader, [](V& View, int) { View.m_messageCommands->CopyWithHeader(); }},
+        {Command::Delete, [](V& View, int) { View.m_viewer->DeleteSelected(); }},
+        {Command::Relate, [](V& View, int) { View.DoRelate(); }},
+        {Command::RelateText,
+         [](V& View, int) { View.m_viewer->RelatedSearch(View.m_viewer->CurrentBoard(), View.m_pane->SelectedText()); }},
         {Command::CompactDatabase, [](V& View, int) { View.DoCompactDatabase(); }},
         {Command::Query, [](V& View, int) { View.DoQuery(); }},
         {Command::Find, [](V& View, int) { View.m_find->OpenDialog(); }},
@@ -243,6 +247,12 @@ bool frmView::RunQueries(QString Statement)
     return false;
 }
 
+void frmView::DoRelate()
+{
+    if (const std::optional<CMessage> message = SelectedMessage())
+        m_viewer->RelatedSearch(message->BBS_ID, u'#' + QString::number(message->ID));
+}
+
 void frmView::DoQuery()
 {
     RunQueries(m_lastQuery.isEmpty() ? mdlStatements::AllMessages(m_viewer->CurrentBoard()) : m_lastQuery);
@@ -272,10 +282,10 @@ void frmView::DoEscape()
 {
     if (m_busy != BusyState::None && m_dialog->IsLoad())
         m_dialog->reject(); // a run comes first; this is its cancel button
-    else if (m_viewer->CurrentList() == CViewer::ResultList)
-        m_viewer->ShowList(CViewer::BoardList);
     else if (m_panels->IsNoReadPointOpen())
         m_panels->CloseNoReadPoint();
+    else if (m_viewer->CurrentList() == CViewer::ResultList)
+        m_viewer->ShowList(CViewer::BoardList);
     else
         showMinimized();
 }
@@ -287,5 +297,7 @@ void frmView::DoPopupMarks()
     if (m_viewer->IsRawTable())
         return;
     RefreshMessageMenu();
-    m_menus->Menu(u"mnuMsgMark"_s)->popup(QCursor::pos());
+    const CListView& list = View(m_viewer->CurrentList());
+    // The pointer may rest anywhere while the keyboard is used.
+    m_menus->Menu(u"mnuMsgMark"_s)->popup(list.underMouse() ? QCursor::pos() : list.PlaceBelowFocus());
 }

@@ -112,9 +112,9 @@ void frmView::RefreshMessageMenu()
 
 void frmView::CheckMark(qint32 Mark)
 {
-    for (const QString& array : {u"mnuMsgMarkSub"_s, u"mnuPopupMarkSub"_s}) {
-        if (QAction* entry = m_menus->Action(array + QString::number(Mark)); entry && Mark != 0)
-            entry->setChecked(true);
+    for (const auto& [number, mark] : m_viewer->Marks()) {
+        for (const QString& array : {u"mnuMsgMarkSub"_s, u"mnuPopupMarkSub"_s})
+            m_menus->Action(array + QString::number(number))->setChecked(number == Mark);
     }
 }
 

@@ -5,24 +5,38 @@
 
 #include "platform/dao/Database.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
-void CMarks::Read(dao::Database* Db)
+namespace
 {
-    m_marks.clear();
+
+std::map<qint32, Mark> Stored(dao::Database* Db)
+{
+    std::map<qint32, Mark> marks;
     if (!Db)
-        return;
+        return marks;
     try {
         const auto rows = Db->OpenRecordset(u"SELECT * FROM Mark ORDER BY ID"_s);
         for (; !rows->Eof(); rows->MoveNext()) {
             const qint32 id = rows->Get(u"ID").ToLong();
             if (id > 0)
-                m_marks[id] = {rows->Get(u"Name").ToText(), static_cast<quint32>(rows->Get(u"ForeColor").ToLong()),
-                               static_cast<quint32>(rows->Get(u"BackColor").ToLong())};
+                marks[id] = {rows->Get(u"Name").ToText(), static_cast<quint32>(rows->Get(u"ForeColor").ToLong()),
+                             static_cast<quint32>(rows->Get(u"BackColor").ToLong())};
         }
     } catch (const dao::Error&) {
-        m_marks.clear();
+        return {};
     }
+    return marks;
+}
+
+} // namespace
+
+bool CMarks::Read(dao::Database* Db)
+{
+    const std::map<qint32, Mark> before = std::exchange(m_marks, Stored(Db));
+    return m_marks != before;
 }
 
 std::optional<quint32> CMarks::ForeColor(qint32 Number) const

@@ -28,8 +28,8 @@ struct Mark
 class CMarks
 {
 public:
-    /// Reads the table anew; what the engine refuses leaves no marks.
-    void Read(dao::Database* Db);
+    /// Reads the table anew; what the engine refuses leaves no marks. Whether they are others now.
+    bool Read(dao::Database* Db);
 
     const std::map<qint32, Mark>& All() const { return m_marks; }
     /// Text colour of a message with mark Number: that of the row; black for a number without a row below the highest;

@@ -1,5 +1,5 @@
 // viewer/CMessageUpdates.cpp
-// UPDATE statements made from board and number.
+// Statements made from board and number.
 
 #include "viewer/CMessageUpdates.h"
 
@@ -13,6 +13,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+QString Unchanged() { return u"メッセージの状態を変更できませんでした。"_s; }
+
 QString Where(CMessageId Id)
 {
     return u" WHERE BBS_ID = "_s + QString::number(Id.BBS_ID) + u"   AND ID = "_s + QString::number(Id.ID);
@@ -20,45 +22,45 @@ QString Where(CMessageId Id)
 
 } // namespace
 
-void CMessageUpdates::Tell(const QString& Reason, Report Reporting)
+void CMessageUpdates::Tell(const QString& Reason, const Job& Doing)
 {
-    if (Reporting == Report::Always || !m_hasToldRefusal)
-        m_app.Shell.MessageBox(Reason + u"\r\n\r\nメッセージの状態を変更できませんでした。"_s, m_app.AppTitle(),
-                               Desktop::Icon::Critical);
+    if (Doing.Reporting == Report::Always || !m_hasToldRefusal)
+        m_app.Shell.MessageBox(Reason + u"\r\n\r\n"_s + Doing.Refusal, m_app.AppTitle(), Desktop::Icon::Critical);
     m_hasToldRefusal = true;
 }
 
-/// Many messages are one transaction: one synchronisation of the disk, and no half of them changed.
-template<class Write> bool CMessageUpdates::Run(const std::vector<CMessageId>& Ids, Report Reporting, Write WriteOne)
+/// One transaction: one synchronisation of the disk, and no half of the messages changed.
+template<class Write> bool CMessageUpdates::Run(const std::vector<CMessageId>& Ids, const Job& Doing, Write WriteOne)
 {
     m_bbs.CommitPending();
     dao::Database* db = m_app.LogDB();
     if (!db || Ids.empty())
         return Ids.empty();
     try {
-        std::optional<dao::CTransaction> transaction;
-        if (Ids.size() > 1)
-            transaction.emplace(*db);
-        for (const CMessageId id : Ids)
+        const CWatchedWork watched(m_bbs.Watch(), Doing.What);
+        dao::CTransaction transaction(*db);
+        for (const CMessageId id : Ids) {
             WriteOne(*db, id);
-        if (transaction)
-            transaction->Keep();
+            if (!watched.GoesOn())
+                return false;
+        }
+        transaction.Keep();
     } catch (const dao::Error& error) {
-        Tell(error.Description, Reporting);
+        Tell(error.Description, Doing);
         return false;
     }
     m_hasToldRefusal = false;
     return true;
 }
 
-std::optional<std::map<qint32, int>> CMessageUpdates::SetRead(const std::vector<CMessageId>& Ids, bool Read,
-                                                              Report Reporting)
+std::optional<CMessageUpdates::Counts> CMessageUpdates::SetRead(const std::vector<CMessageId>& Ids, bool Read,
+                                                                Report Reporting)
 {
     // Only a message in the other state changes, so the rows affected are the change of the board's count.
     const QString set = Read ? u"UPDATE Message SET Read = True"_s : u"UPDATE Message SET Read = False"_s;
     const QString other = Read ? u"   AND Read = False"_s : u"   AND Read = True"_s;
-    std::map<qint32, int> changed;
-    const bool isDone = Run(Ids, Reporting, [&](dao::Database& Db, CMessageId Id) {
+    Counts changed;
+    const bool isDone = Run(Ids, {Work::Change, Reporting, Unchanged()}, [&](dao::Database& Db, CMessageId Id) {
         Db.Execute(set + Where(Id) + other);
         changed[Id.BBS_ID] += Db.RecordsAffected();
     });
@@ -70,5 +72,23 @@ std::optional<std::map<qint32, int>> CMessageUpdates::SetRead(const std::vector<
 bool CMessageUpdates::SetMark(const std::vector<CMessageId>& Ids, qint32 Mark)
 {
     const QString set = u"UPDATE Message SET Mark = "_s + QString::number(Mark);
-    return Run(Ids, Report::Always, [&](dao::Database& Db, CMessageId Id) { Db.Execute(set + Where(Id)); });
+    return Run(Ids, {Work::Change, Report::Always, Unchanged()},
+               [&](dao::Database& Db, CMessageId Id) { Db.Execute(set + Where(Id)); });
+}
+
+std::optional<CMessageUpdates::Counts> CMessageUpdates::Delete(const std::vector<CMessageId>& Ids)
+{
+    // The database knows best which of them count as unread: another program may have changed that.
+    Counts unread;
+    const Job job{Work::Delete, Report::Always, u"メッセージを削除できませんでした。"_s};
+    const bool isDone = Run(Ids, job, [&](dao::Database& Db, CMessageId Id) {
+        const QString sql = u"DELETE FROM Message"_s + Where(Id);
+        Db.Execute(sql + u"   AND Read = False"_s);
+        unread[Id.BBS_ID] += Db.RecordsAffected();
+        if (Db.RecordsAffected() == 0)
+            Db.Execute(sql);
+    });
+    if (!isDone)
+        return std::nullopt;
+    return unread;
 }

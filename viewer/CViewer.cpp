@@ -45,11 +45,15 @@ CViewer::~CViewer() = default;
 
 void CViewer::SelectBoard(qint32 BBS_ID)
 {
-    StopReadTimer();
+    CListLoader::Result newest = Load(m_modes.Statement(CViewModes::Newest, BBS_ID, m_app.Option().AddMax), BoardList);
+    const bool isLoaded = newest.What == CListLoader::Outcome::Messages;
+    if (!isLoaded && m_currentBoard != 0)
+        return;
     m_currentBoard = BBS_ID;
     m_app.Option().BBS_ID = BBS_ID;
     ReadBoardProperty();
-    ShowViewMode(CViewModes::Newest);
+    newest.What = CListLoader::Outcome::Messages; // a window that has just been opened shows an empty board
+    Take(std::move(newest), BoardList);
 }
 
 /// The board's row may have been changed by a dialog or by a statement. One that cannot be read stays as it was.
@@ -74,22 +78,36 @@ void CViewer::ChangeBBSViewMenu()
 
 // Loading
 
-bool CViewer::LoadList(const QString& Sql, int List)
+/// Runs a statement; nothing of the viewer has changed when it fails.
+CListLoader::Result CViewer::Load(const QString& Sql, int List)
 {
     StopReadTimer();
     CListLoader::Result result = m_loader.Run(Sql, List == BoardList);
     m_errorOffset = result.ErrorOffset;
-    switch (result.What) {
+    if (result.What == CListLoader::Outcome::Refused)
+        ShowCounts(m_currentList); // where the reading of rows has counted
+    return result;
+}
+
+bool CViewer::LoadList(const QString& Sql, int List)
+{
+    CListLoader::Result result = Load(Sql, List);
+    const bool isDone = result.What != CListLoader::Outcome::Refused;
+    Take(std::move(result), List);
+    return isDone;
+}
+
+void CViewer::Take(CListLoader::Result Result, int List)
+{
+    switch (Result.What) {
     case CListLoader::Outcome::Refused:
-        return false;
+    case CListLoader::Outcome::NotShown:
+        break;
     case CListLoader::Outcome::Done:
         AfterAction();
-        return true;
-    case CListLoader::Outcome::NotShown:
-        return true;
+        break;
     default:
-        ShowLoaded(std::move(result), List);
-        return true;
+        ShowLoaded(std::move(Result), List);
     }
 }
 
@@ -138,6 +156,7 @@ void CViewer::ShowFirst(int List)
 void CViewer::AfterAction()
 {
     ReadBoardProperty();
+    BuildMarkMenu();
     RecountBoards();
     m_host.DataDefinitionChanged();
 }
@@ -246,6 +265,8 @@ void CViewer::ShowList(int List)
     const int focus = m_lists[List]->Focus();
     if (focus >= 0)
         ShowMessage(List, focus, false);
+    else
+        ClearPane(); // what it shows is a message of the other list
     ChangeBBSViewMenu();
     ShowCounts(List);
 }

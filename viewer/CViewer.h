@@ -49,9 +49,11 @@ public:
     qint32 CurrentBoard() const { return m_currentBoard; }
     CBBSProperty& BoardProperty() { return m_property; }
 
-    /// Makes BBS_ID the board on view (and the setting) and shows its newest messages.
+    /// Makes BBS_ID the board on view (and the setting) and shows its newest messages. When these cannot be read, or
+    /// reading them is broken off, the board on view stays; where there is none yet, BBS_ID becomes it with an empty
+    /// list.
     void SelectBoard(qint32 BBS_ID);
-    /// Runs view mode 0 to 4: newest, newer page, older page, unread, all.
+    /// Runs view mode 0 to 4: newest, newer page, older page, unread, all. The list stays when that fails.
     void ShowViewMode(int Index);
     const ViewEntry& Entry(int Index) const { return m_modes.Entry(Index); }
     void ChangeBBSViewMenu();
@@ -84,6 +86,7 @@ public:
     /// Sets one message's read state in both lists and the database; an empty Key means the focused message of the list
     /// in front. A refused statement is reported and changes nothing.
     void SetRead(const QString& Key, bool Read, bool UpdateBoardCount);
+    /// All or nothing: the user may break it off.
     void SetReadSelected(int List, bool Read);
     bool IsRead(int List, int Row) const;
     void StartReadTimer();
@@ -104,17 +107,32 @@ public:
     /// Position counts from 1.
     void PushHistory(int Position);
 
+    /// Reads the marks anew; the host is told when they are others now.
     void BuildMarkMenu();
     const std::map<qint32, Mark>& Marks() const { return m_marks.All(); }
     void SetMark(const QString& Key, qint32 Number);
+    /// All or nothing: the user may break it off.
     void MarkSelected(qint32 Number);
     /// The mark that the selected messages share, 0 when they do not.
     qint32 GetSelectedMark() const;
+
+    /// Asks, then deletes the selected messages of the list in front from the database and, when that has happened,
+    /// from the lists: from the board list also what was selected in the result list. All or nothing: when the database
+    /// refuses or the user breaks it off, everything stays. Afterwards the pane is empty, and the next row that stays
+    /// has the focus.
+    void DeleteSelected();
+
+    /// Shows the thread of the message that Text names ("#123", "質問 45") in the result list, and the message itself.
+    /// BBS_ID is the board that is meant where Text names none. A text that names no message is told; a refused load
+    /// changes nothing.
+    void RelatedSearch(qint32 BBS_ID, const QString& Text);
 
 private:
     using Report = CMessageUpdates::Report;
 
     void ReadBoardProperty();
+    CListLoader::Result Load(const QString& Sql, int List);
+    void Take(CListLoader::Result Result, int List);
     void FillList(int List, std::vector<CMessageItem> Items);
     void NoteLoaded(const std::vector<CMessageItem>& Items);
     void ShowLoaded(CListLoader::Result Result, int List);
@@ -131,7 +149,13 @@ private:
     std::vector<CMessageId> SelectedIds(int List) const;
     bool ChangeRead(const std::vector<CMessageId>& Ids, bool Read, bool UpdateBoardCount, Report Reporting);
     void ChangeMark(const std::vector<CMessageId>& Ids, qint32 Number);
+    void CountBoards(const CMessageUpdates::Counts& Changed, int Sign);
+    bool ConfirmsDeletion() const;
+    void DropRows(int List, const std::vector<CMessageId>& Ids);
+    std::optional<qint32> BoardNamed(const QString& Name) const;
+    void ShowFound(int List, int Row);
     void Leave(int List, MoveMode Mode);
+    int RowBehind(int List) const;
     void MoveTo(int List, int Row);
 
     Application& m_app;

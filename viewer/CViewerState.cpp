@@ -1,11 +1,13 @@
 // viewer/CViewerState.cpp
-// The viewer's read state, marks and moves.
+// The viewer's changes to messages: read state, marks, deletion.
 
 #include "app/Application.h"
+#include "platform/desktop/desktop.h"
 #include "viewer/CViewer.h"
-#include "viewer/mdlMoves.h"
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -66,17 +68,10 @@ bool CViewer::ChangeRead(const std::vector<CMessageId>& Ids, bool Read, bool Upd
     const auto changed = m_updates.SetRead(Ids, Read, Reporting);
     if (!changed)
         return false;
-    for (const CMessageId id : Ids) {
-        for (const auto& list : m_lists) {
-            const int row = list->Find(id);
-            if (row >= 0)
-                list->SetRead(row, Read);
-        }
-    }
-    for (const auto& [board, count] : *changed) {
-        if (UpdateBoardCount && count != 0)
-            UpdateBoardUnreadCaption(board, Read ? -count : count);
-    }
+    for (const auto& list : m_lists)
+        list->SetRead(Ids, Read);
+    if (UpdateBoardCount)
+        CountBoards(*changed, Read ? -1 : 1);
     ShowCounts(m_currentList);
     return true;
 }
@@ -130,6 +125,14 @@ void CViewer::UpdateBoardUnreadCaption(qint32 BBS_ID, int Change)
     m_host.BoardCountChanged(BBS_ID, m_counts.Add(BBS_ID, Change));
 }
 
+void CViewer::CountBoards(const CMessageUpdates::Counts& Changed, int Sign)
+{
+    for (const auto& [board, count] : Changed) {
+        if (count != 0)
+            UpdateBoardUnreadCaption(board, Sign * count);
+    }
+}
+
 void CViewer::RecountBoards()
 {
     for (const qint32 board : m_counts.Forget())
@@ -143,8 +146,8 @@ int CViewer::BoardUnreadCount(qint32 BBS_ID) const { return m_counts.Count(BBS_I
 
 void CViewer::BuildMarkMenu()
 {
-    m_marks.Read(m_app.LogDB());
-    m_host.MarksChanged();
+    if (m_marks.Read(m_app.LogDB()))
+        m_host.MarksChanged();
 }
 
 void CViewer::ChangeMark(const std::vector<CMessageId>& Ids, qint32 Number)
@@ -152,13 +155,8 @@ void CViewer::ChangeMark(const std::vector<CMessageId>& Ids, qint32 Number)
     if (Ids.empty() || !m_updates.SetMark(Ids, Number))
         return;
     const std::optional<quint32> color = m_marks.ForeColor(Number);
-    for (const CMessageId id : Ids) {
-        for (const auto& list : m_lists) {
-            const int row = list->Find(id);
-            if (row >= 0)
-                list->SetMark(row, Number, color);
-        }
-    }
+    for (const auto& list : m_lists)
+        list->SetMark(Ids, Number, color);
 }
 
 void CViewer::SetMark(const QString& Key, qint32 Number)
@@ -183,62 +181,42 @@ qint32 CViewer::GetSelectedMark() const
     return shared;
 }
 
-// Moves
+// Deletion
 
-/// Going to the next unread message means that the shown one has been read.
-void CViewer::Leave(int List, MoveMode Mode)
+bool CViewer::ConfirmsDeletion() const
 {
-    const std::optional<CMessageId> id = FocusedId(List);
-    if (Mode == MoveMode::Unread && id && !IsRead(List, m_lists[List]->Focus()))
-        ChangeRead({*id}, true, true, Report::FirstOnly);
+    return m_app.Shell.MessageBox(u"このメッセージを削除してもよろしいですか？"_s,
+                                  u"削除の確認 - "_s + m_app.AppTitle(), Desktop::Icon::Question,
+                                  Desktop::Buttons::YesNo, Desktop::Answer::No) == Desktop::Answer::Yes;
+}
+
+void CViewer::DeleteSelected()
+{
+    const std::vector<CMessageId> ids = SelectedIds(m_currentList);
+    if (ids.empty() || !ConfirmsDeletion())
+        return;
+    const auto unread = m_updates.Delete(ids);
+    if (!unread)
+        return;
+    StopReadTimer();
+    for (int list = m_currentList; list >= BoardList; --list) // the board list shows no message that is gone
+        DropRows(list, ids);
+    m_lists[ResultList]->SetRead(ids, true); // copies that stay there are no longer anything to read
+    ClearPane();
+    CountBoards(*unread, -1);
+    ChangeBBSViewMenu();
+    ShowCounts(m_currentList);
+}
+
+/// What was the focus is the next row; of the list in front it is selected, so that commands go on from there.
+void CViewer::DropRows(int List, const std::vector<CMessageId>& Ids)
+{
+    CMessageList& list = *m_lists[List];
+    m_host.BeginListUpdate(List);
+    list.Remove(Ids);
+    m_host.EndListUpdate(List);
+    if (List == m_currentList && list.Focus() >= 0)
+        FocusRow(List, list.Focus());
     else
-        StopReadTimer();
-}
-
-void CViewer::MoveTo(int List, int Row)
-{
-    if (Row < 0 || Row >= m_lists[List]->Count())
-        return;
-    m_lists[List]->ClearSelection();
-    ShowMessage(List, Row, false);
-}
-
-void CViewer::MoveNext(int List, MoveMode Mode, bool PageFirst)
-{
-    const CMessageList& list = *m_lists[List];
-    if (list.Count() == 0)
-        return;
-    Leave(List, Mode);
-    if (PageFirst && m_host.PagePane(true))
-        return;
-    if (Mode == MoveMode::History)
-        MoveTo(List, m_history.Forward(list.Count()) - 1);
-    else
-        MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadAfter(list, list.Focus()) : list.Focus() + 1);
-}
-
-void CViewer::MovePrev(int List, MoveMode Mode, bool PageFirst)
-{
-    const CMessageList& list = *m_lists[List];
-    if (list.Count() == 0)
-        return;
-    Leave(List, Mode);
-    if (PageFirst && m_host.PagePane(false))
-        return;
-    if (Mode == MoveMode::History)
-        MoveTo(List, m_history.Back(list.Count()) - 1);
-    else
-        MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadBefore(list, list.Focus()) : list.Focus() - 1);
-}
-
-void CViewer::MoveInReplyTo(int List)
-{
-    const std::optional<CMessageId> id = FocusedId(List);
-    if (!id)
-        return;
-    const qint32 parent = m_lists[List]->Item(m_lists[List]->Focus()).Message.InReplyTo;
-    if (parent == 0 || !m_lists[List]->Contains({id->BBS_ID, parent}))
-        return;
-    Leave(List, MoveMode::Unread);
-    MoveTo(List, m_lists[List]->Find({id->BBS_ID, parent}));
+        m_host.SelectionChanged(List);
 }

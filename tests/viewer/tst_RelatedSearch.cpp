@@ -1,0 +1,180 @@
+// tests/viewer/tst_RelatedSearch.cpp
+// Which message a text names, and what the result list shows of its thread.
+
+#include "tests/viewer/CBreakingWatch.h"
+#include "tests/viewer/CViewerFixture.h"
+#include "viewer/mdlColumns.h"
+#include "viewer/mdlRelated.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_RelatedSearch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<CViewerFixture>(); }
+    void cleanup();
+
+    void References_data();
+    void References();
+    void Boards_data();
+    void Boards();
+    void ShowsTheThread();
+    void OtherBoardsWithTheRoot();
+    void NoSuchMessage();
+    void ChangesNothing_data();
+    void ChangesNothing();
+
+private:
+    CViewerFixture& F() { return *m_fixture; }
+    std::unique_ptr<CViewerFixture> m_fixture;
+};
+
+void tst_RelatedSearch::cleanup()
+{
+    QVERIFY(F().Desk.Verify());
+    m_fixture.reset();
+}
+
+void tst_RelatedSearch::References_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("wanted"); // name:number, empty when the text names no message
+    QTest::newRow("sign") << u"#123"_s << u":123"_s;
+    QTest::newRow("blanks around all") << u"  質問 # 45\r\n"_s << u"質問:45"_s;
+    QTest::newRow("blank") << u"質問 45"_s << u"質問:45"_s;
+    QTest::newRow("digits follow") << u"質問板45"_s << u"質問板:45"_s;
+    QTest::newRow("number alone") << u"123"_s << u":123"_s;
+    QTest::newRow("leading zeros") << u"#003001"_s << u":3001"_s;
+    QTest::newRow("a name with a digit") << u"第2質問 45"_s << u"第2質問:45"_s;
+    QTest::newRow("full-width sign and digits") << u"けやき＃１２"_s << u"けやき:12"_s;
+    QTest::newRow("full-width blank") << u"質問　４５"_s << u"質問:45"_s;
+    QTest::newRow("full-width digits alone") << u"質問板４５"_s << u"質問板:45"_s;
+    QTest::newRow("over a line end") << u"質問\r\n45"_s << u"質問:45"_s;
+    QTest::newRow("separators") << u"#1,234"_s << u":1234"_s;
+    QTest::newRow("no number") << u"abc"_s << QString();
+    QTest::newRow("empty") << u" \r\n"_s << QString();
+    QTest::newRow("sign alone") << u"質問#"_s << QString();
+    QTest::newRow("first sign counts") << u"#1#2"_s << QString();
+    QTest::newRow("first blank counts") << u"質問 板 45"_s << QString();
+    QTest::newRow("text behind") << u"45番"_s << QString();
+    QTest::newRow("largest") << u"#2147483647"_s << u":2147483647"_s;
+    QTest::newRow("too large") << u"#2147483648"_s << QString();
+    QTest::newRow("far too large") << u"#"_s + QString(500, u'9') << QString();
+}
+
+void tst_RelatedSearch::References()
+{
+    QFETCH(QString, text);
+    const auto found = mdlRelated::Parse(text);
+    QTEST(found ? found->BoardName + u':' + QString::number(found->Number) : QString(), "wanted");
+}
+
+void tst_RelatedSearch::Boards_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("wanted"); // boards with a message 5 are 3, 4 and 5
+    QTest::newRow("given board") << QString() << u"4/5"_s;
+    QTest::newRow("part of a name") << u"けやき"_s << u"3/5"_s;
+    QTest::newRow("other kana") << u"ケヤキ"_s << u"3/5"_s;
+    QTest::newRow("short name") << u"短[*]'x"_s << u"5/5"_s;
+    QTest::newRow("wildcards stand for themselves") << u"け*板"_s << u"4/5"_s;
+    QTest::newRow("quotes") << u"' OR 1=1 OR '"_s << u"4/5"_s;
+    QTest::newRow("bars and brackets") << u"|[ ]|"_s << u"4/5"_s;
+    QTest::newRow("unknown") << u"どこにもない"_s << u"4/5"_s;
+}
+
+void tst_RelatedSearch::Boards()
+{
+    QFETCH(QString, name);
+    for (const qint32 board : {3, 4, 5}) {
+        F().Add(board, 5, 5);
+        F().Run(u"UPDATE Message SET RootThread = %1 WHERE BBS_ID = %1"_s.arg(board));
+    }
+    F().Run(u"UPDATE BBS SET ShortName = '短[*]''x' WHERE BBS_ID = 5"_s);
+    F().Viewer.RelatedSearch(4, name + u"#5"_s);
+    QTEST(Ids(F().List(1)), "wanted");
+}
+
+void tst_RelatedSearch::ShowsTheThread()
+{
+    F().App.Option().AddMax = 100;
+    F().Add(3, 1, 6);
+    F().Run(u"UPDATE Message SET InReplyTo = 1, RootThread = 1 WHERE ID IN (2, 5)"_s);
+    F().Run(u"UPDATE Message SET InReplyTo = 2, RootThread = 1 WHERE ID = 4"_s);
+    F().Viewer.SelectBoard(3);
+    F().Viewer.ColumnClicked(0, mdlColumns::Subject);
+    F().Viewer.RelatedSearch(3, u"#4"_s);
+    QCOMPARE(F().Viewer.CurrentList(), 1);
+    QCOMPARE(ColumnTexts(F().List(1), mdlColumns::Subject), QStringList({u"s1"_s, u"　s5"_s, u"　s2"_s, u"　　s4"_s}));
+    QCOMPARE(F().Host.Body, QStringList({u"b4"_s}));
+    QCOMPARE(F().List(1).SelectedRows(), std::vector<int>({3}));
+    QCOMPARE(F().Host.VisibleRow, 3);
+    QCOMPARE(F().Host.TimerMs, 1500);
+    QCOMPARE(F().List(1).SortColumn(), -1);
+    F().Viewer.RelatedSearch(3, u"6"_s);
+    QCOMPARE(Ids(F().List(1)), u"3/6"_s);
+}
+
+/// An answer that was written on the other side of a two-sided board.
+void tst_RelatedSearch::OtherBoardsWithTheRoot()
+{
+    F().Add(3, 1, 2);
+    F().Add(4, 7, 7);
+    F().Run(u"UPDATE Message SET RootThread = 1"_s);
+    F().Viewer.RelatedSearch(3, u"#2"_s);
+    QCOMPARE(F().List(1).Count(), 3);
+    QCOMPARE(F().Host.Body, QStringList({u"b2"_s}));
+}
+
+void tst_RelatedSearch::NoSuchMessage()
+{
+    F().Add(3, 1, 5);
+    F().Run(u"UPDATE Message SET RootThread = 1"_s);
+    F().Viewer.SelectBoard(3);
+    F().Viewer.RelatedSearch(3, u"#99"_s);
+    QCOMPARE(F().List(1).Count(), 0);
+    QCOMPARE(F().Viewer.CurrentList(), 1);
+    QCOMPARE(F().Host.Body, QStringList());
+    F().Desk.Expect(u"検索結果が3件を超えました (5件)"_s, Desktop::Answer::No); // and the one is not among the first
+    F().Viewer.RelatedSearch(3, u"#5"_s);
+    QCOMPARE(F().List(1).Count(), 3);
+    QCOMPARE(F().Host.Body, QStringList());
+    QCOMPARE(F().Host.TimerMs, 0);
+    QVERIFY(F().List(1).SelectedRows().empty());
+}
+
+void tst_RelatedSearch::ChangesNothing_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("box");
+    QTest::newRow("no number") << u"abc"_s << u"関連検索のできる文字列ではありませんでした。"_s;
+    QTest::newRow("broken off") << u"#1"_s << QString();
+}
+
+void tst_RelatedSearch::ChangesNothing()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, box);
+    F().App.Option().AddMax = 5000;
+    F().Add(3, 1, 2);
+    F().Add(4, 1, 2100);
+    F().Run(u"UPDATE Message SET RootThread = 1 WHERE BBS_ID = 4"_s);
+    F().Viewer.SelectBoard(3);
+    CBreakingWatch watch;
+    watch.Patience = 0;
+    F().Board.SetWatch(&watch);
+    if (!box.isEmpty())
+        F().Desk.Expect(box);
+    F().Viewer.RelatedSearch(4, text);
+    QCOMPARE(F().Viewer.CurrentList(), 0);
+    QCOMPARE(F().List(1).Count(), 0);
+    QCOMPARE(F().Host.Body, QStringList({u"b2"_s}));
+    F().Board.SetWatch(nullptr);
+}
+
+QTEST_GUILESS_MAIN(tst_RelatedSearch)
+#include "tst_RelatedSearch.moc"
