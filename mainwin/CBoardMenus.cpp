@@ -15,6 +15,7 @@
 using namespace Qt::StringLiterals;
 using mdlBoardMenu::Entry;
 using mdlCommands::Command;
+using mdlCommands::Rule;
 
 namespace
 {
@@ -67,7 +68,7 @@ void CBoardMenus::FillArray(const QString& Name, const std::vector<Entry>& Entri
     std::vector<CMenuSet::Entry> array;
     for (const Entry& entry : Entries) {
         const int index = int(array.size()) + 1;
-        array.push_back({index, entry.Caption, Handler, entry.BBS_ID, entry.IsSeparator()});
+        array.push_back({index, entry.Caption, Handler, entry.BBS_ID, entry.IsSeparator(), false, Rule::Open});
     }
     m_menus.SetArray(Name, array);
 }

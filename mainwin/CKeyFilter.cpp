@@ -36,7 +36,10 @@ bool CKeyFilter::eventFilter(QObject* Watched, QEvent* Event)
 bool CKeyFilter::IsForWindow(const QObject* Watched) const
 {
     const auto* widget = qobject_cast<const QWidget*>(Watched);
-    if (!widget || widget->window() != &m_window || qobject_cast<const QMenuBar*>(widget))
+    if (!widget || widget->window() != &m_window)
+        return false;
+    // What the menu bar does not take comes to the window next.
+    if (qobject_cast<const QMenuBar*>(QApplication::focusWidget()))
         return false;
     return !m_composing && !QApplication::activePopupWidget() && !QApplication::activeModalWidget();
 }
@@ -54,5 +57,7 @@ bool CKeyFilter::OnKey(const QKeyEvent& Event)
     const mdlCommands::Key* key = mdlCommands::FindKey(Event.key(), Event.modifiers());
     if (!key || (!key->Everywhere && IsInEntryField()))
         return false;
+    if (Event.isAutoRepeat() && !key->Repeats)
+        return true;
     return m_act(*key);
 }

@@ -200,6 +200,7 @@ void frmView::ConnectMenus()
     connect(m_panels, &CStatusPanels::NoReadPointEntered, this,
             [this](qint32 Value) { Perform([=, this] { StoreNoReadPoint(Value); }); });
     connect(m_panels, &CStatusPanels::NoReadPointLeft, this, [this] { View(m_viewer->CurrentList()).setFocus(); });
+    connect(qApp, &QApplication::focusChanged, this, &frmView::KeepFocus, Qt::QueuedConnection);
     auto* keys = new CKeyFilter(*this, [this](const mdlCommands::Key& Key) { return OnKey(Key); });
     keys->AddEntryField(m_toolbar->FindBox());
     keys->AddEntryField(*m_panels->findChild<QWidget*>(u"uspnNoReadPoint"_s));

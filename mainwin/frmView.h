@@ -117,6 +117,8 @@ private:
     void DoEscape();
     void DoPopupBoards();
     void DoPopupMarks();
+    void DoMenuBar();
+    static void DoContextMenu();
     void MovePrev(CViewer::MoveMode Mode, bool PageFirst);
     void MoveNext(CViewer::MoveMode Mode, bool PageFirst);
     void CompactDatabase();
@@ -131,6 +133,7 @@ private:
     mdlEnabling::WindowFacts Facts() const;
     void UpdateEnabled();
     void ScheduleEnabled();
+    void KeepFocus();
     void UpdateCaption();
     void ChangeToolbarImage();
     void RefreshMessageMenu();

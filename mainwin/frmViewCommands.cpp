@@ -25,9 +25,12 @@
 #include "viewer/CViewer.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QMenu>
+#include <QMenuBar>
 #include <QTimer>
 
 #include <algorithm>
@@ -99,6 +102,8 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::TextLarger, [](V& View, int) { View.m_textZoom->Step(1); }},
         {Command::TextSmaller, [](V& View, int) { View.m_textZoom->Step(-1); }},
         {Command::TextUsual, [](V& View, int) { View.m_textZoom->Reset(); }},
+        {Command::MenuBar, [](V& View, int) { View.DoMenuBar(); }},
+        {Command::ContextMenu, [](V&, int) { DoContextMenu(); }},
     };
     const auto found = std::find_if(std::begin(lines), std::end(lines),
                                     [Handler](const CommandLine& Line) { return Line.Handler == Handler; });
@@ -300,4 +305,21 @@ void frmView::DoPopupMarks()
     const CListView& list = View(m_viewer->CurrentList());
     // The pointer may rest anywhere while the keyboard is used.
     m_menus->Menu(u"mnuMsgMark"_s)->popup(list.underMouse() ? QCursor::pos() : list.PlaceBelowFocus());
+}
+
+void frmView::DoMenuBar()
+{
+    if (QAction* first = menuBar()->actions().value(0))
+        menuBar()->setActiveAction(first);
+}
+
+/// What the menu key does; not every platform knows Shift+F10 for it.
+void frmView::DoContextMenu()
+{
+    QWidget* focus = QApplication::focusWidget();
+    if (!focus)
+        return;
+    const QPoint place = focus->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place));
+    QCoreApplication::sendEvent(focus, &event);
 }

@@ -22,6 +22,7 @@
 #include "viewer/CViewer.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QTimer>
 
@@ -88,6 +89,13 @@ void frmView::UpdateEnabled()
 }
 
 void frmView::ScheduleEnabled() { m_tmrEnabled->start(); }
+
+/// The menu bar, left after a second mnemonic, gives the focus back to nobody, and the keys of the lists would be dead.
+void frmView::KeepFocus()
+{
+    if (!m_isClosing && isActiveWindow() && !QApplication::focusWidget() && !QApplication::activePopupWidget())
+        View(m_viewer->CurrentList()).setFocus();
+}
 
 void frmView::UpdateCaption()
 {

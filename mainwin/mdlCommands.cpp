@@ -79,7 +79,7 @@ constexpr std::array BoardMenu = {
     Run(1, u"mnuBBSVisitLoad", u"巡回受信(&I)", 9, u"Shift+F5"),
     Run(1, u"mnuBBSAllVisitLoad", u"全掲示板から巡回受信(&A)", 10),
     Bar(1, u"mnuBBSBar2"),
-    Run(1, u"mnuBBSNew", u"新規投稿(&N)...", 11, u"Ctrl+N", Rule::Always),
+    Run(1, u"mnuBBSNew", u"新規投稿(&N)...", 11, u"Ctrl+N", Rule::Open),
     Run(1, u"mnuBBSReply", u"返信(&R)...", 12, u"Ctrl+R", Rule::Selection),
     Bar(1, u"mnuBBSBar3"),
     Sub(1, u"mnuBBSView", u"表示(&V)"),
@@ -219,14 +219,14 @@ constexpr auto MenuBarTable = Join(FileMenu, BoardMenu, MoveMenu, MessageMenu, T
 constexpr auto PopupTable = Join(ListPopup, TextAndTrayPopups);
 
 constexpr ToolButton ToolbarTable[] = {
-    {u"BBSList", u"掲示板一覧", u"掲示板一覧", Command::BoardListButton},
+    {u"BBSList", u"掲示板一覧", u"掲示板一覧", Command::BoardListButton, 0, Rule::Open},
     {u"Back", u"前のn件", u"前のn件(F7)", Command::ViewMode, 1, Rule::ViewMode},
     {u"Forword", u"次のn件", u"次のn件(F8)", Command::ViewMode, 2, Rule::ViewMode},
     {{}, {}, {}},
     {u"Load", u"受信", u"受信(F5)", Command::Execute, 7, Rule::Idle},
     {u"VisitLoad", u"巡回受信", u"巡回受信(Shift+F5)", Command::Execute, 9, Rule::Idle},
     {{}, {}, {}},
-    {u"New", u"新規投稿", u"新規投稿(Ctrl+N)", Command::Execute, 11},
+    {u"New", u"新規投稿", u"新規投稿(Ctrl+N)", Command::Execute, 11, Rule::Open},
     {u"Reply", u"返信", u"返信(Ctrl+R)", Command::Execute, 12, Rule::Selection},
     {{}, {}, {}},
     {u"FindText", u"検索文字", u"検索文字"},
@@ -250,8 +250,13 @@ constexpr Panel PanelTable[] = {
     {u"Timer", u"タイマーの残り時間", 4},
 };
 
+// Of the moving keys only those repeat that pass a message by without reading it: Space held down would leave a trail
+// of messages marked as read that nobody has seen. Esc held down must not minimise the window after it has closed a
+// list.
 constexpr Key KeyTable[] = {
     {Qt::Key_Escape, Modifiers::Any, Command::Escape, {}, true},
+    {Qt::Key_F10, Modifiers::None, Command::MenuBar, {}, true},
+    {Qt::Key_F10, Modifiers::Shift, Command::ContextMenu, {}, true},
     {Qt::Key_F4, Modifiers::None, Command::PopupBoards, {}},
     {Qt::Key_L, Modifiers::Ctrl, Command::PopupBoards, {}},
     {Qt::Key_Backspace, Modifiers::Any, Command::InReplyTo, u"mnuMoveInReplyTo"},
@@ -259,10 +264,10 @@ constexpr Key KeyTable[] = {
     {Qt::Key_B, Modifiers::Ctrl, Command::MarkRead, u"mnuMsgRead"},
     {Qt::Key_B, Modifiers::CtrlShift, Command::MarkNoRead, u"mnuMsgNoRead"},
     {Qt::Key_M, Modifiers::NoneOrCtrl, Command::PopupMarks, {}},
-    {Qt::Key_K, Modifiers::None, Command::PrevMessage, u"mnuMovePrevMsg"},
-    {Qt::Key_J, Modifiers::None, Command::NextMessage, u"mnuMoveNextMsg"},
-    {Qt::Key_Left, Modifiers::Alt, Command::HistoryBack, u"mnuMovePrevArchive"},
-    {Qt::Key_Right, Modifiers::Alt, Command::HistoryForward, u"mnuMoveNextArchive"},
+    {Qt::Key_K, Modifiers::None, Command::PrevMessage, u"mnuMovePrevMsg", false, true},
+    {Qt::Key_J, Modifiers::None, Command::NextMessage, u"mnuMoveNextMsg", false, true},
+    {Qt::Key_Left, Modifiers::Alt, Command::HistoryBack, u"mnuMovePrevArchive", false, true},
+    {Qt::Key_Right, Modifiers::Alt, Command::HistoryForward, u"mnuMoveNextArchive", false, true},
     {Qt::Key_Space, Modifiers::None, Command::NextUnread, u"mnuMoveNextNoRead"},
     {Qt::Key_Space, Modifiers::Shift, Command::PrevUnreadByKey, u"mnuMovePrevNoRead"},
     // The plus sign lies on ";" on Japanese keyboards and on "=" on English ones, both with Shift.

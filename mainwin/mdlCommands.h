@@ -49,6 +49,8 @@ enum class Command {
     TextLarger, ///< the letters of the message pane
     TextSmaller,
     TextUsual,
+    MenuBar,         ///< opens the first menu
+    ContextMenu,     ///< the pop-up of the control that has the focus
     TextFind,        ///< the query dialog, looking for the selected text of the pane
     PrevUnreadByKey, ///< as PrevUnread; the text selection of the pane is emptied as well
     Find,            ///< the find dialog
@@ -139,6 +141,7 @@ struct Key
     Command Handler;
     QStringView Item;        ///< when not empty, the key acts only while this menu item is enabled
     bool Everywhere = false; ///< acts in the find box and the unread position editor as well
+    bool Repeats = false;    ///< acts again and again while it is held down
 };
 
 /// The menu bar, top to bottom and left to right.
