@@ -271,12 +271,12 @@ constexpr Key KeyTable[] = {
     {Qt::Key_Space, Modifiers::None, Command::NextUnread, u"mnuMoveNextNoRead"},
     {Qt::Key_Space, Modifiers::Shift, Command::PrevUnreadByKey, u"mnuMovePrevNoRead"},
     // The plus sign lies on ";" on Japanese keyboards and on "=" on English ones, both with Shift.
-    {Qt::Key_Plus, Modifiers::Ctrl, Command::TextLarger, {}},
-    {Qt::Key_Plus, Modifiers::CtrlShift, Command::TextLarger, {}},
-    {Qt::Key_Semicolon, Modifiers::Ctrl, Command::TextLarger, {}},
-    {Qt::Key_Semicolon, Modifiers::CtrlShift, Command::TextLarger, {}},
-    {Qt::Key_Equal, Modifiers::Ctrl, Command::TextLarger, {}},
-    {Qt::Key_Minus, Modifiers::Ctrl, Command::TextSmaller, {}},
+    {Qt::Key_Plus, Modifiers::Ctrl, Command::TextLarger, {}, false, true},
+    {Qt::Key_Plus, Modifiers::CtrlShift, Command::TextLarger, {}, false, true},
+    {Qt::Key_Semicolon, Modifiers::Ctrl, Command::TextLarger, {}, false, true},
+    {Qt::Key_Semicolon, Modifiers::CtrlShift, Command::TextLarger, {}, false, true},
+    {Qt::Key_Equal, Modifiers::Ctrl, Command::TextLarger, {}, false, true},
+    {Qt::Key_Minus, Modifiers::Ctrl, Command::TextSmaller, {}, false, true},
     {Qt::Key_0, Modifiers::Ctrl, Command::TextUsual, {}},
 };
 
