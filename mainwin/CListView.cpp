@@ -182,9 +182,10 @@ void CListView::keyboardSearch(const QString& Typed)
     const int count = m_list.Count();
     const QString wanted = text::Fold(m_typed);
     const int start = qMax(m_list.Focus(), 0) + (continues ? 0 : 1);
+    const int column = m_list.IsRaw() ? 0 : SubjectColumn; // a raw table may have less columns than that
     for (int step = 0; step < count && !wanted.isEmpty(); ++step) {
         const int row = (start + step) % count;
-        if (!text::Fold(m_list.Text(row, SubjectColumn).trimmed()).startsWith(wanted))
+        if (!text::Fold(m_list.Text(row, column).trimmed()).startsWith(wanted))
             continue;
         m_selection->setCurrentIndex(model()->index(row, 0),
                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
