@@ -313,13 +313,14 @@ void frmView::DoMenuBar()
         menuBar()->setActiveAction(first);
 }
 
-/// What the menu key does; not every platform knows Shift+F10 for it.
+/// What the menu key does; not every platform knows Shift+F10 for it. Posted, since the menu of an entry field waits for
+/// its end, and the command must not.
 void frmView::DoContextMenu()
 {
     QWidget* focus = QApplication::focusWidget();
     if (!focus)
         return;
     const QPoint place = focus->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place));
-    QCoreApplication::sendEvent(focus, &event);
+    QCoreApplication::postEvent(
+        focus, new QContextMenuEvent(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place), Qt::NoModifier));
 }
