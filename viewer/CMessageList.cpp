@@ -120,7 +120,7 @@ void CMessageList::Fill(std::vector<CMessageItem> Items, const QStringList& Head
     TakeItems(std::move(Items));
     if (m_sortColumn < 0)
         SetSortState(mdlColumns::ID, Order::Descending);
-    Reorder(mdlMessageSort::SortedRows(*this, m_sortColumn, m_sortOrder, m_option.DateFormat));
+    Reorder(*mdlMessageSort::SortedRows(*this, m_sortColumn, m_sortOrder, m_option.DateFormat, [] { return true; }));
     Q_EMIT WasReset();
     Q_EMIT HeadersChanged();
 }
@@ -348,13 +348,16 @@ void CMessageList::TellReordered(const std::vector<int>& OldRows)
     Q_EMIT Reordered(newRows);
 }
 
-void CMessageList::Sort(int Column, Order Direction)
+bool CMessageList::Sort(int Column, Order Direction, const std::function<bool()>& GoesOn)
 {
-    const std::vector<int> oldRows = mdlMessageSort::SortedRows(*this, Column, Direction, m_option.DateFormat);
+    const auto oldRows = mdlMessageSort::SortedRows(*this, Column, Direction, m_option.DateFormat, GoesOn);
+    if (!oldRows)
+        return false;
     Q_EMIT AboutToReorder();
     SetSortState(Column, Direction);
-    Reorder(oldRows);
-    TellReordered(oldRows);
+    Reorder(*oldRows);
+    TellReordered(*oldRows);
+    return true;
 }
 
 QString CMessageList::SortMark(int Column) const

@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -80,7 +81,8 @@ public:
     int SortColumn() const { return m_sortColumn; }
     Order SortOrder() const { return m_sortOrder; }
     /// Sorts by the texts of Column and keeps the list sorted. Messages with equal texts keep board and number order.
-    void Sort(int Column, Order Direction);
+    /// False when GoesOn, asked every few milliseconds, has said so; the list is then as it was.
+    bool Sort(int Column, Order Direction, const std::function<bool()>& GoesOn = [] { return true; });
     /// "↑", "↓" or empty, as the tag of the column's header.
     QString SortMark(int Column) const;
     void SetSortMark(int Column, Order Direction);

@@ -5,6 +5,7 @@
 
 #include "app/Application.h"
 #include "board/CBBS.h"
+#include "board/work_watch.h"
 #include "platform/dao/Error.h"
 #include "viewer/mdlBodyLines.h"
 #include "viewer/mdlColumns.h"
@@ -294,20 +295,32 @@ void CViewer::ShowThread(int List)
 void CViewer::ColumnClicked(int List, int Column)
 {
     CMessageList& list = *m_lists[List];
-    const QString mark = list.SortMark(Column);
-    ResetListView(List, list.IsRaw());
     if (!list.IsRaw() && Column == mdlColumns::Read) {
+        ResetListView(List, false);
         ShowThread(List);
-    } else {
-        const auto direction = mark == u"↑"_s ? CMessageList::Order::Descending : CMessageList::Order::Ascending;
-        m_host.BeginListUpdate(List);
-        list.Sort(Column, direction);
-        list.SetSortMark(Column, direction);
-        m_host.EndListUpdate(List);
-        m_host.SelectionChanged(List);
+    } else if (!SortBy(List, Column)) {
+        return;
     }
     if (list.Focus() >= 0)
         m_host.EnsureVisible(List, list.Focus());
+}
+
+/// Sorts by the column, the other way round where its header says ascending. False when the user broke it off: the
+/// list is as it was.
+bool CViewer::SortBy(int List, int Column)
+{
+    CMessageList& list = *m_lists[List];
+    const auto direction =
+        list.SortMark(Column) == u"↑"_s ? CMessageList::Order::Descending : CMessageList::Order::Ascending;
+    {
+        const CWatchedWork watched(m_bbs.Watch(), Work::Sort);
+        if (!list.Sort(Column, direction, [&watched] { return watched.GoesOn(); }))
+            return false;
+    }
+    ResetListView(List, list.IsRaw());
+    list.SetSortMark(Column, direction);
+    m_host.SelectionChanged(List);
+    return true;
 }
 
 void CViewer::ItemClicked(int List, int Row) { ShowMessage(List, Row, true); }

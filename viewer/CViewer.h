@@ -138,6 +138,7 @@ private:
     void ShowLoaded(CListLoader::Result Result, int List);
     void AfterAction();
     void ShowFirst(int List);
+    bool SortBy(int List, int Column);
     void ClearPane();
     void FocusRow(int List, int Row);
     void ShowText(const CMessage& Msg);

@@ -3,6 +3,7 @@
 
 #include "app/Settings.h"
 #include "platform/text/DateTime.h"
+#include "platform/text/Fold.h"
 #include "tests/viewer/Messages.h"
 #include "viewer/CMessageList.h"
 #include "viewer/mdlColumns.h"
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void FillKeepsASortOrder();
     void Sort_data();
     void Sort();
+    void BrokenOffSortChangesNothing();
     void DatesSortAsTheyRead();
     void SortMarks();
     void AddGoesWhereItBelongs_data();
@@ -186,6 +188,41 @@ void tst_CMessageList::Sort()
     list.Fill(std::move(items), {});
     list.Sort(column, descending ? Order::Descending : Order::Ascending);
     QTEST(Ids(list), "wanted");
+}
+
+/// Thousands of texts, some of which read the same: whenever it is broken off, nothing has moved; in the end the order
+/// is that of the collation, then of the numbers.
+void tst_CMessageList::BrokenOffSortChangesNothing()
+{
+    QRandomGenerator random(5);
+    std::vector<CMessageItem> items;
+    const QString letters = u"あアｱかガｶがーAaＡ漢1①　"_s;
+    for (int id = 1; id <= 5000; ++id) {
+        QString subject(random.bounded(1, 6), Qt::Uninitialized);
+        for (QChar& c : subject)
+            c = letters[random.bounded(letters.size())];
+        items.push_back(MakeItem(MakeMessage(3, id, subject)));
+    }
+    CMessageList list(m_option, mdlColumns::BoardHeaders());
+    list.Fill(std::move(items), {});
+    const QString before = Ids(list);
+    const QSignalSpy moved(&list, &CMessageList::AboutToReorder);
+    int asked = 0;
+    for (int allowed = 0;; ++allowed) {
+        asked = 0;
+        if (list.Sort(mdlColumns::Subject, Order::Ascending, [&] { return asked++ < allowed; }))
+            break;
+        QCOMPARE(Ids(list), before);
+        QCOMPARE(list.SortColumn(), int(mdlColumns::ID));
+    }
+    QVERIFY2(asked > 4, "asked so seldom that breaking it off takes long");
+    QCOMPARE(moved.count(), 1);
+    for (int row = 1; row < list.Count(); ++row) {
+        const CMessage& upper = list.Item(row - 1).Message;
+        const CMessage& lower = list.Item(row).Message;
+        const int order = text::CompareText(upper.Subject, lower.Subject);
+        QVERIFY2(order < 0 || (order == 0 && upper.ID < lower.ID), qPrintable(upper.Subject + u'|' + lower.Subject));
+    }
 }
 
 void tst_CMessageList::DatesSortAsTheyRead()
