@@ -12,6 +12,8 @@
 #include "viewer/CMarks.h"
 #include "viewer/viewer_host.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -69,8 +71,10 @@ CListLoader::Result CListLoader::Run(const QString& Sql, bool IsBoardList)
     try {
         m_bbs.CommitPending(); // the statement may change rows of the user's own accord
         const qint16 code = m_bbs.ExecSQL(Sql);
-        if (GivesRows(code))
+        if (GivesRows(code)) {
+            const auto letGo = qScopeGuard([this] { m_bbs.CloseLogMessages(); }); // the list holds the rows now
             return ReadRows(IsBoardList);
+        }
         Result result;
         result.What = TellAction(code);
         return result;
@@ -170,6 +174,7 @@ std::vector<CMessageItem> CListLoader::ReadMessages(int Count)
 std::vector<CMessageItem> CListLoader::ReadQuietly(const QString& Sql)
 {
     try {
+        const auto letGo = qScopeGuard([this] { m_bbs.CloseLogMessages(); });
         if (!GivesRows(m_bbs.ExecSQL(Sql)) || m_bbs.SQLType() != 0)
             return {};
         return ReadMessages(m_bbs.Count());
