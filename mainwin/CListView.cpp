@@ -17,13 +17,13 @@
 #include <QStyleHints>
 
 #include <iterator>
+#include <utility>
 
 namespace
 {
 
 // Widths of the eleven columns at first, in pixels at 100 %.
 constexpr int ColumnWidths[] = {44, 64, 300, 90, 90, 120, 130, 100, 320, 90, 60};
-constexpr int SubjectColumn = 2;
 
 } // namespace
 
@@ -50,16 +50,28 @@ CListView::CListView(CMessageList& List, CMessageModel& Model, std::function<QIc
         },
         this);
     setSelectionModel(m_selection);
-    connect(m_selection, &CListSelection::Edited, this, &CListView::SelectionEdited);
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, m_selection, &CListSelection::Mirror);
-    connect(&Model, &QAbstractItemModel::modelReset, m_selection, &CListSelection::Mirror);
-    connect(&Model, &QAbstractItemModel::layoutChanged, m_selection, &CListSelection::Mirror);
-    connect(&Model, &QAbstractItemModel::rowsRemoved, m_selection, &CListSelection::Mirror);
-    connect(&Model, &QAbstractItemModel::rowsInserted, m_selection, &CListSelection::Mirror);
+    ConnectModel();
     BuildColumns();
 }
 
 CListView::~CListView() = default;
+
+void CListView::ConnectModel()
+{
+    const QAbstractItemModel* const items = model();
+    connect(items, &QAbstractItemModel::modelAboutToBeReset, this, &CListView::RememberTop);
+    connect(items, &QAbstractItemModel::modelReset, this, &CListView::FindTop);
+    connect(items, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int First) { MoveTop(First, 1); });
+    connect(items, &QAbstractItemModel::rowsRemoved, this,
+            [this](const QModelIndex&, int First, int Last) { MoveTop(First, First - Last - 1); });
+    connect(m_selection, &CListSelection::Edited, this, &CListView::SelectionEdited);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, m_selection, &CListSelection::Mirror);
+    connect(items, &QAbstractItemModel::modelReset, m_selection, &CListSelection::Mirror);
+    connect(items, &QAbstractItemModel::layoutChanged, m_selection, &CListSelection::Mirror);
+    connect(items, &QAbstractItemModel::rowsRemoved, m_selection, &CListSelection::Mirror);
+    connect(items, &QAbstractItemModel::rowsInserted, m_selection, &CListSelection::Mirror);
+}
 
 void CListView::BuildColumns()
 {
@@ -112,9 +124,60 @@ void CListView::ResetColumns()
     }
 }
 
+std::vector<int> CListView::ColumnOrder() const
+{
+    std::vector<int> order;
+    for (int place = 0; place < header()->count(); ++place)
+        order.push_back(header()->logicalIndex(place));
+    return order;
+}
+
+void CListView::SetColumnOrder(const std::vector<int>& Order)
+{
+    int place = 0;
+    for (const int column : Order) {
+        const int from = header()->visualIndex(column); // -1: no such column
+        if (from >= place)
+            header()->moveSection(from, place++);
+    }
+}
+
+// Rows that come and go leave what is being read where it is on the screen.
+
+/// Rows came in (or, below 0, went) at Row. At the very top the newest message is what the reader wants to see.
+void CListView::MoveTop(int Row, int Rows)
+{
+    const int top = m_top.value_or(verticalScrollBar()->value());
+    if (top > 0 && Row <= top)
+        m_top = qMax(top + qMax(Rows, Row - top), 0);
+}
+
+void CListView::RememberTop()
+{
+    m_inView.clear();
+    const int top = m_top.value_or(verticalScrollBar()->value());
+    const int end = qMin(top + verticalScrollBar()->pageStep() + 1, m_list.Count());
+    for (int row = top; top > 0 && row < end && !m_list.IsRaw(); ++row)
+        m_inView.push_back(m_list.Item(row).Id());
+}
+
+/// The topmost message that is still there becomes the first in view.
+void CListView::FindTop()
+{
+    m_top.reset();
+    for (const CMessageId id : m_inView) {
+        if (const int row = m_list.IsRaw() ? -1 : m_list.Find(id); row >= 0) {
+            m_top = row;
+            return;
+        }
+    }
+}
+
 void CListView::updateGeometries()
 {
     QTreeView::updateGeometries();
+    if (m_top)
+        verticalScrollBar()->setValue(*std::exchange(m_top, std::nullopt));
     if (m_selection)
         m_selection->Mirror(); // a taller view shows more rows
 }
@@ -173,6 +236,22 @@ QPoint CListView::PlaceBelowFocus() const
     return viewport()->mapToGlobal(QPoint(CMessageDelegate::IconSide, qBound(0, below, viewport()->height())));
 }
 
+/// What cannot be edited would get no input method, and a Japanese subject could not be typed.
+void CListView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
+{
+    QTreeView::currentChanged(Current, Previous);
+    setAttribute(Qt::WA_InputMethodEnabled, true);
+}
+
+bool CListView::BeginsWith(int Row, const QString& FoldedStart) const
+{
+    const CMessageItem& item = m_list.Item(Row);
+    const QString text = item.IsMessage() ? item.Message.Subject : m_list.Text(Row, 0);
+    const QStringView start = QStringView(text).trimmed();
+    // A half-width letter and its voicing mark are one letter of the fold.
+    return text::Fold(start.first(qMin(start.size(), FoldedStart.size() * 2))).startsWith(FoldedStart);
+}
+
 void CListView::keyboardSearch(const QString& Typed)
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
@@ -182,10 +261,9 @@ void CListView::keyboardSearch(const QString& Typed)
     const int count = m_list.Count();
     const QString wanted = text::Fold(m_typed);
     const int start = qMax(m_list.Focus(), 0) + (continues ? 0 : 1);
-    const int column = m_list.IsRaw() ? 0 : SubjectColumn; // a raw table may have less columns than that
     for (int step = 0; step < count && !wanted.isEmpty(); ++step) {
         const int row = (start + step) % count;
-        if (!text::Fold(m_list.Text(row, column).trimmed()).startsWith(wanted))
+        if (!BeginsWith(row, wanted))
             continue;
         m_selection->setCurrentIndex(model()->index(row, 0),
                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);

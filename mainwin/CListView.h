@@ -4,10 +4,14 @@
 #ifndef MAINWIN_CLISTVIEW_H
 #define MAINWIN_CLISTVIEW_H
 
+#include "viewer/CMessageItem.h"
+
 #include <QIcon>
 #include <QTreeView>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 class CListSelection;
 class CMessageList;
@@ -41,9 +45,14 @@ public:
     void TakeColumns(const CListView& Other);
     /// All columns in their order, each RawColumnTwips wide.
     void ResetColumns();
+    /// The columns from left to right as the user has moved them.
+    std::vector<int> ColumnOrder() const;
+    /// Puts the columns of Order first, as far as there are such; what is missing follows in its present order.
+    void SetColumnOrder(const std::vector<int>& Order);
 
     /// Scrolls up and down only: a click into a cell that is cut off must not shift the columns under the pointer.
     void scrollTo(const QModelIndex& Index, ScrollHint Hint = QAbstractItemView::EnsureVisible) override;
+    /// Goes to the next subject that begins so (in a raw table: the next row whose first field does).
     void keyboardSearch(const QString& Typed) override;
 
 Q_SIGNALS:
@@ -61,14 +70,22 @@ protected:
     void keyPressEvent(QKeyEvent* Event) override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
     void updateGeometries() override;
+    void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
 
 private:
     void BuildColumns();
+    void ConnectModel();
+    void MoveTop(int Row, int Rows);
+    void RememberTop();
+    void FindTop();
+    bool BeginsWith(int Row, const QString& FoldedStart) const;
     void TellIfFocusMoved(int RowBefore);
     QRect RowRect(int Row) const;
 
     CMessageList& m_list;
     CListSelection* m_selection = nullptr; // none while the base class is being set up
+    std::optional<int> m_top;              // row to be the first in view after the next layout
+    std::vector<CMessageId> m_inView;      // what was in view before a reset
     QString m_typed;                       // what has been typed for the search so far
     qint64 m_typedAt = 0;                  // milliseconds, when its last character came
     int m_updateDepth = 0;
