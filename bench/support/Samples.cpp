@@ -9,6 +9,9 @@
 #include "store/Store.h"
 
 #include <QDateTime>
+#include <QFile>
+
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
@@ -107,5 +110,20 @@ bool MakeDatabase(const QString& FileName, qint32 BBS_ID, int Count)
     db->CommitTrans();
     db->Close();
     return true;
+}
+
+bool CopyBoard(const QString& FileName, qint32 BBS_ID, int Boards)
+{
+    sqlite3* handle = nullptr;
+    sqlite3_open(QFile::encodeName(FileName).constData(), &handle);
+    const QString fields = u"ID, Read, Subject, HomePage, Mail, PostName, PostDate, InReplyTo, Body, RootThread, Mark"_s;
+    const QString sql = u"INSERT INTO Message (BBS_ID, %1) SELECT Number, %1 FROM generate_series, Message"
+                        " WHERE BBS_ID = %2"_s.arg(fields).arg(BBS_ID);
+    const QString numbers = u"WITH RECURSIVE generate_series(Number) AS (VALUES(101) UNION ALL"
+                            " SELECT Number + 1 FROM generate_series WHERE Number < %1) "_s.arg(100 + Boards);
+    const bool isDone =
+        sqlite3_exec(handle, (numbers + sql).toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    sqlite3_close(handle);
+    return isDone;
 }
 } // namespace mdlSamples

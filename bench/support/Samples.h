@@ -25,6 +25,9 @@ std::vector<QString> MakeBlocks(qint32 BBS_ID, int Count, int PerBlock);
 
 /// Makes a new message database at FileName whose board BBS_ID holds Count messages. False when it cannot be made.
 bool MakeDatabase(const QString& FileName, qint32 BBS_ID, int Count);
+
+/// Gives Boards more boards, from number 101 on, the messages of board BBS_ID. False when they cannot be written.
+bool CopyBoard(const QString& FileName, qint32 BBS_ID, int Boards);
 } // namespace mdlSamples
 
 #endif
