@@ -10,6 +10,7 @@
 #include "board/CBBSProperty.h"
 #include "app/Application.h"
 #include "app/WindowPlace.h"
+#include "controls/CFocusRim.h"
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
@@ -66,6 +67,7 @@ void frmLoadDlg::BuildControls()
     m_txtLog->setReadOnly(true);
     m_txtLog->setFrameShape(QFrame::NoFrame);
     m_txtLog->setTabChangesFocus(true);
+    new CFocusRim(*m_txtLog);
     m_txtLog->setMaximumBlockCount(MaxLogLines);
     m_tabStrip = new QTabWidget(this);
     m_tabStrip->setObjectName(u"TabStrip"_s);
@@ -170,6 +172,7 @@ CBoardPageView* frmLoadDlg::AddBoardTab(const CBBSProperty& Property)
         tab.View = new CBoardPageView(m_app.Shell, m_app.Cookies());
         tab.View->setObjectName(u"WebBrowser"_s + QString::number(board));
         tab.View->setAccessibleName(Property.Name);
+        new CFocusRim(*tab.View);
         tab.View->SetTimeout(m_app.Option().Timeout);
         connect(tab.View, &CBoardPageView::PageCompleted, this, [this, board] { OnPageCompleted(board); });
         const int place = m_tabStrip->addTab(tab.View, Literal(Property.ShortName));

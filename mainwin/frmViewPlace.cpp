@@ -21,12 +21,14 @@ namespace
 {
 
 constexpr QSize DefaultSize(960, 700); // pixels at 100 %
+constexpr QSize LeastSize(300, 220);   // below it neither list nor text has a line left
 
 } // namespace
 
 void frmView::PlaceWindow()
 {
     const mdlPosition::Position saved = mdlPosition::Read(m_app.SettingsIni());
+    setMinimumSize(LeastSize);
     setGeometry(mdlGeometry::Restored(saved.Window, mdlGeometry::Centred(DefaultSize)));
     if (saved.Separator)
         m_separator->SetOffset(qMax(*saved.Separator, m_separator->SideMin())); // above the window nobody finds it

@@ -5,6 +5,7 @@
 #include "controls/JobWindow.h"
 #include "load/frmLoadDlg.h"
 #include "mainwin/frmAbout.h"
+#include "mainwin/frmFind.h"
 #include "mainwin/frmSplash.h"
 #include "platform/desktop/CDesktopQt.h"
 #include "query/frmSQL.h"
@@ -135,6 +136,7 @@ class tst_Accessibility : public QObject
 private Q_SLOTS:
     void MainWindow();
     void ReceiveDialog();
+    void FindDialog();
     void Modal_data();
     void Modal();
     void Splash();
@@ -174,6 +176,16 @@ void tst_Accessibility::ReceiveDialog()
     board.URL.clear();
     dialog->InitNewBBS(board, false);
     QCOMPARE(AllFaults(*dialog).join(u'\n'), QString());
+}
+
+void tst_Accessibility::FindDialog()
+{
+    CWindowFixture f;
+    QVERIFY(f.Start());
+    frmFind dialog(*f.App, f.Window.get());
+    dialog.ShowDialog(u"題名"_s, {});
+    QVERIFY(Activated(dialog));
+    QCOMPARE(AllFaults(dialog).join(u'\n'), QString());
 }
 
 void tst_Accessibility::Modal_data()

@@ -166,7 +166,7 @@ void tst_Comfort::HostileSettings()
     QVERIFY(f.Start());
     const QRect screen = f.Window->screen()->availableGeometry();
     const QRect seen = f.Window->geometry() & screen;
-    QVERIFY(seen.width() >= 100 && seen.height() >= 100);
+    QVERIFY(seen.width() >= 300 && seen.height() >= 220);
     QVERIFY(f.Find<QWidget>(u"picBar"_s)->y() >= 0);
     QVERIFY(f.Find<QWidget>(u"picBar"_s)->geometry().bottom() < f.Find<QWidget>(u"sep"_s)->height());
     const double points = PaneOf(f).font().pointSizeF();
