@@ -302,9 +302,10 @@ void frmView::DoPopupMarks()
     if (m_viewer->IsRawTable())
         return;
     RefreshMessageMenu();
-    const CListView& list = View(m_viewer->CurrentList());
-    // The pointer may rest anywhere while the keyboard is used.
-    m_menus->Menu(u"mnuMsgMark"_s)->popup(list.underMouse() ? QCursor::pos() : list.PlaceBelowFocus());
+    // The pointer may have been left on another window while the keyboard is used.
+    const QPoint pointer = QCursor::pos();
+    const bool isHere = frameGeometry().contains(pointer);
+    m_menus->Menu(u"mnuMsgMark"_s)->popup(isHere ? pointer : View(m_viewer->CurrentList()).PlaceBelowFocus());
 }
 
 void frmView::DoMenuBar()
