@@ -250,6 +250,8 @@ void tst_RegexpExpression::Hopeless_data()
     QTest::newRow("back reference in a loop") << u"(a*)(?:\\1)*[yz]"_s << as;
     QTest::newRow("late back reference") << u"()"_s.repeated(300) + u"(a*)b?\\301[yz]"_s << as;
     QTest::newRow("empty matches that look far ahead") << u"(?=[^]*[yz])|(?=[^]*b)"_s << as;
+    QTest::newRow("run before units of its own") << u"a*aaaaaaaaaaaaaaaaaaaa[yz]"_s << as;
+    QTest::newRow("run of many ranges") << u"[\\w\u3041-\u3093\u4e00-\u9fff]*あ[yz]"_s << QString(50'000, u'あ');
     QTest::newRow("deep going back") << u"(?:a(?:a|b))*[yz]"_s << as;
 }
 
