@@ -22,7 +22,8 @@ uSeparator::uSeparator(QWidget* Parent)
     , m_bar(new uSeparatorBar(this))
 {
     mdlAccessibleControls::Install();
-    setFocusProxy(m_bar); // the place that the window gives this control in its Tab order is the bar's
+    setFocusPolicy(Qt::TabFocus); // or the place that a window gives this control in its Tab order is not heeded
+    setFocusProxy(m_bar);
     SetAspect(Vertical);
 }
 

@@ -85,6 +85,7 @@ CBoardPageView::CBoardPageView(Desktop& Shell, CCookieStore& Cookies, QWidget* P
     setOpenLinks(false);
     setFrameShape(QFrame::NoFrame);
     setPalette(PagePalette(palette()));
+    document()->setDefaultStyleSheet(u"a { color: #0000ff }"_s); // else it asks the desktop, not this palette
     connect(this, &QTextBrowser::anchorClicked, this, &CBoardPageView::OpenLink);
     connect(&m_transfer, &CTransfer::StateChanged, this, &CBoardPageView::OnStateChanged);
 }

@@ -191,9 +191,16 @@ void tst_Accessibility::FindDialog()
 void tst_Accessibility::Modal_data()
 {
     QTest::addColumn<std::function<void(CWindowFixture&)>>("open");
-    const auto row = [](const char* Name, std::function<void(CWindowFixture&)> Open) { QTest::newRow(Name) << Open; };
-    row("about", [](CWindowFixture& F) { frmAbout::ShowVersionInfo(F.Desk, F.Window.get()); });
-    row("query", [](CWindowFixture& F) { frmSQL(*F.App, F.Window.get()).ShowSQL(u"SELECT 1"_s, F.Window.get()); });
+    QTest::addColumn<QString>("stops"); // in the order of Tab, where it is not the only one there could be
+    const auto row = [](const char* Name, std::function<void(CWindowFixture&)> Open, const QString& Stops = {}) {
+        QTest::newRow(Name) << Open << Stops;
+    };
+    row(
+        "about", [](CWindowFixture& F) { frmAbout::ShowVersionInfo(F.Desk, F.Window.get()); },
+        u"cmdOK uclSupport uclCommunity"_s);
+    row(
+        "query", [](CWindowFixture& F) { frmSQL(*F.App, F.Window.get()).ShowSQL(u"SELECT 1"_s, F.Window.get()); },
+        u"txtSQL picBar cmbTable lstField cmdExec cmdCancel cmbQuery cmdSave"_s);
     row("question", [](CWindowFixture&) {
         CDesktopQt().MessageBox(u"よろしいですか？"_s, u"題"_s, Desktop::Icon::Question, Desktop::Buttons::YesNoCancel,
                                 Desktop::Answer::Yes);
@@ -209,15 +216,21 @@ void tst_Accessibility::Modal_data()
 void tst_Accessibility::Modal()
 {
     QFETCH(std::function<void(CWindowFixture&)>, open);
+    QFETCH(QString, stops);
     CWindowFixture f;
     QVERIFY(f.Start());
     std::optional<QStringList> faults;
-    WhenModal([&faults](QWidget& Window) {
-        if (Activated(Window))
-            faults = AllFaults(Window);
+    QString round;
+    WhenModal([&](QWidget& Window) {
+        if (!Activated(Window))
+            return;
+        round = Names(Round(Qt::Key_Tab)).join(u' ');
+        faults = AllFaults(Window);
     });
     open(f);
     QVERIFY(faults);
+    if (!stops.isEmpty())
+        QCOMPARE(round, stops);
     QCOMPARE(faults->join(u'\n'), QString());
 }
 
