@@ -38,6 +38,13 @@ constexpr int NormalFrame = 4; // SMALLICON4
 
 bool IsSearch(Work What) { return What == Work::Query || What == Work::Find; }
 
+// The caption, which is read out and shown where the bar is too short, is the tip without its key.
+void TakeToolTip(QAction& Button, const QString& ToolTip)
+{
+    Button.setText(ToolTip.section(u'(', 0, 0));
+    Button.setToolTip(ToolTip);
+}
+
 QString CancelledText(Work What)
 {
     switch (What) {
@@ -240,8 +247,8 @@ void frmView::ViewMenuChanged()
         QAction* entry = m_menus->Action(u"mnuBBSViewSub"_s + QString::number(mode));
         entry->setText(m_viewer->Entry(mode).Caption);
     }
-    m_toolbar->Button(u"Back")->setToolTip(m_viewer->Entry(CViewModes::NewerPage).ToolTip);
-    m_toolbar->Button(u"Forword")->setToolTip(m_viewer->Entry(CViewModes::OlderPage).ToolTip);
+    TakeToolTip(*m_toolbar->Button(u"Back"), m_viewer->Entry(CViewModes::NewerPage).ToolTip);
+    TakeToolTip(*m_toolbar->Button(u"Forword"), m_viewer->Entry(CViewModes::OlderPage).ToolTip);
     m_toolbar->Button(u"BBSList")->setToolTip(u"掲示板一覧"_s);
     UpdateEnabled();
 }

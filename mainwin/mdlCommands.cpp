@@ -38,9 +38,10 @@ constexpr MenuItem Inert(int Level, QStringView Name, QStringView Caption, QStri
     return {Level, Kind::Item, Name, Caption, KeyText, Shortcut, Command::None, 0, Rule::Never};
 }
 
-constexpr MenuItem Sub(int Level, QStringView Name, QStringView Caption, QStringView KeyText = {})
+constexpr MenuItem Sub(int Level, QStringView Name, QStringView Caption, QStringView KeyText = {},
+                       Rule When = Rule::Always)
 {
-    return {Level, Kind::Menu, Name, Caption, KeyText};
+    return {Level, Kind::Menu, Name, Caption, KeyText, {}, Command::None, 0, When};
 }
 
 constexpr MenuItem Array(int Level, QStringView Name) { return {Level, Kind::Array, Name, Dummy}; }
@@ -59,7 +60,7 @@ constexpr MenuItem Side(int Index, QStringView Caption)
 
 constexpr std::array FileMenu = {
     Top(u"mnuFile", u"ファイル(&F)"),
-    Sub(1, u"mnuFileImport", u"インポート(&I)"),
+    Sub(1, u"mnuFileImport", u"インポート(&I)", {}, Rule::Idle),
     Inert(2, u"mnuFileImportFile", u"ファイルから(&F)..."),
     Inert(2, u"mnuFileImportInternet", u"掲示板過去ログ保存庫から(&I)..."),
     Bar(2, u"mnuImportBar"),

@@ -144,6 +144,8 @@ private Q_SLOTS:
     void NamesAreUnique();
     void ShortcutsAndKeysAreUnique();
     void ItemsWithoutACommandStayDisabled();
+    void BusyStates_data();
+    void BusyStates();
     void ShortcutsOutliveTheirHiddenMenu();
     void Keys_data();
     void Keys();
@@ -258,6 +260,54 @@ void tst_CommandTables::ItemsWithoutACommandStayDisabled()
     QVERIFY(w.Menus.Action(u"mnuBBSLoad"_s)->isEnabled());
 }
 
+// What can be chosen while nothing runs, a message being selected, and cannot be chosen during a run.
+void tst_CommandTables::BusyStates_data()
+{
+    QTest::addColumn<int>("busy");
+    QTest::addColumn<QString>("wanted");
+    const QString boards = u"ToolbarBack ToolbarForword ToolbarLoad ToolbarSQL ToolbarVisitLoad mnuBBSAllLoad "
+                           "mnuBBSAllVisitLoad mnuBBSLoad mnuBBSSetNoRead mnuBBSViewSub0 mnuBBSViewSub1 "
+                           "mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4 mnuBBSVisitLoad mnuFileImport mnuMsgDelete "
+                           "mnuMsgQuery mnuPopupDelete mnuTextFind mnuToolCompDB mnuTrayLoad "
+                           "mnuTrayVisitLoad"_s;
+    QTest::newRow("receiving") << int(BusyState::Receive) << boards;
+    QTest::newRow("importing") << int(BusyState::Import) << boards;
+}
+
+void tst_CommandTables::BusyStates()
+{
+    QFETCH(int, busy);
+    CWindow w;
+    CToolbar toolbar(&w.Window);
+    mdlEnabling::WindowFacts facts;
+    facts.SelectedCount = 1;
+    facts.IsReply = facts.HasMail = facts.HasHomePage = true;
+    facts.ModeHasMessages.fill(true);
+    const auto enabled = [&] {
+        w.Menus.UpdateEnabled(facts);
+        toolbar.UpdateEnabled(facts);
+        QStringList names;
+        for (const QAction* action : w.Window.findChildren<QAction*>()) {
+            if (action->isEnabled() && !action->objectName().isEmpty())
+                names << action->objectName();
+        }
+        return QSet<QString>(names.begin(), names.end());
+    };
+    QSet<QString> idle = enabled();
+    facts.Busy = BusyState(busy);
+    QStringList lost = idle.subtract(enabled()).values();
+    lost.sort();
+    QTEST(lost.join(u' '), "wanted");
+    for (const BusyState closed : {BusyState::Query, BusyState::Work, BusyState::Compact}) {
+        facts.Busy = closed;
+        const QSet<QString> left = enabled();
+        for (const QString& name : lost + QStringList{u"mnuBBSNew"_s, u"mnuBBSReply"_s, u"mnuMsgMail"_s,
+                                                      u"mnuMsgRead"_s, u"ToolbarNew"_s, u"ToolbarThread"_s})
+            QVERIFY2(!left.contains(name), qPrintable(name));
+        QVERIFY(left.contains(u"mnuFileExit"_s));
+    }
+}
+
 // The message menu is hidden over a raw table; its query and find commands go on working by key.
 void tst_CommandTables::ShortcutsOutliveTheirHiddenMenu()
 {
@@ -282,6 +332,8 @@ void tst_CommandTables::Keys_data()
         QTest::newRow(Name) << Key << Modifiers << int(Wanted);
     };
     row("Esc with anything", Qt::Key_Escape, int(Qt::ControlModifier | Qt::ShiftModifier), Command::Escape);
+    row("Shift+F10", Qt::Key_F10, Qt::ShiftModifier, Command::ContextMenu);
+    row("Ctrl+F10", Qt::Key_F10, Qt::ControlModifier, Command::None);
     row("F4", Qt::Key_F4, Qt::NoModifier, Command::PopupBoards);
     row("Alt+F4 closes the window", Qt::Key_F4, Qt::AltModifier, Command::None);
     row("Ctrl+L", Qt::Key_L, Qt::ControlModifier, Command::PopupBoards);

@@ -25,7 +25,7 @@ private Q_SLOTS:
 };
 
 // Each row: the state, and which of the rules hold, in the order Idle, ViewMode 2, Messages, Selection, SomeUnread,
-// SomeRead, SingleReply.
+// SomeRead, SingleReply, Single, Deletable, WithMail, WithHomePage.
 void tst_Enabling::Rules_data()
 {
     QTest::addColumn<WindowFacts>("facts");
@@ -37,30 +37,31 @@ void tst_Enabling::Rules_data()
         Change(facts);
         return facts;
     };
-    QTest::newRow("nothing selected") << idle << u"1110000"_s;
-    QTest::newRow("receiving") << with([](auto& F) { F.Busy = BusyState::Receive; }) << u"0010000"_s;
-    QTest::newRow("compacting") << with([](auto& F) { F.Busy = BusyState::Compact; }) << u"0000000"_s;
-    QTest::newRow("querying") << with([](auto& F) { F.Busy = BusyState::Query; }) << u"0000000"_s;
-    QTest::newRow("no older page") << with([](auto& F) { F.ModeHasMessages[2] = false; }) << u"1010000"_s;
-    QTest::newRow("unread one") << with([](auto& F) { F.SelectedCount = 1; }) << u"1111100"_s;
+    QTest::newRow("nothing selected") << idle << u"11100000000"_s;
+    QTest::newRow("receiving") << with([](auto& F) { F.Busy = BusyState::Receive; }) << u"00100000000"_s;
+    QTest::newRow("compacting") << with([](auto& F) { F.Busy = BusyState::Compact; }) << u"00000000000"_s;
+    QTest::newRow("querying") << with([](auto& F) { F.Busy = BusyState::Query; }) << u"00000000000"_s;
+    QTest::newRow("no older page") << with([](auto& F) { F.ModeHasMessages[2] = false; }) << u"10100000000"_s;
+    QTest::newRow("unread one") << with([](auto& F) { F.SelectedCount = 1; }) << u"11111001100"_s;
     QTest::newRow("read reply") << with([](auto& F) {
         F.SelectedCount = 1;
         F.IsRead = F.IsReply = true;
-    }) << u"1111011"_s;
+    }) << u"11110111100"_s;
     QTest::newRow("several") << with([](auto& F) {
         F.SelectedCount = 2;
-        F.IsReply = true;
-    }) << u"1111110"_s;
+        F.IsReply = F.HasMail = true;
+    }) << u"11111100110"_s;
     QTest::newRow("raw table") << with([](auto& F) {
         F.List = 1;
         F.IsRaw = true;
         F.SelectedCount = 1;
-    }) << u"1100000"_s;
+    }) << u"11000000000"_s;
     QTest::newRow("result list, receiving") << with([](auto& F) {
         F.Busy = BusyState::Receive;
         F.List = 1;
         F.SelectedCount = 1;
-    }) << u"0011100"_s;
+        F.HasHomePage = true;
+    }) << u"00111001001"_s;
 }
 
 void tst_Enabling::Rules()
@@ -68,8 +69,9 @@ void tst_Enabling::Rules()
     QFETCH(WindowFacts, facts);
     QFETCH(QString, wanted);
     QString found;
-    for (const Rule rule : {Rule::Idle, Rule::ViewMode, Rule::Messages, Rule::Selection, Rule::SomeUnread,
-                            Rule::SomeRead, Rule::SingleReply})
+    for (const Rule rule :
+         {Rule::Idle, Rule::ViewMode, Rule::Messages, Rule::Selection, Rule::SomeUnread, Rule::SomeRead,
+          Rule::SingleReply, Rule::Single, Rule::Deletable, Rule::WithMail, Rule::WithHomePage})
         found += mdlEnabling::Holds(rule, facts, 2) ? u'1' : u'0';
     QCOMPARE(found, wanted);
     QVERIFY(mdlEnabling::Holds(Rule::Always, facts));
