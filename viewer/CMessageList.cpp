@@ -58,15 +58,16 @@ QString CMessageList::Header(int Column) const
 
 // Filling
 
+/// Gives the memory back as well: what follows may be short.
 void CMessageList::Empty()
 {
-    m_cells.clear();
-    m_items.clear();
+    m_cells = {};
+    m_items = {};
     m_selection.Clear();
-    m_free.clear();
-    m_order.clear();
-    m_rows.clear();
-    m_places.clear();
+    m_free = {};
+    m_order = {};
+    m_rows = {};
+    m_places = {};
     m_unreadCount = 0;
     m_focusPlace = -1;
 }
