@@ -13,6 +13,7 @@
 #include <QDateTime>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 #include <QStyleHints>
 
@@ -180,6 +181,18 @@ void CListView::updateGeometries()
         verticalScrollBar()->setValue(*std::exchange(m_top, std::nullopt));
     if (m_selection)
         m_selection->Mirror(); // a taller view shows more rows
+}
+
+void CListView::drawRow(QPainter* Painter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const
+{
+    QTreeView::drawRow(Painter, Option, Index);
+    if (!hasFocus() || Index.row() != m_list.Focus())
+        return;
+    const bool isSelected = m_list.IsSelected(Index.row());
+    Painter->save();
+    Painter->setPen({palette().color(isSelected ? QPalette::HighlightedText : QPalette::Text), 1, Qt::DotLine});
+    Painter->drawRect(QRect(0, Option.rect.top(), viewport()->width() - 1, Option.rect.height() - 1));
+    Painter->restore();
 }
 
 void CListView::mousePressEvent(QMouseEvent* Event)

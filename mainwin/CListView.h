@@ -70,6 +70,8 @@ protected:
     void keyPressEvent(QKeyEvent* Event) override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
     void updateGeometries() override;
+    /// Frames the focused row: styles draw their own frame so faintly that it is lost on a selected row.
+    void drawRow(QPainter* Painter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override;
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
 
 private:
