@@ -115,6 +115,7 @@ private:
     void DoTextFind();
     void DoTimer();
     void DoEscape();
+    void LeaveResults();
     void DoPopupBoards();
     void DoPopupMarks();
     void DoMenuBar();

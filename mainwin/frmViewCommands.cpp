@@ -174,7 +174,7 @@ void frmView::DoTraySelectBoard(int BBS_ID)
 void frmView::DoBoardListButton()
 {
     if (m_viewer->CurrentList() == CViewer::ResultList)
-        m_viewer->ShowList(CViewer::BoardList);
+        LeaveResults();
     else
         m_viewer->ShowViewMode(CViewModes::Newest);
 }
@@ -287,12 +287,18 @@ void frmView::DoEscape()
 {
     if (m_busy != BusyState::None && m_dialog->IsLoad())
         m_dialog->reject(); // a run comes first; this is its cancel button
+    else if (m_viewer->CurrentList() == CViewer::ResultList)
+        LeaveResults();
     else if (m_panels->IsNoReadPointOpen())
         m_panels->CloseNoReadPoint();
-    else if (m_viewer->CurrentList() == CViewer::ResultList)
-        m_viewer->ShowList(CViewer::BoardList);
     else
         showMinimized();
+}
+
+void frmView::LeaveResults()
+{
+    m_panels->CloseNoReadPoint();
+    m_viewer->ShowList(CViewer::BoardList);
 }
 
 void frmView::DoPopupBoards() { m_menus->Menu(u"mnuBBSMove"_s)->popup(m_separator->mapToGlobal(QPoint(0, 0))); }

@@ -226,8 +226,13 @@ void tst_frmView::EscGoesBackThenMinimises()
     Press(f.Find<QComboBox>(u"cmbFindText"_s), Qt::Key_Escape);
     QCOMPARE(f.Viewer().CurrentList(), 0);
     QVERIFY(!f.Window->isMinimized());
-    f.Action(u"mnuBBSSetNoRead"_s)->trigger();
     auto* editor = f.Find<QWidget>(u"uspnNoReadPoint"_s);
+    f.Viewer().ShowList(CViewer::ResultList);
+    f.Action(u"mnuBBSSetNoRead"_s)->trigger();
+    Press(editor, Qt::Key_Escape);
+    QCOMPARE(f.Viewer().CurrentList(), 0);
+    QVERIFY(editor->isHidden());
+    f.Action(u"mnuBBSSetNoRead"_s)->trigger();
     QVERIFY(editor->isVisible());
     Press(editor, Qt::Key_Escape);
     QVERIFY(editor->isHidden());
