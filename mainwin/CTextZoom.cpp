@@ -40,6 +40,7 @@ CTextZoom::CTextZoom(QPlainTextEdit& Pane)
     , m_usual(Size())
 {
     Pane.viewport()->installEventFilter(this);
+    connect(&Pane, &QPlainTextEdit::textChanged, this, [this] { m_anchorScroll = -1; }); // another message
 }
 
 double CTextZoom::Size() const

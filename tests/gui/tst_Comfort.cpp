@@ -16,9 +16,7 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTextBlock>
-#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 using LineKind = ViewerHost::LineKind;
@@ -34,14 +32,6 @@ void WriteIni(const CWindowFixture& F, const QByteArray& Text)
     QFile ini(F.Folder.filePath(u"Tavora.ini"_s));
     QVERIFY(ini.open(QIODevice::WriteOnly));
     ini.write(Text);
-}
-
-void Wheel(QWidget& Target, int Delta)
-{
-    const QPointF at(40, 40);
-    QWheelEvent wheel(at, Target.mapToGlobal(at), {}, QPoint(0, Delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
-    QCoreApplication::sendEvent(&Target, &wheel);
 }
 
 QPalette Dark()
@@ -67,7 +57,6 @@ private Q_SLOTS:
     void HostileSettings();
     void PaletteChanges();
     void MouseInThePane();
-    void WheelScrollsTheList();
 };
 
 void tst_Comfort::TextSizeKeys_data()
@@ -237,20 +226,6 @@ void tst_Comfort::MouseInThePane()
     QTest::keyClick(&pane, Qt::Key_Right, Qt::ShiftModifier);
     QTest::keyClick(&pane, Qt::Key_Down, Qt::ShiftModifier);
     QVERIFY(pane.SelectedText().startsWith(u"掲示板に書く\r\n"_s));
-}
-
-void tst_Comfort::WheelScrollsTheList()
-{
-    CWindowFixture f;
-    f.Add(1, 90);
-    QVERIFY(f.Start());
-    const int focus = f.List().Focus();
-    CListView& list = ListOf(f);
-    QCOMPARE(list.verticalScrollBar()->value(), 0);
-    Wheel(*list.viewport(), -120);
-    QVERIFY(list.verticalScrollBar()->value() > 0);
-    QCOMPARE(f.List().Focus(), focus);
-    QCOMPARE(f.List().SelectedCount(), 1);
 }
 
 QTEST_MAIN(tst_Comfort)

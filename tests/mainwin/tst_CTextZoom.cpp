@@ -116,6 +116,14 @@ void tst_CTextZoom::PlaceStays()
     const int top = p.Top();
     p.Zoom.Step(5);
     QCOMPARE(p.Top(), top);
+
+    // And so is another message that happens to be scrolled as far.
+    const int scrolled = p.Pane.verticalScrollBar()->value();
+    p.Pane.ShowLines(std::vector<ViewerHost::BodyLine>(100, {u"x"_s, ViewerHost::LineKind::Quote}));
+    p.Pane.verticalScrollBar()->setValue(scrolled);
+    const int other = p.Top();
+    p.Zoom.Step(-1);
+    QCOMPARE(p.Top(), other);
 }
 
 void tst_CTextZoom::SelectionStaysInView()
