@@ -7,6 +7,7 @@
 #include "controls/uSpinButton.h"
 #include "mainwin/mdlCommands.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -18,6 +19,13 @@ namespace
 {
 
 constexpr int Margin = 5; // pixels between the edge of a panel and its text
+
+/// The field's own menu takes the keyboard away only until something is chosen there.
+bool OpensOwnMenu(const QWidget& Field)
+{
+    const QWidget* popup = QApplication::activePopupWidget();
+    return popup && Field.isAncestorOf(popup->parentWidget());
+}
 
 } // namespace
 
@@ -172,7 +180,7 @@ void CStatusPanels::OnEditorKey(int Character)
 bool CStatusPanels::eventFilter(QObject* Watched, QEvent* Event)
 {
     if (Watched == m_editor) {
-        if (Event->type() == QEvent::FocusOut)
+        if (Event->type() == QEvent::FocusOut && !OpensOwnMenu(*m_editor))
             CloseNoReadPoint();
     } else if (Event->type() == QEvent::Resize || Event->type() == QEvent::Move || Event->type() == QEvent::Show) {
         PlaceOverPanels();
