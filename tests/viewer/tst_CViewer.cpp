@@ -343,6 +343,10 @@ void tst_CViewer::ShowListGoesBack()
     QCOMPARE(F().Host.Shown, 0);
     QCOMPARE(F().Host.Body, QStringList({u"b2"_s}));
     QCOMPARE(F().Host.Count, u"3/3"_s);
+    F().Viewer.SelectBoard(5);
+    F().Viewer.LoadList(u"SELECT * FROM Message WHERE ID = 1"_s, 1);
+    F().Viewer.ShowList(0);
+    QCOMPARE(F().Host.Body, QStringList()); // an empty list does not show a message of the other one
 }
 
 void tst_CViewer::Threads()
