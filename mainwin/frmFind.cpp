@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <iterator>
@@ -80,7 +81,9 @@ QPushButton* frmFind::MakeButton(const QString& Name, const QString& Caption, co
 {
     auto* button = new QPushButton(Caption, this);
     button->setObjectName(Name);
-    button->setShortcut(Key);
+    // A shortcut of the button itself would press it only after a moment in which no further key comes.
+    if (!Key.isEmpty())
+        connect(new QShortcut(Key, this), &QShortcut::activated, button, &QPushButton::click);
     return button;
 }
 

@@ -1,6 +1,7 @@
 // tests/platform/tst_TextFold.cpp
 // What counts as the same text, in which order texts come, and the way back from a fold to its source.
 
+#include "platform/text/CFoldedPattern.h"
 #include "platform/text/Fold.h"
 
 #include <QRandomGenerator>
@@ -24,7 +25,26 @@ private Q_SLOTS:
     void OrderAgreesWithEquality();
     void ControlCharactersCount();
     void LongTexts();
+    void PatternAgreesWithTheFold();
 };
+
+namespace
+{
+
+/// Every match of a folded text, taken back to its source.
+std::vector<text::CFoldedSpan> AllMatches(const QString& Text, const QString& Sought)
+{
+    const text::CFoldedText folded = text::FoldWithOffsets(Text);
+    const QString wanted = text::Fold(Sought);
+    std::vector<text::CFoldedSpan> found;
+    for (qsizetype at = folded.Text.indexOf(wanted); at >= 0; at = folded.Text.indexOf(wanted, at + 1)) {
+        const qsizetype start = folded.Offsets[std::size_t(at)];
+        found.push_back({start, folded.Offsets[std::size_t(at + wanted.size())] - start});
+    }
+    return found;
+}
+
+} // namespace
 
 void tst_TextFold::Fold_data()
 {
@@ -163,6 +183,38 @@ void tst_TextFold::LongTexts()
     QCOMPARE(text::CompareText(wide + u'b', narrow + u'Ａ'), 1);
     QCOMPARE(text::SortKey(wide), text::SortKey(narrow));
     QVERIFY(text::SortKey(wide + u'b') > text::SortKey(narrow + u'Ａ'));
+}
+
+void tst_TextFold::PatternAgreesWithTheFold()
+{
+    const QString units = u"aＡかｶﾞｶﾞがﾟはﾊﾊﾟぱ゛"_s;
+    QRandomGenerator random(7);
+    const auto make = [&](int Length) {
+        QString made;
+        while (made.size() < Length)
+            made += units[random.bounded(int(units.size()))];
+        return made;
+    };
+    QString sought;
+    text::CFoldedPattern pattern;
+    for (int round = 0; round < 12'000; ++round) {
+        if (round % 60 == 0)
+            pattern = text::CFoldedPattern(sought = make(1 + random.bounded(3)));
+        const QString text = make(random.bounded(12));
+        const qsizetype place = random.bounded(13);
+        text::CFoldedSpan first;
+        text::CFoldedSpan last;
+        for (const text::CFoldedSpan& match : AllMatches(text, sought)) {
+            if (match.Index >= place && first.Index < 0)
+                first = match;
+            if (match.Index + match.Length <= place)
+                last = match;
+        }
+        QVERIFY2(pattern.First(text, place) == first, qPrintable(sought + u" in "_s + text));
+        QVERIFY2(pattern.Last(text, place) == last, qPrintable(sought + u" in "_s + text));
+    }
+    QCOMPARE(text::CFoldedPattern().First(u"a", 0), text::CFoldedSpan());
+    QCOMPARE(text::CFoldedPattern().Last(u"a", 1), text::CFoldedSpan());
 }
 
 QTEST_GUILESS_MAIN(tst_TextFold)
