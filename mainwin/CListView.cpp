@@ -216,6 +216,10 @@ void CListView::keyPressEvent(QKeyEvent* Event)
         Q_EMIT SelectAllRequested();
         return;
     }
+    if (Event->matches(QKeySequence::Copy)) { // the base would copy the one cell that it takes for the current one
+        Q_EMIT CopyRequested();
+        return;
+    }
     const int before = m_list.Focus();
     QTreeView::keyPressEvent(Event);
     TellIfFocusMoved(before);

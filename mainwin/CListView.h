@@ -61,6 +61,7 @@ Q_SIGNALS:
     /// The user has changed which rows are selected.
     void SelectionEdited();
     void SelectAllRequested();
+    void CopyRequested();
     /// The right button, or the menu key, on the focused row; Place is in screen coordinates.
     void ListMenuRequested(const QPoint& Place);
 

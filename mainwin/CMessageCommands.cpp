@@ -11,6 +11,7 @@
 #include "platform/desktop/desktop.h"
 #include "platform/text/Format.h"
 #include "viewer/CViewer.h"
+#include "viewer/mdlRowText.h"
 
 #include <QCoreApplication>
 
@@ -121,6 +122,12 @@ void CMessageCommands::Search(int Number)
         return;
     QString address = m_searches[std::size_t(Number - 1)].Address;
     m_app.Shell.ShellOpen(address.replace(u"%s"_s, mdlSettings::URLEncode(m_selectedText())));
+}
+
+void CMessageCommands::CopyRows()
+{
+    if (const QString rows = mdlRowText::Selected(m_viewer.List(m_viewer.CurrentList())); !rows.isEmpty())
+        m_app.Shell.SetClipboard(rows);
 }
 
 void CMessageCommands::Copy()

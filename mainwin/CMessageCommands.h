@@ -58,6 +58,8 @@ public:
     /// Looks for the selected text with entry Number, counted from 1.
     void Search(int Number);
 
+    /// The selected rows of the list in front; without any the clipboard stays as it is.
+    void CopyRows();
     void Copy();
     /// The selected text under the header of the setting ReplyHeader, which names the board on view.
     void CopyWithHeader();

@@ -149,6 +149,7 @@ void frmView::ConnectList(int List)
             [this, List](int Row) { Perform([=, this] { m_viewer->ItemClicked(List, Row); }); });
     connect(view, &CListView::SelectionEdited, this, &frmView::ScheduleEnabled);
     connect(view, &CListView::SelectAllRequested, this, [this] { RunCommand(Command::SelectAll, 0); });
+    connect(view, &CListView::CopyRequested, this, [this] { RunCommand(Command::CopyRows, 0); });
     connect(view, &CListView::ListMenuRequested, this, [this](const QPoint& Place) { PopupListMenu(Place); });
     connect(view->header(), &QHeaderView::sectionClicked, this,
             [this, List](int Column) { Perform([=, this] { m_viewer->ColumnClicked(List, Column); }); });

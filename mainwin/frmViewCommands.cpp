@@ -79,12 +79,15 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::TwoSidedReply, [](V& View, int Side) { View.m_messageCommands->TwoSidedReply(Side); }},
         {Command::OpenUrl, [](V& View, int) { View.m_messageCommands->OpenSelection(); }},
         {Command::WebSearch, [](V& View, int Number) { View.m_messageCommands->Search(Number); }},
+        {Command::CopyRows, [](V& View, int) { View.m_messageCommands->CopyRows(); }},
         {Command::CopyText, [](V& View, int) { View.m_messageCommands->Copy(); }},
         {Command::CopyWithHeader, [](V& View, int) { View.m_messageCommands->CopyWithHeader(); }},
         {Command::Delete, [](V& View, int) { View.m_viewer->DeleteSelected(); }},
         {Command::Relate, [](V& View, int) { View.DoRelate(); }},
         {Command::RelateText,
-         [](V& View, int) { View.m_viewer->RelatedSearch(View.m_viewer->CurrentBoard(), View.m_pane->SelectedText()); }},
+         [](V& View, int) {
+             View.m_viewer->RelatedSearch(View.m_viewer->CurrentBoard(), View.m_pane->SelectedText());
+         }},
         {Command::CompactDatabase, [](V& View, int) { View.DoCompactDatabase(); }},
         {Command::Query, [](V& View, int) { View.DoQuery(); }},
         {Command::Find, [](V& View, int) { View.m_find->OpenDialog(); }},

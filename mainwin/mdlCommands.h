@@ -35,6 +35,7 @@ enum class Command {
     MarkNoRead,
     SelectAll,
     ReverseSelection,
+    CopyRows, ///< the selected rows of the list
     CopyText, ///< the selected text of the message pane
     CompactDatabase,
     Timer,

@@ -93,6 +93,7 @@ private Q_SLOTS:
     void RawTable();
     void MenuBarKeepsItsKeys();
     void PreviousUnreadEmptiesTheSelection();
+    void CopyKey();
     void TextMenu();
     void ListMenu();
 };
@@ -224,6 +225,21 @@ void tst_Keys::PreviousUnreadEmptiesTheSelection()
     pane->selectAll();
     QTest::keyClick(pane, Qt::Key_Space, Qt::ShiftModifier); // there is none: the message stays
     QCOMPARE(pane->SelectedText(), QString());
+}
+
+void tst_Keys::CopyKey()
+{
+    CKeyFixture f;
+    QVERIFY(f.Start());
+    f.Viewer().LoadList(u"SELECT TOP 2 BBS_ID, 'a' & Chr(13) & Chr(10) & 'b' & Chr(9) & 'c' FROM BBS ORDER BY BBS_ID"_s,
+                        CViewer::ResultList);
+    QWidget* list = f.Focus(u"lsvMsgList1"_s);
+    QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(f.Desk.ClipboardText, u"3\ta b c\r\n4\ta b c\r\n"_s);
+    f.List(CViewer::ResultList).ClearSelection();
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    QVERIFY(f.Desk.ClipboardText.startsWith(u"3\t"_s));
 }
 
 void tst_Keys::TextMenu()
