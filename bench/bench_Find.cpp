@@ -100,6 +100,7 @@ void BM_FindClass(benchmark::State& State) { Find(State, Class, true); }
 void BM_GrepClass(benchmark::State& State) { Grep(State, Class); }
 void BM_FindWords(benchmark::State& State) { Find(State, Words, true); }
 void BM_GrepWords(benchmark::State& State) { Grep(State, Words); }
+/// For comparison only: grep has no such search.
 void BM_FindPlain(benchmark::State& State) { Find(State, Words, false); }
 BENCHMARK(BM_FindClass)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(7);
 BENCHMARK(BM_GrepClass)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(7);
@@ -113,7 +114,5 @@ int main(int argc, char** argv)
     qputenv("LC_ALL", "C.UTF-8"); // grep is to read characters, as we do
     const QCoreApplication application(argc, argv);
     return RunWithRatios(argc, argv,
-                         {{"BM_FindClass", {{"BM_GrepClass"}}, 1.0},
-                          {"BM_FindWords", {{"BM_GrepWords"}}, 1.0},
-                          {"BM_FindPlain", {{"BM_GrepWords"}}, 1.0}});
+                         {{"BM_FindClass", {{"BM_GrepClass"}}, 1.0}, {"BM_FindWords", {{"BM_GrepWords"}}, 1.0}});
 }
