@@ -85,6 +85,7 @@ struct CWindowFixture
     void Add(qint32 First, qint32 Last)
     {
         auto db = dao::Database::Open(Folder.filePath(QStringLiteral("log.mdb")));
+        dao::CTransaction transaction(*db);
         for (qint32 id = First; id <= Last; ++id) {
             db->Execute(
                 QStringLiteral("INSERT INTO Message(BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, "
@@ -95,7 +96,7 @@ struct CWindowFixture
                     .arg(id - First ? id - 1 : 0)
                     .arg(First));
         }
-        db->Close();
+        transaction.Keep();
     }
 };
 
