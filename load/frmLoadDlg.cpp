@@ -10,7 +10,7 @@
 #include "board/CBBSProperty.h"
 #include "app/Application.h"
 #include "app/WindowPlace.h"
-#include "controls/CFocusRim.h"
+#include "platform/desktop/CFocusRim.h"
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"

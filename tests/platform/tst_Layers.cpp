@@ -18,7 +18,7 @@ const QHash<QString, QStringList>& Allowed()
         {u"app"_s, {u"platform"_s}},
         {u"store"_s, {u"app"_s, u"platform"_s}},
         {u"board"_s, {u"store"_s, u"app"_s, u"platform"_s}},
-        {u"load"_s, {u"board"_s, u"store"_s, u"app"_s, u"controls"_s, u"platform"_s}},
+        {u"load"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
         {u"viewer"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
         {u"query"_s, {u"app"_s, u"controls"_s, u"platform"_s}},
         {u"mainwin"_s,

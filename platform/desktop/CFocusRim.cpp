@@ -1,7 +1,7 @@
-// controls/CFocusRim.cpp
+// platform/desktop/CFocusRim.cpp
 // A rim in the colour of selections around the scrolled control that has the keyboard focus.
 
-#include "controls/CFocusRim.h"
+#include "platform/desktop/CFocusRim.h"
 
 #include <QAbstractScrollArea>
 #include <QEvent>

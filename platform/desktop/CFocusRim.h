@@ -1,8 +1,8 @@
-// controls/CFocusRim.h
+// platform/desktop/CFocusRim.h
 // A rim in the colour of selections around the scrolled control that has the keyboard focus.
 
-#ifndef CONTROLS_CFOCUSRIM_H
-#define CONTROLS_CFOCUSRIM_H
+#ifndef DESKTOP_CFOCUSRIM_H
+#define DESKTOP_CFOCUSRIM_H
 
 #include <QWidget>
 
