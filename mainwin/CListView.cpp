@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleHints>
+#include <QTimer>
 
 #include <iterator>
 #include <utility>
@@ -25,6 +26,9 @@ namespace
 
 // Widths of the eleven columns at first, in pixels at 100 %.
 constexpr int ColumnWidths[] = {44, 64, 300, 90, 90, 120, 130, 100, 320, 90, 60};
+
+// Between two layouts while messages arrive: a view full of them takes 30 ms to paint.
+constexpr int LayOutEveryMs = 200;
 
 } // namespace
 
@@ -51,6 +55,12 @@ CListView::CListView(CMessageList& List, CMessageModel& Model, std::function<QIc
         },
         this);
     setSelectionModel(m_selection);
+    m_layOutSoon = new QTimer(this);
+    m_layOutSoon->setSingleShot(true);
+    connect(m_layOutSoon, &QTimer::timeout, this, [this] {
+        scheduleDelayedItemsLayout();
+        m_sinceLayOut.start();
+    });
     ConnectModel();
     BuildColumns();
 }
@@ -105,6 +115,7 @@ void CListView::ShowRow(int Row) { scrollTo(model()->index(Row, 0)); }
 void CListView::scrollTo(const QModelIndex& Index, ScrollHint Hint)
 {
     const int column = horizontalScrollBar()->value();
+    LayOutNow();
     QTreeView::scrollTo(Index, Hint);
     horizontalScrollBar()->setValue(column);
 }
@@ -148,15 +159,36 @@ void CListView::SetColumnOrder(const std::vector<int>& Order)
 /// Rows came in (or, below 0, went) at Row. At the very top the newest message is what the reader wants to see.
 void CListView::MoveTop(int Row, int Rows)
 {
-    const int top = m_top.value_or(verticalScrollBar()->value());
+    const int top = verticalScrollBar()->value() + m_shift;
     if (top > 0 && Row <= top)
-        m_top = qMax(top + qMax(Rows, Row - top), 0);
+        m_shift += qMax(Rows, Row - top);
+}
+
+void CListView::rowsInserted(const QModelIndex& Parent, int First, int Last)
+{
+    if (!m_sinceLayOut.isValid() || m_sinceLayOut.elapsed() >= LayOutEveryMs) {
+        QTreeView::rowsInserted(Parent, First, Last);
+        m_sinceLayOut.start();
+        return;
+    }
+    QAbstractItemView::rowsInserted(Parent, First, Last);
+    if (!m_layOutSoon->isActive())
+        m_layOutSoon->start(LayOutEveryMs);
+}
+
+/// What goes to a row, or is done to the one under the pointer, looks at the layout.
+void CListView::LayOutNow()
+{
+    if (!m_layOutSoon->isActive())
+        return;
+    m_layOutSoon->stop();
+    scheduleDelayedItemsLayout();
 }
 
 void CListView::RememberTop()
 {
     m_inView.clear();
-    const int top = m_top.value_or(verticalScrollBar()->value());
+    const int top = verticalScrollBar()->value() + m_shift;
     const int end = qMin(top + verticalScrollBar()->pageStep() + 1, m_list.Count());
     for (int row = top; top > 0 && row < end && !m_list.IsRaw(); ++row)
         m_inView.push_back(m_list.Item(row).Id());
@@ -165,10 +197,10 @@ void CListView::RememberTop()
 /// The topmost message that is still there becomes the first in view.
 void CListView::FindTop()
 {
-    m_top.reset();
+    m_shift = 0;
     for (const CMessageId id : m_inView) {
         if (const int row = m_list.IsRaw() ? -1 : m_list.Find(id); row >= 0) {
-            m_top = row;
+            m_shift = row - verticalScrollBar()->value();
             return;
         }
     }
@@ -176,9 +208,12 @@ void CListView::FindTop()
 
 void CListView::updateGeometries()
 {
+    const int top = verticalScrollBar()->value() + m_shift;
     QTreeView::updateGeometries();
-    if (m_top)
-        verticalScrollBar()->setValue(*std::exchange(m_top, std::nullopt));
+    if (m_shift != 0 && !(m_layOutSoon && m_layOutSoon->isActive())) {
+        m_shift = 0;
+        verticalScrollBar()->setValue(top);
+    }
     if (m_selection)
         m_selection->Mirror(); // a taller view shows more rows
 }
@@ -197,6 +232,8 @@ void CListView::drawRow(QPainter* Painter, const QStyleOptionViewItem& Option, c
 
 void CListView::mousePressEvent(QMouseEvent* Event)
 {
+    LayOutNow();
+    executeDelayedItemsLayout();
     const bool onRow = indexAt(Event->position().toPoint()).isValid();
     QTreeView::mousePressEvent(Event);
     m_focusAtPress = m_list.Focus();
@@ -220,6 +257,7 @@ void CListView::keyPressEvent(QKeyEvent* Event)
         Q_EMIT CopyRequested();
         return;
     }
+    LayOutNow();
     const int before = m_list.Focus();
     QTreeView::keyPressEvent(Event);
     TellIfFocusMoved(before);

@@ -6,16 +6,17 @@
 
 #include "viewer/CMessageItem.h"
 
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QTreeView>
 
 #include <functional>
-#include <optional>
 #include <vector>
 
 class CListSelection;
 class CMessageList;
 class CMessageModel;
+class QTimer;
 
 /// Shows a CMessageList. The list owns selection and focus; the view's selection model holds the part that is in view.
 class CListView : public QTreeView
@@ -71,6 +72,9 @@ protected:
     void keyPressEvent(QKeyEvent* Event) override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
     void updateGeometries() override;
+    /// Laying out and painting anew for each message that a receive brings would take longer than the receive. The rows
+    /// lie one below the other, so for a moment the old layout does for the new rows as well.
+    void rowsInserted(const QModelIndex& Parent, int First, int Last) override;
     /// Frames the focused row: styles draw their own frame so faintly that it is lost on a selected row.
     void drawRow(QPainter* Painter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override;
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
@@ -79,6 +83,7 @@ private:
     void BuildColumns();
     void ConnectModel();
     void MoveTop(int Row, int Rows);
+    void LayOutNow();
     void RememberTop();
     void FindTop();
     bool BeginsWith(int Row, const QString& FoldedStart) const;
@@ -87,10 +92,12 @@ private:
 
     CMessageList& m_list;
     CListSelection* m_selection = nullptr; // none while the base class is being set up
-    std::optional<int> m_top;              // row to be the first in view after the next layout
-    std::vector<CMessageId> m_inView;      // what was in view before a reset
-    QString m_typed;                       // what has been typed for the search so far
-    qint64 m_typedAt = 0;                  // milliseconds, when its last character came
+    QTimer* m_layOutSoon = nullptr;
+    QElapsedTimer m_sinceLayOut;
+    int m_shift = 0;                  // rows that the next layout is to scroll on by
+    std::vector<CMessageId> m_inView; // what was in view before a reset
+    QString m_typed;                  // what has been typed for the search so far
+    qint64 m_typedAt = 0;             // milliseconds, when its last character came
     int m_updateDepth = 0;
     int m_focusAtPress = -1;
 };

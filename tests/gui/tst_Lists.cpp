@@ -20,6 +20,7 @@ class tst_Lists : public QObject
 
 private Q_SLOTS:
     void ManyRowsAreAsQuickAsFew();
+    void ManyRowsTakeArrivals();
     void ScrollPlaceIsKept_data();
     void ScrollPlaceIsKept();
     void TypeAhead_data();
@@ -96,6 +97,40 @@ void tst_Lists::ManyRowsAreAsQuickAsFew()
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
     QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(f.List().SelectedCount(), count);
+}
+
+/// A list is not laid out anew for each message; what stands where is right all the same.
+void tst_Lists::ManyRowsTakeArrivals()
+{
+    constexpr int count = 20'000;
+    CWindowFixture f;
+    QVERIFY(f.Start());
+    Fill(f, count);
+    CListView* list = View(f);
+    Click(list, 0, Qt::NoModifier);
+    list->verticalScrollBar()->setValue(100);
+    QCOMPARE(TopNumber(f), count - 100);
+    for (int id = count + 1; id <= count + 50; ++id) {
+        f.Viewer().AddMessageItem(0, MakeMessage(3, id));
+        QCoreApplication::processEvents();
+    }
+    QTRY_COMPARE(TopNumber(f), count - 100);
+    f.Viewer().AddMessageItem(0, MakeMessage(3, count + 51));
+    Click(list, 120, Qt::NoModifier); // hits what is seen there, laid out or not
+    QCOMPARE(f.List().Focus(), 120);
+    QTest::keyClick(list, Qt::Key_End);
+    QCOMPARE(f.List().Focus(), count + 50);
+    QVERIFY(list->viewport()->rect().contains(list->visualRect(list->model()->index(count + 50, 1))));
+    f.List().ArrangeThreads();
+    f.Viewer().AddMessageItem(0, MakeMessage(3, count + 60)); // at the end, below what is in view
+    QTRY_COMPARE(list->verticalScrollBar()->maximum() + list->verticalScrollBar()->pageStep(), count + 52);
+    f.List().Sort(mdlColumns::ID, CMessageList::Order::Descending);
+    QCoreApplication::processEvents();
+    list->verticalScrollBar()->setValue(list->verticalScrollBar()->maximum());
+    const qint32 top = TopNumber(f);
+    f.Viewer().AddMessageItem(0, MakeMessage(3, count + 70)); // above the last page, which cannot scroll on yet
+    QTRY_COMPARE(list->verticalScrollBar()->value(), list->verticalScrollBar()->maximum());
+    QTRY_COMPARE(TopNumber(f), top);
 }
 
 void tst_Lists::ScrollPlaceIsKept_data()
