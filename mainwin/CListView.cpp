@@ -176,6 +176,14 @@ void CListView::rowsInserted(const QModelIndex& Parent, int First, int Last)
         m_layOutSoon->start(LayOutEveryMs);
 }
 
+void CListView::dataChanged(const QModelIndex& TopLeft, const QModelIndex& BottomRight, const QList<int>& Roles)
+{
+    if (TopLeft.row() == BottomRight.row())
+        QTreeView::dataChanged(TopLeft, BottomRight, Roles);
+    else
+        viewport()->update();
+}
+
 /// What goes to a row, or is done to the one under the pointer, looks at the layout.
 void CListView::LayOutNow()
 {
