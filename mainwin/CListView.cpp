@@ -299,13 +299,6 @@ QPoint CListView::PlaceBelowFocus() const
     return viewport()->mapToGlobal(QPoint(CMessageDelegate::IconSide, qBound(0, below, viewport()->height())));
 }
 
-/// What cannot be edited would get no input method, and a Japanese subject could not be typed.
-void CListView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
-{
-    QTreeView::currentChanged(Current, Previous);
-    setAttribute(Qt::WA_InputMethodEnabled, true);
-}
-
 bool CListView::BeginsWith(int Row, const QString& FoldedStart) const
 {
     const CMessageItem& item = m_list.Item(Row);

@@ -79,7 +79,6 @@ protected:
     void drawRow(QPainter* Painter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override;
     /// A range of rows is looked for row by row otherwise, each time from the one that was found last.
     void dataChanged(const QModelIndex& TopLeft, const QModelIndex& BottomRight, const QList<int>& Roles = {}) override;
-    void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
 
 private:
     void BuildColumns();
