@@ -7,6 +7,9 @@
 
 #include <QElapsedTimer>
 
+#include <algorithm>
+#include <tuple>
+
 using namespace regexp;
 
 namespace
@@ -27,6 +30,25 @@ void CheckWritten(const CEcmaPattern& Read)
                                                     nullptr));
     Demand(code || error == PCRE2_ERROR_PATTERN_TOO_LARGE || error == PCRE2_ERROR_PATTERN_TOO_COMPLICATED,
            "what is written is a pattern");
+}
+
+/// The first match with callouts and without, where both may be had.
+void CheckUncounted(const CEcmaPattern& Read, bool IgnoreCase, QStringView Text)
+{
+    const auto engine = CEngine::Make(Read, IgnoreCase);
+    if (!engine || engine->CodeFor(Text.size()) == engine->Code.get())
+        return;
+    const auto find = [&](const pcre2_code* Code) {
+        const CPcreOwner<pcre2_match_data> data(pcre2_match_data_create_from_pattern(Code, nullptr));
+        const int found = pcre2_match(Code, UnitsOf(Text), static_cast<PCRE2_SIZE>(Text.size()), 0, 0, data.get(),
+                                      engine->Context.get());
+        const PCRE2_SIZE* const ends = pcre2_get_ovector_pointer(data.get());
+        return std::tuple(found, found > 0 ? ends[0] : 0, found > 0 ? ends[1] : 0);
+    };
+    const auto counted = find(engine->Code.get());
+    const auto uncounted = find(engine->CodeFor(Text.size()));
+    const bool areSure = std::min(std::get<0>(counted), std::get<0>(uncounted)) >= PCRE2_ERROR_NOMATCH;
+    Demand(!areSure || counted == uncounted, "counting changes no match");
 }
 
 void CheckMatches(const CExpression& Expression, QStringView Text)
@@ -63,6 +85,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* Data, std::size_t Size)
         QElapsedTimer timer;
         timer.start();
         CheckMatches(expression, QStringView(input).mid(end + 1));
+        if (read.What == Fault::None)
+            CheckUncounted(read, options.IgnoreCase, QStringView(input).mid(end + 1));
         Demand(timer.elapsed() < LongestScanMs, "a scan ends in time");
     }
     return 0;

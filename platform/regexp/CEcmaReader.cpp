@@ -6,6 +6,7 @@
 #include "platform/regexp/CaseVariants.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +18,7 @@ namespace
 
 constexpr char16_t NoUnit = 0; // behind the end; U+0000 itself has no meaning to the reader
 constexpr int LastCalloutNumber = 255;
+constexpr double UnitsPerRange = 8; // of a class as it is written, or fewer
 
 bool IsDigit(char16_t Unit) { return Unit >= u'0' && Unit <= u'9'; }
 bool IsOctalDigit(char16_t Unit) { return Unit >= u'0' && Unit <= u'7'; }
@@ -63,6 +65,7 @@ CEcmaPattern CEcmaReader::Read()
         ReadItem();
     if (m_result.What == Fault::None && !m_open.empty())
         Refuse(Fault::OpenGroup, m_open.back().Offset);
+    m_result.Effort.Ways *= m_alternatives;
     if (m_result.What != Fault::None)
         m_result.Pcre.clear();
     return m_result;
@@ -72,6 +75,7 @@ void CEcmaReader::ReadItem()
 {
     if (const auto times = TakeQuantifier())
         return ReadQuantifier(*times);
+    m_isAfterGroup = false;
     switch (Ahead()) {
     case u'(':
         return ReadGroup();
@@ -91,9 +95,7 @@ void CEcmaReader::ReadItem()
         return WriteAssertion(u"\\z"_s, u"(?=[\\x{a}\\x{d}]|\\z)"_s);
     case u'.':
         ++m_at;
-        m_result.Pcre += u"\\N"_s;
-        m_isRepeatable = true;
-        return;
+        return WriteSet(u"\\N"_s);
     default:
         WriteUnit(m_source[m_at++].unicode());
     }
@@ -105,18 +107,20 @@ void CEcmaReader::ReadGroup()
     if (m_open.size() == CEcmaPattern::MaxDepth)
         return Refuse(Fault::TooDeep, offset);
     for (const QStringView start : {u"(?:", u"(?=", u"(?!"}) {
-        if (Take(start)) {
-            m_result.Pcre += start;
-            m_open.push_back({offset});
-            m_isRepeatable = false;
-            return;
-        }
+        if (Take(start))
+            return OpenGroup(start, offset);
     }
     if (Take(u"(?"))
         return Refuse(Fault::UnknownGroup, offset);
     ++m_at;
-    m_result.Pcre += u'(';
-    m_open.push_back({offset});
+    OpenGroup(u"(", offset);
+}
+
+void CEcmaReader::OpenGroup(QStringView Start, qsizetype Offset)
+{
+    const bool isLookahead = Start == u"(?=" || Start == u"(?!";
+    m_result.Pcre += Start;
+    m_open.push_back({Offset, isLookahead, m_result.Effort.Runs});
     m_isRepeatable = false;
 }
 
@@ -125,17 +129,21 @@ void CEcmaReader::CloseGroup()
     if (m_open.empty())
         return Refuse(Fault::StrayParenthesis, m_at);
     ++m_at;
-    m_result.Pcre += m_open.back().HasAlternatives ? u"(?C))"_s : u")"_s;
+    const Group& group = m_open.back();
+    m_result.Pcre += group.Alternatives > 1 ? u"(?C))"_s : u")"_s;
+    m_result.Effort.Ways *= group.Alternatives;
+    if (group.IsLookahead && m_result.Effort.Runs > group.RunsBefore)
+        m_result.Effort.IsBounded = false; // it goes back to where it began
     m_open.pop_back();
     m_isRepeatable = true;
+    m_isAfterGroup = true;
 }
 
 void CEcmaReader::ReadAlternative()
 {
     ++m_at;
     m_result.Pcre += m_open.empty() ? u"|"_s : u"(?C)|"_s;
-    if (!m_open.empty())
-        m_open.back().HasAlternatives = true;
+    ++(m_open.empty() ? m_alternatives : m_open.back().Alternatives);
     m_isRepeatable = false;
 }
 
@@ -148,7 +156,20 @@ void CEcmaReader::ReadQuantifier(const Bounds& Times)
     m_result.Pcre += isLazy ? u"}?"_s : u"}"_s;
     if (Times.Most != Times.Least)
         m_result.Pcre += u"(?C)"_s;
+    CountChoices(Times);
     m_isRepeatable = false;
+}
+
+void CEcmaReader::CountChoices(const Bounds& Times)
+{
+    CEffort& effort = m_result.Effort;
+    if (Times.Least == 0 && Times.Most == 1)
+        effort.Ways *= 2;
+    else if (m_isAfterGroup)
+        effort.IsBounded = false;
+    else if (Times.Most != Times.Least)
+        ++effort.Runs;
+    effort.Length *= m_isAfterGroup ? 1 : std::max(Times.Least, 1);
 }
 
 std::optional<CEcmaReader::Bounds> CEcmaReader::TakeQuantifier()
@@ -208,9 +229,7 @@ void CEcmaReader::ReadEscape()
         return WriteUnit(TakeEscapedUnit());
     ++m_at;
     if (IsClassLetter(letter)) {
-        m_result.Pcre += CCharacterClass::Named(QChar(letter)).Pattern();
-        m_isRepeatable = true;
-        return;
+        return WriteSet(CCharacterClass::Named(QChar(letter)).Pattern());
     }
     const QString boundary = u"\\"_s + QChar(letter);
     WriteAssertion(boundary, boundary);
@@ -290,8 +309,7 @@ void CEcmaReader::ReadClass()
         return Refuse(Fault::OpenClass, offset);
     if (m_options.IgnoreCase)
         set.AddCaseVariants();
-    m_result.Pcre += set.Pattern(isNegated);
-    m_isRepeatable = true;
+    WriteSet(set.Pattern(isNegated));
 }
 
 /// One unit or a range; where either end of a range is \w or its like, the hyphen stands for itself.
@@ -331,21 +349,31 @@ CCharacterClass CEcmaReader::ReadClassAtom()
     return Single(TakeEscapedUnit());
 }
 
+/// Pattern takes one unit.
+void CEcmaReader::WriteSet(const QString& Pattern)
+{
+    m_result.Pcre += Pattern;
+    m_result.Effort.Length += std::ceil(static_cast<double>(Pattern.size()) / UnitsPerRange);
+    m_isRepeatable = true;
+}
+
 void CEcmaReader::WriteUnit(char16_t Unit)
 {
+    QString pattern;
     if (m_options.IgnoreCase && !CaseVariants(Unit).empty()) {
         CCharacterClass set = Single(Unit);
         set.AddCaseVariants();
-        m_result.Pcre += set.Pattern();
+        pattern = set.Pattern();
     } else {
-        AppendUnit(m_result.Pcre, Unit);
+        AppendUnit(pattern, Unit);
     }
-    m_isRepeatable = true;
+    WriteSet(pattern);
 }
 
 void CEcmaReader::WriteBackReference(int Number)
 {
     m_result.Pcre += u"(?:(?C%1)\\g{%2})"_s.arg(std::min(Number, LastCalloutNumber)).arg(Number);
+    m_result.Effort.IsBounded = false;
     m_isRepeatable = true;
 }
 

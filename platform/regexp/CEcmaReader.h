@@ -23,7 +23,9 @@ private:
     struct Group
     {
         qsizetype Offset;
-        bool HasAlternatives = false;
+        bool IsLookahead = false;
+        int RunsBefore = 0;
+        int Alternatives = 1;
     };
     struct Bounds
     {
@@ -53,6 +55,9 @@ private:
     char16_t TakeOctal();
     std::optional<char16_t> TakeHex(qsizetype Digits);
 
+    void OpenGroup(QStringView Start, qsizetype Offset);
+    void CountChoices(const Bounds& Times);
+    void WriteSet(const QString& Pattern);
     void WriteUnit(char16_t Unit);
     void WriteBackReference(int Number);
     void WriteAssertion(const QString& Plain, const QString& Multiline);
@@ -69,7 +74,9 @@ private:
     CEcmaPattern m_result;
     std::vector<Group> m_open;
     qsizetype m_at = 0;
+    int m_alternatives = 1;      // outside of any group
     bool m_isRepeatable = false; // whether a quantifier may stand here
+    bool m_isAfterGroup = false;
 };
 
 } // namespace regexp

@@ -4,6 +4,8 @@
 #ifndef REGEXP_CENGINE_H
 #define REGEXP_CENGINE_H
 
+#include "platform/regexp/EcmaPattern.h"
+
 #include <QString>
 
 #include <memory>
@@ -34,12 +36,27 @@ struct CEngine
     static constexpr std::size_t FirstStackBytes = 32 * 1024;
     static constexpr std::size_t StackBytes = 1024 * 1024;
 
+    /// Compares that are made without counting: about a tenth of a second for the compiled matcher.
+    static constexpr double UncountedCompares = 100'000'000;
+
     /// Null when PCRE2 cannot hold Pattern.
-    static std::unique_ptr<CEngine> Make(const QString& Pattern, bool IgnoreCase);
+    static std::unique_ptr<CEngine> Make(const CEcmaPattern& Pattern, bool IgnoreCase);
+
+    /// What to match a text of so many units with. Being asked at each choice costs most of a search's time, so a text
+    /// on which the expression cannot take long is searched without.
+    const pcre2_code* CodeFor(qsizetype Units) const
+    {
+        return Uncounted && Effort.Compares(Units) <= UncountedCompares ? Uncounted.get() : Code.get();
+    }
 
     CPcreOwner<pcre2_jit_stack> Stack; // outlives the context that was told of it
     CPcreOwner<pcre2_code> Code;
+    CPcreOwner<pcre2_code> Uncounted; // without callouts; null where nothing is known of the effort
     CPcreOwner<pcre2_match_context> Context;
+    CEffort Effort;
+
+private:
+    void MakeUncounted(const CEcmaPattern& Pattern, bool IgnoreCase);
 };
 
 /// PCRE2 refuses a null pointer, which a null text has, even for no units.

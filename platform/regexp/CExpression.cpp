@@ -31,10 +31,10 @@ CPcreOwner<pcre2_code> Compile(const QString& Pattern, bool IgnoreCase)
 
 } // namespace
 
-std::unique_ptr<CEngine> CEngine::Make(const QString& Pattern, bool IgnoreCase)
+std::unique_ptr<CEngine> CEngine::Make(const CEcmaPattern& Pattern, bool IgnoreCase)
 {
     auto engine = std::make_unique<CEngine>();
-    engine->Code = Compile(Pattern, IgnoreCase);
+    engine->Code = Compile(Pattern.Pcre, IgnoreCase);
     if (!engine->Code)
         return nullptr;
     engine->Context.reset(pcre2_match_context_create(nullptr));
@@ -46,8 +46,18 @@ std::unique_ptr<CEngine> CEngine::Make(const QString& Pattern, bool IgnoreCase)
     if (pcre2_jit_compile(engine->Code.get(), PCRE2_JIT_COMPLETE) == 0) {
         engine->Stack.reset(pcre2_jit_stack_create(FirstStackBytes, StackBytes, nullptr));
         pcre2_jit_stack_assign(engine->Context.get(), nullptr, engine->Stack.get());
+        engine->MakeUncounted(Pattern, IgnoreCase);
     }
     return engine;
+}
+
+void CEngine::MakeUncounted(const CEcmaPattern& Pattern, bool IgnoreCase)
+{
+    Effort = Pattern.Effort;
+    if (Effort.IsBounded)
+        Uncounted = Compile(Pattern.Uncounted(), IgnoreCase);
+    if (Uncounted && pcre2_jit_compile(Uncounted.get(), PCRE2_JIT_COMPLETE) != 0)
+        Uncounted.reset(); // the interpreter is too slow for that many compares
 }
 
 CExpression::CExpression(QStringView Pattern, const COptions& Options)
@@ -58,7 +68,7 @@ CExpression::CExpression(QStringView Pattern, const COptions& Options)
     m_groupCount = read.GroupCount;
     if (m_fault != Fault::None)
         return;
-    m_engine = CEngine::Make(read.Pcre, Options.IgnoreCase);
+    m_engine = CEngine::Make(read, Options.IgnoreCase);
     if (!m_engine)
         m_fault = Fault::TooLarge;
 }

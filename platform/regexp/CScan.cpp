@@ -86,8 +86,9 @@ Outcome CScan::Next()
     const CEngine& engine = *m_expression.m_engine;
     const auto count = [](pcre2_callout_block* At, void* Data) { return static_cast<CMatchData*>(Data)->Count(*At); };
     pcre2_set_callout(engine.Context.get(), count, m_data.get());
-    const int result = pcre2_match(engine.Code.get(), UnitsOf(m_text), static_cast<PCRE2_SIZE>(m_text.size()),
-                                   static_cast<PCRE2_SIZE>(m_next), 0, m_data->Pcre.get(), engine.Context.get());
+    const int result =
+        pcre2_match(engine.CodeFor(m_text.size()), UnitsOf(m_text), static_cast<PCRE2_SIZE>(m_text.size()),
+                    static_cast<PCRE2_SIZE>(m_next), 0, m_data->Pcre.get(), engine.Context.get());
     m_outcome = result > 0 ? Outcome::Found : result == PCRE2_ERROR_NOMATCH ? Outcome::NotFound : Outcome::GaveUp;
     if (m_outcome == Outcome::Found)
         m_next = Match().Index + Match().Length + (Match().Length == 0 ? 1 : 0);

@@ -5,6 +5,8 @@
 
 #include "platform/regexp/CEcmaReader.h"
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace regexp
@@ -14,6 +16,20 @@ CEcmaPattern CEcmaPattern::Read(QStringView Source, const COptions& Options)
 {
     return CEcmaReader(Source, Options).Read();
 }
+
+/// The start and the ends of the runs lie in this order, so each choice of places counts once.
+double CEffort::Compares(qsizetype Units) const
+{
+    if (!IsBounded)
+        return std::numeric_limits<double>::infinity();
+    double places = 1;
+    for (int i = 0; i <= Runs; ++i)
+        places *= (static_cast<double>(Units) + 1 + i) / (i + 1);
+    return places * Ways * Length;
+}
+
+/// Literals are spelled by their codes where they could be mistaken.
+QString CEcmaPattern::Uncounted() const { return QString(Pcre).remove(u"(?C)"_s); }
 
 QString FaultText(Fault What)
 {

@@ -34,6 +34,19 @@ enum class Fault {
 /// What Fault means, in a sentence for the user; empty for None.
 QString FaultText(Fault What);
 
+/// How much a matcher that goes back can have to do at most. An expression whose repetitions each repeat one unit has
+/// few ways to come by; one that repeats groups may have countless.
+struct CEffort
+{
+    bool IsBounded = true; ///< false: nothing is known
+    int Runs = 0;          ///< repetitions that can take more or fewer units
+    double Ways = 1;       ///< through alternatives and what may be left out
+    double Length = 1;     ///< compares along one of them
+
+    /// Upper bound of the compares for a text of so many units, all starts together; infinite when nothing is known.
+    double Compares(qsizetype Units) const;
+};
+
 /// An expression as PCRE2 takes it.
 struct CEcmaPattern
 {
@@ -45,6 +58,7 @@ struct CEcmaPattern
     int GroupCount = 0; ///< groups that capture
     Fault What = Fault::None;
     qsizetype Offset = -1; ///< where in the expression the fault is, in UTF-16 units
+    CEffort Effort;
 
     /// Reads Source. Never recurses; takes time linear in its length, but for classes with very many ranges.
     ///
@@ -56,6 +70,9 @@ struct CEcmaPattern
     /// compiled matcher counts those of loops only, and (a|a)(a|a)… would go on for years. A callout before a back
     /// reference carries the number of its group (255 for the later ones), the others carry 0.
     static CEcmaPattern Read(QStringView Source, const COptions& Options = {});
+
+    /// Pcre without callouts. Only where the effort is bounded: back references keep theirs.
+    QString Uncounted() const;
 };
 
 } // namespace regexp

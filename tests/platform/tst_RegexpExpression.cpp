@@ -51,6 +51,8 @@ private Q_SLOTS:
     void StartAndGroups();
     void Hopeless_data();
     void Hopeless();
+    void Effort_data();
+    void Effort();
     void Limits();
 };
 
@@ -269,6 +271,32 @@ void tst_RegexpExpression::Hopeless()
     const Outcome end = scan.Next(); // the answer stays
     QVERIFY(end == Outcome::GaveUp || end == Outcome::NotFound);
     QVERIFY2(timer.elapsed() < 4'000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_RegexpExpression::Effort_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("wanted"); // runs, ways, compares along one of them; "-" where nothing is known
+    const auto row = [](const char* Pattern, const QString& Wanted) {
+        QTest::newRow(Pattern) << QString::fromLatin1(Pattern) << Wanted;
+    };
+    row("abc", u"0 1 4"_s);
+    row("a*b+?c{2,5}", u"3 1 8"_s);
+    row("a?(?:b|c|d)??|e", u"0 24 6"_s);
+    row("(a|b)(?=c|d)(?!e)", u"0 4 6"_s);
+    row("a{7,}b", u"1 1 15"_s);
+    row("(a*|b)", u"1 2 3"_s);
+    for (const char* pattern : {"(a+)+", "(?:a|b){40}", "(?:ab)*", "(a)b\\1", "(?=a*)b", "((?!x(a*)y))"})
+        row(pattern, u"-"_s);
+}
+
+void tst_RegexpExpression::Effort()
+{
+    QFETCH(QString, pattern);
+    const regexp::CEffort effort = regexp::CEcmaPattern::Read(pattern).Effort;
+    const QString told = u"%1 %2 %3"_s.arg(effort.Runs).arg(effort.Ways).arg(effort.Length);
+    QTEST(effort.IsBounded ? told : u"-"_s, "wanted");
+    QCOMPARE(effort.Compares(1'000'000) < 1e18, effort.IsBounded && effort.Runs < 3);
 }
 
 void tst_RegexpExpression::Limits()
