@@ -3,6 +3,7 @@
 
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -74,25 +75,7 @@ void tst_DaoExecute::init()
 
 void tst_DaoExecute::Rules_data()
 {
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<int>("number");
-
-    const auto row = [](const char* name, const QString& values, int number) {
-        QTest::newRow(name) << values << number;
-    };
-    row("plain", u"3, 1, True, 'a', 'b', #2002/01/15 09:05#, 'body', 0"_s, 0);
-    row("same number on another board", u"4, 1, False, '', Null, Null, Null, 0"_s, 0);
-    row("five units", u"3, 1, True, 'あいうえお', 'あいうえお', Null, Null, 0"_s, 0);
-    row("six units", u"3, 1, True, 'あいうえおか', 'b', Null, Null, 0"_s, 3163);
-    row("two letters of two units and one", u"3, 1, True, '𠮟𠮟a', 'b', Null, Null, 0"_s, 0);
-    row("three letters of two units", u"3, 1, True, '𠮟𠮟𠮟', 'b', Null, Null, 0"_s, 3163);
-    row("empty where allowed", u"3, 1, True, '', 'b', Null, Null, 0"_s, 0);
-    row("empty text", u"3, 1, True, 'a', '', Null, Null, 0"_s, 3315);
-    row("empty memo", u"3, 1, True, 'a', 'b', Null, '', 0"_s, 3315);
-    row("required field", u"3, 1, True, 'a', 'b', Null, Null, Null"_s, 3314);
-    row("Null in the key", u"3, Null, True, 'a', 'b', Null, Null, 0"_s, 3058);
-    row("duplicate key", u"9, 9, True, 'a', 'b', Null, Null, 0"_s, 3022);
-    row("size before key", u"9, 9, True, 'abcdef', 'b', Null, Null, 0"_s, 3163);
+    mdlTable::AddRows<QString, int>("dao-execute.json", "Rules", {"values", "number"});
 }
 
 void tst_DaoExecute::Rules()
@@ -108,19 +91,7 @@ void tst_DaoExecute::Rules()
 
 void tst_DaoExecute::StoredValues_data()
 {
-    QTest::addColumn<QString>("values");
-    QTest::addColumn<QString>("stored");
-
-    QTest::newRow("doubled apostrophe") << u"3, 1, True, 'it''s', 'b', Null, Null, 0"_s
-                                        << u"3|1|-1|it's|b|NULL|NULL|0"_s;
-    QTest::newRow("vertical bar by its code")
-        << u"3, 1, True, 'a' & Chr(124) & 'b', 'b', Null, 'x' & Chr(124) & '', 0"_s << u"3|1|-1|a|b|b|NULL|x||0"_s;
-    QTest::newRow("date and time") << u"3, 1, False, '', 'b', #2002/01/15 12:00#, Null, 0"_s
-                                   << u"3|1|0||b|37271.5|NULL|0"_s;
-    QTest::newRow("line ends") << u"3, 1, 0, '', 'b', Null, 'a\r\nb', -5"_s << u"3|1|0||b|NULL|a\r\nb|-5"_s;
-    QTest::newRow("not Shift JIS") << u"3, 1, Yes, '☃𠮟', 'b', Null, Null, 0"_s << u"3|1|-1|☃𠮟|b|NULL|NULL|0"_s;
-    QTest::newRow("looks like a number") << u"3, 1, No, '007', '1e5', Null, '0.10', 0"_s
-                                         << u"3|1|0|007|1e5|NULL|0.10|0"_s;
+    mdlTable::AddRows<QString, QString>("dao-execute.json", "StoredValues", {"values", "stored"});
 }
 
 void tst_DaoExecute::StoredValues()

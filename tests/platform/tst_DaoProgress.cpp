@@ -2,6 +2,7 @@
 // Statements that are broken off, statements within the question, results that would fill the memory.
 
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -55,21 +56,7 @@ void tst_DaoProgress::init()
     m_db->CommitTrans();
 }
 
-void tst_DaoProgress::Stopped_data()
-{
-    QTest::addColumn<QString>("sql");
-    const QString cross = u" FROM N AS a, N AS b, N AS c, N AS d"_s; // 62,500,000,000 rows
-    QTest::newRow("counting") << u"SELECT Count(*)"_s + cross;
-    QTest::newRow("rows into memory") << u"SELECT a.ID, b.T"_s + cross;
-    QTest::newRow("sorting") << u"SELECT a.T"_s + cross + u" ORDER BY b.T & c.T"_s;
-    QTest::newRow("telling apart") << u"SELECT DISTINCT a.T & b.T & c.T"_s + cross;
-    QTest::newRow("grouping") << u"SELECT a.T & b.T, Count(*)"_s + cross + u" GROUP BY a.T & b.T"_s;
-    QTest::newRow("percent of them") << u"SELECT TOP 10 PERCENT a.ID"_s + cross;
-    QTest::newRow("appending") << u"INSERT INTO N(ID, T) SELECT a.ID, 'x'"_s + cross;
-    QTest::newRow("updating")
-        << u"UPDATE N SET T = 'x' WHERE (SELECT Count(*)"_s + cross + u" WHERE a.ID > N.ID) > 0"_s;
-    QTest::newRow("deleting") << u"DELETE FROM N WHERE (SELECT Count(*)"_s + cross + u" WHERE a.ID >= N.ID) > 0"_s;
-}
+void tst_DaoProgress::Stopped_data() { mdlTable::AddRows<QString>("dao-progress.json", "Stopped", {"sql"}); }
 
 void tst_DaoProgress::Stopped()
 {

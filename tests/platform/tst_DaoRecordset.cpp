@@ -3,6 +3,7 @@
 
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -383,22 +384,8 @@ void tst_DaoRecordset::RefusedUpdateStaysPending()
 
 void tst_DaoRecordset::SetRefusals_data()
 {
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("number");
-
-    QTest::newRow("seven units into six") << u"Title"_s << u"1234567"_s << 3163;
-    QTest::newRow("six units") << u"Title"_s << u"123456"_s << 0;
-    QTest::newRow("six units of two bytes") << u"Title"_s << u"あいうえおか"_s << 0;
-    QTest::newRow("a letter of two units too many") << u"Title"_s << u"12345𠮟"_s << 3163;
+    mdlTable::AddRows<QString, QString, int>("dao-recordset.json", "SetRefusals", {"field", "text", "number"});
     QTest::newRow("memo has no size") << u"Body"_s << QString(100000, u'あ') << 0;
-    QTest::newRow("no number") << u"Root"_s << u"many"_s << 3421;
-    QTest::newRow("too large") << u"Root"_s << u"2147483648"_s << 3421;
-    QTest::newRow("too large for 16 bits") << u"Small"_s << u"32768"_s << 3421;
-    QTest::newRow("no date") << u"Sent"_s << u"someday"_s << 3421;
-    QTest::newRow("a date") << u"Sent"_s << u"2002/01/15 9:05"_s << 0;
-    QTest::newRow("no Boolean") << u"Read"_s << u"perhaps"_s << 3421;
-    QTest::newRow("unknown field") << u"Nope"_s << u"1"_s << 3265;
 }
 
 void tst_DaoRecordset::SetRefusals()
@@ -555,23 +542,9 @@ void tst_DaoRecordset::IndexOrder()
 
 void tst_DaoRecordset::Seek_data()
 {
-    QTest::addColumn<QString>("index");
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<QList<int>>("keys");
-    QTest::addColumn<int>("wantedId"); // 0: no match
-
-    QTest::newRow("equal") << u"PK"_s << u"="_s << QList<int>{30} << 30;
-    QTest::newRow("not there") << u"PK"_s << u"="_s << QList<int>{31} << 0;
-    QTest::newRow("at least") << u"PK"_s << u">="_s << QList<int>{31} << 40;
-    QTest::newRow("more") << u"PK"_s << u">"_s << QList<int>{30} << 40;
-    QTest::newRow("at most") << u"PK"_s << u"<="_s << QList<int>{29} << 20;
-    QTest::newRow("less") << u"PK"_s << u"<"_s << QList<int>{30} << 20;
-    QTest::newRow("less than all") << u"PK"_s << u"<"_s << QList<int>{10} << 0;
-    QTest::newRow("two keys") << u"ByRoot"_s << u"="_s << QList<int>{1, 30} << 30;
-    QTest::newRow("two keys, second wrong") << u"ByRoot"_s << u"="_s << QList<int>{1, 20} << 0;
-    QTest::newRow("first key of two") << u"ByRoot"_s << u">="_s << QList<int>{2} << 20;
-    QTest::newRow("a missing key is Null") << u"ByRoot"_s << u"="_s << QList<int>{2} << 0;
-    QTest::newRow("keys in order") << u"ByRoot"_s << u">"_s << QList<int>{1, 30} << 20;
+    // wantedId: 0: no match
+    mdlTable::AddRows<QString, QString, QList<int>, int>("dao-recordset.json", "Seek",
+                                                         {"index", "operation", "keys", "wantedId"});
 }
 
 void tst_DaoRecordset::Seek()
@@ -633,17 +606,7 @@ void tst_DaoRecordset::EditUnderAnIndex()
 
 void tst_DaoRecordset::TopWithTies_data()
 {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("wantedIds");
-
-    QTest::newRow("no tie") << u"SELECT TOP 2 ID FROM Posts ORDER BY ID"_s << u"1 2"_s;
-    QTest::newRow("tie at the end") << u"SELECT TOP 1 ID FROM Posts ORDER BY Root, Title"_s << u"2 3"_s;
-    QTest::newRow("a second key ends the tie") << u"SELECT TOP 1 ID FROM Posts ORDER BY Root, ID"_s << u"2"_s;
-    QTest::newRow("texts that read the same tie")
-        << u"SELECT TOP 3 ID FROM Posts ORDER BY Title DESC"_s << u"1 2 3 4"_s;
-    QTest::newRow("more than there are") << u"SELECT TOP 100 ID FROM Posts ORDER BY ID"_s << u"1 2 3 4 5"_s;
-    QTest::newRow("percent is rounded up") << u"SELECT TOP 21 PERCENT ID FROM Posts ORDER BY ID"_s << u"1 2"_s;
-    QTest::newRow("percent with ties") << u"SELECT TOP 1 PERCENT ID FROM Posts ORDER BY Root"_s << u"2 3"_s;
+    mdlTable::AddRows<QString, QString>("dao-recordset.json", "TopWithTies", {"sql", "wantedIds"});
 }
 
 void tst_DaoRecordset::TopWithTies()

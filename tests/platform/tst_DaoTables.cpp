@@ -3,6 +3,7 @@
 
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -140,24 +141,12 @@ void tst_DaoTables::IndexNamesArePerTable()
 
 void tst_DaoTables::RefusedDefinitions_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("fields");
-    QTest::addColumn<QStringList>("indexFields");
-    QTest::addColumn<int>("number");
-
+    mdlTable::AddRows<QString, QStringList, QStringList, int>("dao-tables.json", "RefusedDefinitions",
+                                                              {"name", "fields", "indexFields", "number"});
     const QStringList id{u"ID"_s};
-    QTest::newRow("no fields") << u"T"_s << QStringList() << QStringList() << 3264;
-    QTest::newRow("field twice") << u"T"_s << QStringList{u"ID"_s, u"ｉｄ"_s} << QStringList() << 3191;
-    QTest::newRow("no name") << u""_s << id << QStringList() << 3125;
-    QTest::newRow("point in a name") << u"a.b"_s << id << QStringList() << 3125;
-    QTest::newRow("bracket in a field") << u"T"_s << QStringList{u"a]"_s} << QStringList() << 3125;
-    QTest::newRow("leading blank") << u" T"_s << id << QStringList() << 3125;
     QTest::newRow("64 characters are a name") << QString(64, u'あ') << id << QStringList() << 0;
     QTest::newRow("65 are not") << QString(65, u'あ') << id << QStringList() << 3125;
-    QTest::newRow("quotation mark") << u"a\"b'c"_s << QStringList{u"x\"y"_s} << QStringList{u"x\"y"_s} << 0;
-    QTest::newRow("unknown index field") << u"T"_s << id << QStringList{u"Nope"_s} << 3409;
     QTest::newRow("eleven index fields") << u"T"_s << id << QStringList(11, u"ID"_s) << 3277;
-    QTest::newRow("table exists") << u"ｌｅｔｔｅｒｓ"_s << id << QStringList() << 3010;
 }
 
 void tst_DaoTables::RefusedDefinitions()

@@ -2,6 +2,7 @@
 // Statements of the dialect with what they give, from the text files in tests/data/sql.
 
 #include "tests/support/CSqlBench.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -141,16 +142,7 @@ void tst_JetsqlCompile::Statements()
 // What the list and the thread links ask thousands of times must be found by an index.
 void tst_JetsqlCompile::Indexes_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("plan");
-    QTest::newRow("by number") << u"SELECT RootThread FROM Message WHERE BBS_ID = 3 AND   ID = 7"_s << u"(ID=? AND BBS_ID=?)"_s;
-    QTest::newRow("leading zeros") << u"UPDATE Message SET Read = True WHERE BBS_ID = 003   AND ID = 000007"_s << u"(ID=? AND BBS_ID=?)"_s;
-    QTest::newRow("unread") << u"SELECT Count(*) FROM Message WHERE BBS_ID = 3 AND Read = False"_s << u"(BBS_ID=? AND Read=?)"_s;
-    QTest::newRow("range") << u"SELECT TOP 100 * FROM Message WHERE BBS_ID = 3 AND ID > 5 ORDER BY ID"_s << u"MessageBoard (BBS_ID=? AND ID>?)"_s;
-    QTest::newRow("thread") << u"SELECT * FROM Message WHERE RootThread = (SELECT RootThread FROM Message WHERE BBS_ID = 3 AND ID = 7)"_s
-                            << u"MessageThread (RootThread=?)"_s;
-    QTest::newRow("list") << u"SELECT * FROM BBS WHERE BBS_ID IN (3,4)"_s << u"(BBS_ID=?)"_s;
-    QTest::newRow("between") << u"SELECT * FROM BBS WHERE BBS_ID Between 9 And 3"_s << u"(BBS_ID>? AND BBS_ID<?)"_s;
+    mdlTable::AddRows<QString, QString>("sql-indexes.json", "Indexes", {"statement", "plan"});
 }
 
 void tst_JetsqlCompile::Indexes()

@@ -4,6 +4,7 @@
 #include "platform/jetsql/Compile.h"
 #include "platform/jetsql/DateLiteral.h"
 #include "platform/text/DateTime.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -54,39 +55,7 @@ QString MessageStatement(int Id, const QString& Body)
 
 void tst_JetsqlShape::Shapes_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("literals");
-    const auto row = [](const char* name, const QString& statement, const QString& key, const QString& literals) {
-        QTest::newRow(name) << statement << key << literals;
-    };
-    row("numbers", u"a=1 b=2.5 c=.5 d=1E3"_s, u"a=<long> b=<double> c=<double> d=<double>"_s, u"1;2.5;0.5;1000"_s);
-    row("leading zeros", u"a = 003"_s, u"a = <long>"_s, u"3"_s);
-    row("digits in a name", u"a1=b2c"_s, u"a1=b2c"_s, QString());
-    row("too large for Long", u"2147483647 2147483648"_s, u"<long> <double>"_s, u"2147483647;2147483648"_s);
-    row("radix", u"x And &HFF, (&o17)"_s, u"x And <long>, (<long>)"_s, u"255;15"_s);
-    row("and before a name", u"x&Hallo & x&H1"_s, u"x&Hallo & x&H1"_s, QString());
-    row("quotes", u"'a''b' \"c\"\"d\" 'e\"f'"_s, u"<text> <text> <text>"_s, u"a'b;c\"d;e\"f"_s);
-    row("empty text", u"('','')"_s, u"(<text>,<text>)"_s, u";"_s);
-    row("line breaks in a text", u"'a\r\nb'"_s, u"<text>"_s, u"a\r\nb"_s);
-    row("brackets", u"[a 'b 1] = `c 2`"_s, u"[a 'b 1] = `c 2`"_s, QString());
-    row("date", u"#2002/01/15 12:34#"_s, u"<date>"_s, u"2002/01/15 12:34:00"_s);
-    row("date between words", u"Between#1/15/2002#And#1/16/2002#"_s, u"Between<date>And<date>"_s, u"2002/01/15;2002/01/16"_s);
-    row("chain", u"'a' & Chr(124) & 'b'"_s, u"<text>"_s, u"a|b"_s);
-    row("chain without blanks", u"'a'&chr$( 13 )&Chr(10)&\"b\""_s, u"<text>"_s, u"a\r\nb"_s);
-    row("chain begun by Chr", u"Chr(65) & 'b'"_s, u"<text>"_s, u"Ab"_s);
-    row("chain broken by a name", u"'a' & 'b' & c & 'd' & 'e'"_s, u"<text> & c & <text>"_s, u"ab;de"_s);
-    row("sum before a chain", u"1 + 'a' & 'b'"_s, u"<long> + <text> & <text>"_s, u"1;a;b"_s);
-    row("sum after a chain", u"'a' & '1' + 2"_s, u"<text> & <text> + <long>"_s, u"a;1;2"_s);
-    row("Mod after a chain", u"'a' & '7' & '8' mod 2"_s, u"<text> & <text> mod <long>"_s, u"a7;8;2"_s);
-    row("Chr of a field", u"Chr(n) & Chr(300) & t.Chr(65)"_s, u"Chr(n) & Chr(<long>) & t.Chr(<long>)"_s, u"300;65"_s);
-    row("TOP", u"SELECT TOP 10 x"_s, u"SELECT TOP 10 x"_s, QString());
-    row("TOP of a subquery", u"(SELECT top 5 PERCENT x WHERE y = 5)"_s, u"(SELECT top 5 PERCENT x WHERE y = <long>)"_s, u"5"_s);
-    row("positions", u"ORDER BY 2, x, 1 DESC"_s, u"ORDER BY 2, x, 1 DESC"_s, QString());
-    row("order by a call", u"ORDER BY Left(x, 3), 2"_s, u"ORDER BY Left(x, <long>), 2"_s, u"3"_s);
-    row("after an ordered subquery", u"(SELECT x ORDER BY 1), 7"_s, u"(SELECT x ORDER BY 1), <long>"_s, u"7"_s);
-    row("sizes of a definition", u"CREATE TABLE t (a TEXT(50))"_s, u"CREATE TABLE t (a TEXT(50))"_s, QString());
-    row("full-width blank and kanji", u"SELECT\u3000件数 '表ソ'"_s, u"SELECT\u3000件数 <text>"_s, u"表ソ"_s);
+    mdlTable::AddRows<QString, QString, QString>("sql-shape.json", "Shapes", {"statement", "key", "literals"});
 }
 
 void tst_JetsqlShape::Shapes()
@@ -101,19 +70,8 @@ void tst_JetsqlShape::Shapes()
 
 void tst_JetsqlShape::Refusals_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<int>("offset");
-    QTest::newRow("open text") << u"a = 'b"_s << 3075 << 4;
-    QTest::newRow("text that ends in a doubled quote") << u"a = 'b''"_s << 3075 << 4;
-    QTest::newRow("second link open") << u"'a' & 'b"_s << 3075 << 6;
-    QTest::newRow("open bracket") << u"a [b"_s << 3126 << 2;
-    QTest::newRow("open date") << u"a #2002/1/1"_s << 3075 << 2;
-    QTest::newRow("no date") << u"a #x#"_s << 3075 << 2;
+    mdlTable::AddRows<QString, int, int>("sql-shape.json", "Refusals", {"statement", "number", "offset"});
     QTest::newRow("placeholder in the text") << u"a = "_s + QChar(2) << 3075 << 4;
-    QTest::newRow("bar outside of a text") << u"a | b"_s << 3075 << 2;
-    QTest::newRow("beyond Double") << u"a 1E999"_s << 6 << 2;
-    QTest::newRow("beyond 32 bits") << u"&H123456789"_s << 6 << 0;
 }
 
 void tst_JetsqlShape::Refusals()
@@ -185,24 +143,7 @@ void tst_JetsqlShape::DateLiteralsAreSerials()
 
 void tst_JetsqlShape::Types_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("type");
-    QTest::newRow("select") << u" select * from t"_s << 0;
-    QTest::newRow("select with union inside") << u"SELECT (SELECT 1 UNION SELECT 2)"_s << 0;
-    QTest::newRow("union") << u"SELECT 1 UNION ALL SELECT 2"_s << 128;
-    QTest::newRow("enclosed union") << u"(SELECT 1) UNION (SELECT 2)"_s << 128;
-    QTest::newRow("make table") << u"SELECT * INTO b FROM a"_s << 80;
-    QTest::newRow("append") << u"INSERT INTO a SELECT * FROM b UNION SELECT * FROM c"_s << 64;
-    QTest::newRow("update") << u"UPDATE a SET b = 1"_s << 48;
-    QTest::newRow("delete") << u"DELETE FROM a"_s << 32;
-    QTest::newRow("create") << u"CREATE TABLE a (b LONG)"_s << 96;
-    QTest::newRow("alter") << u"ALTER TABLE a ADD COLUMN b TEXT(5)"_s << 96;
-    QTest::newRow("drop") << u"DROP INDEX i ON t"_s << 96;
-    QTest::newRow("crosstab") << u"TRANSFORM Sum(a) SELECT b FROM c GROUP BY b PIVOT d IN ('x')"_s << 16;
-    QTest::newRow("parameters do not count") << u"PARAMETERS a Long; DELETE FROM b WHERE c = a"_s << 32;
-    QTest::newRow("procedure") << u"EXECUTE x"_s << 224;
-    QTest::newRow("nothing") << QString() << -1;
-    QTest::newRow("anything") << u"hello"_s << -1;
+    mdlTable::AddRows<QString, int>("sql-shape.json", "Types", {"statement", "type"});
 }
 
 void tst_JetsqlShape::Types()

@@ -4,6 +4,7 @@
 #include "platform/net/CCookieStore.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "platform/net/CookieText.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -66,42 +67,8 @@ private Q_SLOTS:
 
 void tst_NetCookieStore::Reach_data()
 {
-    QTest::addColumn<QByteArray>("setAt");
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QByteArray>("askedAt");
-    QTest::addColumn<QByteArray>("wanted");
-
-    const QByteArray page = "http://a.example.jp/cgi-bin/x.cgi";
-    const auto row = [](const char* name, const QByteArray& setAt, const QByteArray& line, const QByteArray& askedAt,
-                        const QByteArray& wanted) { QTest::newRow(name) << setAt << line << askedAt << wanted; };
-    row("same page", page, "n=v", page, "n=v");
-    row("same folder, query", page, "n=v", "http://a.example.jp/cgi-bin/y.cgi?a=/b/", "n=v");
-    row("other port", page, "n=v", "http://a.example.jp:8080/cgi-bin/x.cgi", "n=v");
-    row("host without case", page, "n=v", "http://A.EXAMPLE.JP/cgi-bin/x.cgi", "n=v");
-    row("folder above", page, "n=v", "http://a.example.jp/", "");
-    row("path of a root page", "http://a.example.jp/bar", "n=v", "http://a.example.jp/foo/x", "n=v");
-    row("no path at all", "http://a.example.jp", "n=v", "http://a.example.jp", "n=v");
-    row("path is a plain prefix", page, "n=v; path=/foo", "http://a.example.jp/foobar/", "n=v");
-    row("request is cut at its last slash", page, "n=v; path=/foo", "http://a.example.jp/foobar", "");
-    row("path without case", page, "n=v; path=/CGI-bin/", page, "n=v");
-    row("path that is none", page, "n=v; path=x", page, "n=v");
-    row("other host", page, "n=v", "http://b.example.jp/cgi-bin/x.cgi", "");
-    row("subdomain of a host cookie", page, "n=v", "http://b.a.example.jp/cgi-bin/x.cgi", "");
-    row("domain with dot", page, "n=v; domain=.example.jp", "http://b.example.jp/cgi-bin/x.cgi", "n=v");
-    row("domain without dot", page, "n=v; Domain=Example.jp", "http://example.jp/cgi-bin/x.cgi", "n=v");
-    row("only a suffix of the text", page, "n=v; domain=example.jp", "http://badexample.jp/cgi-bin/x.cgi", "");
-    row("own host as domain", "http://localhost/x", "n=v; domain=localhost", "http://localhost/x", "n=v");
-    row("secure over http", page, "n=v; secure", page, "");
-    row("secure over https", page, "n=v; Secure", "https://a.example.jp/cgi-bin/", "n=v");
-    row("httponly from a server", page, "n=v; HttpOnly", page, "n=v");
-    row("empty value", page, "n=; path=/", page, "n");
-    row("no equals sign", page, "n", page, "n");
-    row("equals sign in the value", page, "n=a=b=", page, "n=a=b=");
-    row("blanks around", page, " n = v ; path = / ", page, "n=v");
-    row("max-age counts for nothing", page, "n=v; max-age=0", page, "n=v");
-    row("empty end", page, "n=v; expires=", page, "n=v");
-    row("unreadable end", page, "n=v; expires=tomorrow", page, "n=v");
-    row("file address", page, "n=v", "file:///cgi-bin/x.cgi", "");
+    mdlTable::AddRows<QByteArray, QByteArray, QByteArray, QByteArray>("cookies.json", "Reach",
+                                                                      {"setAt", "line", "askedAt", "wanted"});
 }
 
 void tst_NetCookieStore::Reach()
@@ -117,24 +84,9 @@ void tst_NetCookieStore::Reach()
 
 void tst_NetCookieStore::Refusals_data()
 {
-    QTest::addColumn<QByteArray>("address");
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("data");
-
-    const QByteArray page = "http://a.co.jp/x";
-    QTest::newRow("equals sign in the name") << page << QByteArray("a=b") << QByteArray("v");
-    QTest::newRow("semicolon in the name") << page << QByteArray("a;b") << QByteArray("v");
-    QTest::newRow("line end in the name") << page << QByteArray("a\r\nb") << QByteArray("v");
-    QTest::newRow("no name") << page << QByteArray() << QByteArray("v");
-    QTest::newRow("foreign domain") << page << QByteArray("n") << QByteArray("v; domain=b.co.jp");
-    QTest::newRow("domain of strangers") << page << QByteArray("n") << QByteArray("v; domain=co.jp");
-    QTest::newRow("top level domain") << page << QByteArray("n") << QByteArray("v; domain=.jp");
-    QTest::newRow("part of an address") << QByteArray("http://10.0.0.1/") << QByteArray("n")
-                                        << QByteArray("v; domain=0.0.1");
-    QTest::newRow("httponly by the program") << page << QByteArray("n") << QByteArray("v; httponly");
-    QTest::newRow("too long") << page << QByteArray("n") << QByteArray(CCookieStore::MaxCookieBytes, 'v');
-    QTest::newRow("no web address") << QByteArray("file:///x") << QByteArray("n") << QByteArray("v");
-    QTest::newRow("no host") << QByteArray("http:///x") << QByteArray("n") << QByteArray("v");
+    mdlTable::AddRows<QByteArray, QByteArray, QByteArray>("cookies.json", "Refusals", {"address", "name", "data"});
+    QTest::newRow("too long") << QByteArray("http://a.co.jp/x") << QByteArray("n")
+                              << QByteArray(CCookieStore::MaxCookieBytes, 'v');
 }
 
 void tst_NetCookieStore::Refusals()
@@ -150,20 +102,8 @@ void tst_NetCookieStore::Refusals()
 
 void tst_NetCookieStore::Dates_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("wanted"); // empty: unreadable
-
-    QTest::newRow("dashes") << QByteArray("Wed, 01-Jan-2003 00:00:00 GMT") << u"2003-01-01T00:00:00Z"_s;
-    QTest::newRow("blanks") << QByteArray("Wed, 15 Jan 2003 23:59:58 GMT") << u"2003-01-15T23:59:58Z"_s;
-    QTest::newRow("as C writes it") << QByteArray("Wed Jan  1 07:05:09 2003") << u"2003-01-01T07:05:09Z"_s;
-    QTest::newRow("two digits, new") << QByteArray("Tue, 29-feb-00 1:2:3 GMT") << u"2000-02-29T01:02:03Z"_s;
-    QTest::newRow("two digits, old") << QByteArray("Sunday, 06-Nov-94 08:49:37 GMT") << u"1994-11-06T08:49:37Z"_s;
-    QTest::newRow("no such day") << QByteArray("29-Feb-2003 00:00:00") << QString();
-    QTest::newRow("hour 24") << QByteArray("01-Jan-2003 24:00:00") << QString();
-    QTest::newRow("no time") << QByteArray("01-Jan-2003") << QString();
-    QTest::newRow("no month") << QByteArray("01 01 2003 00:00:00") << QString();
-    QTest::newRow("empty") << QByteArray() << QString();
-    QTest::newRow("colons only") << QByteArray(":::: ::") << QString();
+    // wanted: empty: unreadable
+    mdlTable::AddRows<QByteArray, QString>("cookies.json", "Dates", {"text", "wanted"});
     QTest::newRow("digits without end") << QByteArray(5000, '9') << QString();
 }
 

@@ -4,6 +4,7 @@
 #include "platform/net/CCookieStore.h"
 #include "platform/net/CTransfer.h"
 #include "tests/support/CLoopServer.h"
+#include "tests/support/Table.h"
 
 #include <QEventLoop>
 #include <QTemporaryDir>
@@ -155,14 +156,7 @@ void tst_NetTransfer::NameWithoutAddressForm()
 
 void tst_NetTransfer::AnyStatusIsAnAnswer_data()
 {
-    QTest::addColumn<QByteArray>("status");
-    QTest::newRow("not found") << QByteArray("404 Not Found");
-    QTest::newRow("server error") << QByteArray("500 Internal Server Error");
-    QTest::newRow("unavailable") << QByteArray("503 Service Unavailable");
-    QTest::newRow("password wanted") << QByteArray("401 Unauthorized");
-    QTest::newRow("forbidden") << QByteArray("403 Forbidden");
-    QTest::newRow("odd number") << QByteArray("299 Well");
-    QTest::newRow("redirect to nowhere") << QByteArray("302 Found");
+    mdlTable::AddRows<QByteArray>("transfer.json", "AnyStatusIsAnAnswer", {"status"});
 }
 
 void tst_NetTransfer::AnyStatusIsAnAnswer()
@@ -177,13 +171,7 @@ void tst_NetTransfer::AnyStatusIsAnAnswer()
 
 void tst_NetTransfer::SendsTheAddressAsWritten_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::newRow("ampersand first") << u"/cgi-bin/yanagi.cgi?&l_or_r=0&dousa=log&logmidoku=1&logno=0"_s;
-    QTest::newRow("plain query") << u"/cgi-bin/keyaki.cgi?dousa=log&logmidoku=0&logno=12"_s;
-    QTest::newRow("code page bytes") << u"/a?q=%93%FC%96%E5%95%5C+x%20y%2Fz"_s;
-    QTest::newRow("two question marks") << u"/a?b?c&&d==&"_s;
-    QTest::newRow("empty query") << u"/a?"_s;
-    QTest::newRow("two slashes") << u"/a//b"_s;
+    mdlTable::AddRows<QString>("transfer.json", "SendsTheAddressAsWritten", {"path"});
 }
 
 void tst_NetTransfer::SendsTheAddressAsWritten()
@@ -330,16 +318,7 @@ void tst_NetTransfer::UnknownName()
     QCOMPARE(fetch.States, QList<State>({State::ResolvingHost, State::Error}));
 }
 
-void tst_NetTransfer::NoWebAddress_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("local file") << u"file:///etc/passwd"_s;
-    QTest::newRow("no host") << u"http:///a"_s;
-    QTest::newRow("no scheme") << u"localhost/a"_s;
-    QTest::newRow("script") << u"javascript:alert(1)"_s;
-    QTest::newRow("bad port") << u"http://h:99999999/"_s;
-}
+void tst_NetTransfer::NoWebAddress_data() { mdlTable::AddRows<QString>("transfer.json", "NoWebAddress", {"address"}); }
 
 void tst_NetTransfer::NoWebAddress()
 {

@@ -2,6 +2,7 @@
 // The dialect of expressions, what it refuses, all matches of a text, and that no expression hangs.
 
 #include "platform/regexp/CScan.h"
+#include "tests/support/Table.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -58,74 +59,8 @@ private Q_SLOTS:
 
 void tst_RegexpExpression::Match_data()
 {
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("matches");
-    const auto row = [](const char* What, const QString& Pattern, const QString& Text, const QString& Wanted,
-                        const QString& Letters = {}) { QTest::newRow(What) << Pattern << Letters << Text << Wanted; };
-
-    row("empty expression", u""_s, u"ab"_s, u"0: 1: 2:"_s);
-    row("empty matches among others", u"x*"_s, u"axxb"_s, u"0: 1:xx 3: 4:"_s);
-    row("leftmost, first alternative", u"b|ab|abc"_s, u"abc"_s, u"0:ab"_s);
-    row("alternative of nothing", u"(|a)b"_s, u"ab"_s, u"0:ab[a]"_s);
-    row("lazy forms", u"a+?|b{2,3}?|c??d"_s, u"aabbbcd"_s, u"0:a 1:a 2:bb 5:cd"_s);
-    row("counts", u"a{2}|b{2,}|c{1,2}"_s, u"aaabbbccc"_s, u"0:aa 3:bbb 6:cc 8:c"_s);
-    row("groups", u"(a)(?:b)(c)?"_s, u"abab c abc"_s, u"0:ab[a][-] 2:ab[a][-] 7:abc[a][c]"_s);
-    row("lookahead", u"a(?=b)|b(?!c)"_s, u"abbc"_s, u"0:a 1:b"_s);
-    row("lookahead that starts with an option", u"(?=a?b)ab"_s, u"ab"_s, u"0:ab"_s);
-    row("group in a lookahead", u"(?=(a+))a*b\\1"_s, u"baaabac"_s, u"3:aba[a]"_s);
-    row("repeated lookahead", u"(?=a)*b|(?!b){2}c"_s, u"bc"_s, u"0:b 1:c"_s);
-
-    row("dot takes CR and halves, not LF", u"."_s, u"a\r\n\u2028\U0001F600"_s,
-        u"0:a 1:\r 3:\u2028 4:\xD83D 5:\xDE00"_s);
-    row("ends are those of the text", u"^a|b$"_s, u"a\nab\nb\n"_s, u"0:a"_s);
-    row("ends of lines", u"^.|.$"_s, u"ab\ncd\ref"_s, u"0:a 1:b 3:c 4:d 6:e 7:f"_s, u"m"_s);
-    row("CR LF has an empty line inside", u"^$"_s, u"a\r\nb"_s, u"2:"_s, u"m"_s);
-    row("end before a final line feed", u"a$"_s, u"a\n"_s, u"0:a"_s, u"m"_s);
-    row("word edges are ASCII", u"\\b\\w+\\b"_s, u"漢abé1_表"_s, u"1:ab 4:1_"_s);
-    row("no word edge", u"\\Ba"_s, u"aa 漢a"_s, u"1:a"_s);
-
-    row("digits, words, blanks in ASCII", u"\\d|\\w|\\s"_s, u"１é\u3000\u00A0あ7_\t\v"_s, u"5:7 6:_ 7:\t 8:\v"_s);
-    row("their complements", u"\\D\\W\\S"_s, u"a\u3000b"_s, u"0:a\u3000b"_s);
-    row("control escapes", u"\\f\\n\\r\\t\\v\\cJ\\x41\\u3042\\0"_s, u"\f\n\r\t\v\nAあ"_s + QChar(0),
-        u"0:\f\n\r\t\v\nAあ"_s + QChar(0));
-    row("incomplete codes are letters", u"\\x4\\u30\\c1"_s, u"x4u30c1"_s, u"0:x4u30c1"_s);
-    row("Perl's escapes are letters", u"\\a\\e\\z\\A\\Z\\G\\K\\Q.\\E\\h\\R\\X\\p\\N\\C"_s, u"aezAZGKQ.EhRXpNC"_s,
-        u"0:aezAZGKQ.EhRXpNC"_s);
-    row("escaped signs", u"\\.\\*\\(\\[\\{\\\\\\/\\#\\表"_s, u".*([{\\/#表"_s, u"0:.*([{\\/#表"_s);
-    row("braces that count nothing", u"a{,2}{b}{2,x}{"_s, u"a{,2}{b}{2,x}{"_s, u"0:a{,2}{b}{2,x}{"_s);
-    row("closing signs alone", u"]}a"_s, u"]}a"_s, u"0:]}a"_s);
-    row("no comments, no extended mode", u"a #b"_s, u"a #b"_s, u"0:a #b"_s);
-
-    row("back reference", u"(a|b)\\1"_s, u"abba"_s, u"1:bb[b]"_s);
-    row("group without part is empty", u"(a)?b\\1c"_s, u"bc"_s, u"0:bc[-]"_s);
-    row("forward reference", u"\\2(a)(b)"_s, u"ab"_s, u"0:ab[a][b]"_s);
-    row("ten groups", u"()()()()()()()()()(a)\\10"_s, u"aa"_s, u"0:aa[][][][][][][][][][a]"_s);
-    row("group 1 and a digit", u"(a)\\12"_s, u"aa2"_s, u"0:aa2[a]"_s);
-    row("octal without such a group", u"\\101\\61\\477\\1"_s, u"A1'7\u0001"_s, u"0:A1'7\u0001"_s);
-    row("8 and 9 are digits", u"\\8\\9"_s, u"89"_s, u"0:89"_s);
-    row("parentheses in a class are no groups", u"[(]\\1"_s, u"(\u0001"_s, u"0:(\u0001"_s);
-    row("escaped parenthesis is no group", u"\\(\\1"_s, u"(\u0001"_s, u"0:(\u0001"_s);
-
-    row("class", u"[a-c-][^a-c]"_s, u"-d"_s, u"0:-d"_s);
-    row("hyphens and signs in a class", u"[-a]|[b-]|[.*^$|]"_s, u"-b$x"_s, u"0:- 1:b 2:$"_s);
-    row("bracket and no POSIX name", u"[[:a:]]"_s, u":] a] b]"_s, u"0::] 3:a]"_s);
-    row("escapes in a class", u"[\\b\\]\\\\\\x41\\101-C\\-]"_s, u"\b]\\AC-"_s, u"0:\b 1:] 2:\\ 3:A 4:C 5:-"_s);
-    row("class letter at a range", u"[\\w-.]|[!-\\d]"_s, u"a-.!,7"_s, u"0:a 1:- 2:. 3:! 5:7"_s);
-    row("complements together", u"[\\s\\S]"_s, u"\n"_s, u"0:\n"_s);
-    row("empty class", u"a[]|b[]*|[]?c"_s, u"abc"_s, u"1:b 2:c"_s);
-    row("class of everything", u"[^]{2}[^]*"_s, u"a\nb\r"_s, u"0:a\nb\r"_s);
-    row("negated class of everything", u"a[^\\s\\S]?"_s, u"ab"_s, u"0:a"_s);
-
-    row("case counts", u"abcÉ"_s, u"ABCé"_s, u""_s);
-    row("case", u"aBcé[é-í][^Ａ]"_s, u"AbCÉÍａaBCÉÍb"_s, u"6:aBCÉÍb"_s, u"i"_s);
-    row("case of wide and Greek letters", u"Ａσ"_s, u"ａς"_s, u"0:ａς"_s, u"i"_s);
-    row("nothing folds into ASCII", u"[a-z]|k|s|i"_s, u"\u212A\u017F\u0130\u0131"_s, u""_s, u"i"_s);
-    row("nor ASCII out of it", u"\u212A|\u017F"_s, u"kKsS"_s, u""_s, u"i"_s);
-    row("kana have no case", u"あ|っ|ｱ"_s, u"アつア"_s, u""_s, u"i"_s);
-    row("back reference without case", u"(ab)\\1"_s, u"abAB"_s, u"0:abAB[ab]"_s, u"i"_s);
-    row("half of a pair", u"[\\uDE00-\\uDE0F]"_s, u"\U0001F600"_s, u"1:\xDE00"_s);
+    mdlTable::AddRows<QString, QString, QString, QString>("regexp.json", "Match",
+                                                          {"pattern", "text", "matches", "options"});
 }
 
 void tst_RegexpExpression::Match()
@@ -193,13 +128,7 @@ void tst_RegexpExpression::Refused()
 
 void tst_RegexpExpression::EveryClassUnit_data()
 {
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("members");
-    QTest::newRow("digits") << u"\\d"_s << u"0123456789"_s;
-    QTest::newRow("blanks") << u"\\s"_s << u"\t\n\v\f\r "_s;
-    QTest::newRow("words but letters") << u"[^\\WA-Za-z]"_s << u"0123456789_"_s;
-    QTest::newRow("overlapping ranges") << u"[c-ea-db]"_s << u"abcde"_s;
-    QTest::newRow("not dot") << u"[^\\u0000-\\u0009\\u000b-\\uffff]"_s << u"\n"_s;
+    mdlTable::AddRows<QString, QString>("regexp.json", "EveryClassUnit", {"pattern", "members"});
 }
 
 void tst_RegexpExpression::EveryClassUnit()

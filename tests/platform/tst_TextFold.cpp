@@ -3,6 +3,7 @@
 
 #include "platform/text/CFoldedPattern.h"
 #include "platform/text/Fold.h"
+#include "tests/support/Table.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -46,26 +47,7 @@ std::vector<text::CFoldedSpan> AllMatches(const QString& Text, const QString& So
 
 } // namespace
 
-void tst_TextFold::Fold_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("folded");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("case") << u"AbC"_s << u"abc"_s;
-    QTest::newRow("wide Latin") << u"ＡＢＣａｂｃ１２３！"_s << u"abcabc123!"_s;
-    QTest::newRow("wide blank") << u"a\u3000b"_s << u"a b"_s;
-    QTest::newRow("hiragana") << u"あいがぱゔゝゞ"_s << u"アイガパヴヽヾ"_s;
-    QTest::newRow("half-width kana") << u"ｱｲｳｰｯ｡｢｣､･"_s << u"アイウーッ。「」、・"_s;
-    QTest::newRow("voiced pairs") << u"ｶﾞｷﾞﾄﾞﾊﾞﾎﾟｳﾞ"_s << u"ガギドバポヴ"_s;
-    QTest::newRow("marks that do not go with the letter") << u"ｱﾞｶﾟﾅﾞ"_s << u"ア゛カ゜ナ゛"_s;
-    QTest::newRow("mark behind a wide letter") << u"カﾞ"_s << u"カ゛"_s;
-    QTest::newRow("mark alone and at the end") << u"ﾞ ｶ"_s << u"゛ カ"_s;
-    QTest::newRow("Greek and Cyrillic capitals") << u"ΑЖ"_s << u"αж"_s;
-    QTest::newRow("accents stay") << u"Éé"_s << u"éé"_s;
-    QTest::newRow("compatibility signs stay") << u"①㈱㍻Ⅰ"_s << u"①㈱㍻ⅰ"_s;
-    QTest::newRow("wave dash and minus of other tables") << u"\u301C\uFF5E~\u2212\uFF0D-"_s << u"~~~---"_s;
-    QTest::newRow("kanji and an emoji") << u"表ソ\U0001F600"_s << u"表ソ\U0001F600"_s;
-}
+void tst_TextFold::Fold_data() { mdlTable::AddRows<QString, QString>("text-fold.json", "Fold", {"source", "folded"}); }
 
 void tst_TextFold::Fold()
 {
@@ -81,20 +63,7 @@ void tst_TextFold::Fold()
 
 void tst_TextFold::Different_data()
 {
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("right");
-    QTest::newRow("voiced") << u"か"_s << u"が"_s;
-    QTest::newRow("half-voiced") << u"ハ"_s << u"パ"_s;
-    QTest::newRow("small tsu") << u"つ"_s << u"っ"_s;
-    QTest::newRow("small and big ya") << u"ｬ"_s << u"ﾔ"_s;
-    QTest::newRow("long mark and vowel") << u"カー"_s << u"カア"_s;
-    QTest::newRow("long mark and hyphen") << u"ー"_s << u"-"_s;
-    QTest::newRow("circled one") << u"①"_s << u"1"_s;
-    QTest::newRow("accent") << u"a"_s << u"á"_s;
-    QTest::newRow("trailing blank") << u"a"_s << u"a "_s;
-    QTest::newRow("kanji variants") << u"高"_s << u"髙"_s;
-    QTest::newRow("prefix") << u"あい"_s << u"あ"_s;
-    QTest::newRow("against nothing") << QString() << u"あ"_s;
+    mdlTable::AddRows<QString, QString>("text-fold.json", "Different", {"left", "right"});
 }
 
 void tst_TextFold::Different()

@@ -2,6 +2,7 @@
 // Numbers and booleans out of text.
 
 #include "platform/text/Number.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -32,38 +33,7 @@ private Q_SLOTS:
 
 void tst_TextNumber::Double_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("value");
-    const auto row = [](const QString& Text, double Value) { QTest::newRow(qPrintable(Text)) << Text << Value; };
-    row(u"5"_s, 5);
-    row(u"-5"_s, -5);
-    row(u"- 5"_s, -5);
-    row(u"5-"_s, -5);
-    row(u"+5"_s, 5);
-    row(u"(5)"_s, -5);
-    row(u"( 1,000.5 )"_s, -1000.5);
-    row(u" \t\r\n\v\f\u00A05\u3000"_s, 5);
-    row(u"\\1,200"_s, 1200);
-    row(u"￥1,200"_s, 1200);
-    row(u"-\\5"_s, -5);
-    row(u"\\-5"_s, -5);
-    row(u"1,2,3"_s, 123);
-    row(u"1,"_s, 1);
-    row(u"5."_s, 5);
-    row(u".5"_s, 0.5);
-    row(u"1e3"_s, 1000);
-    row(u"1E+3"_s, 1000);
-    row(u"1d3"_s, 1000);
-    row(u"1.5D-1"_s, 0.15);
-    row(u"&H10"_s, 16);
-    row(u"&hff"_s, 255);
-    row(u"&O17"_s, 15);
-    row(u"&HFFFF"_s, 65535);
-    row(u"&HFFFFFFFF"_s, -1);
-    row(u"１２３"_s, 123);
-    row(u"－１．５"_s, -1.5);
-    row(u"1e-400"_s, 0);
-    row(u"0e999999999999999999999"_s, 0);
+    mdlTable::AddRows<QString, double>("text-number.json", "Double", {"text", "value"});
     QTest::newRow("many digits, small exponent") << u"1"_s + QString(400, u'0') + u"e-400"_s << 1.0;
     QTest::newRow("many zeros behind the point") << u"0."_s + QString(400, u'0') + u"1"_s << 0.0;
 }
@@ -79,17 +49,7 @@ void tst_TextNumber::Double()
     QVERIFY(text::HasNumberForm(text));
 }
 
-void tst_TextNumber::NoNumber_data()
-{
-    QTest::addColumn<QString>("text");
-    for (const QString& text :
-         {u""_s,     u"   "_s,   u"abc"_s,        u"."_s,     u"-"_s,     u",1"_s,    u"1.2.3"_s, u"1.5,0"_s, u"1 2"_s,
-          u"0x10"_s, u"10%"_s,   u"1e"_s,         u"1e+"_s,   u"1 e3"_s,  u"--5"_s,   u"-5-"_s,   u"(5"_s,    u"5)"_s,
-          u"(-5)"_s, u"\\\\5"_s, u"5\\"_s,        u"&H"_s,    u"&HG"_s,   u"-&H10"_s, u"&H1.5"_s, u"&O8"_s,   u"十二"_s,
-          u"①"_s,    u"True"_s,  u"2002/01/15"_s, u"12:34"_s, u"1e3.5"_s, u"()"_s,    u"nan"_s,   u"inf"_s,   u"5円"_s})
-        QTest::newRow(qPrintable(text)) << text;
-    QTest::newRow("NUL") << QString(u"1\0"_s);
-}
+void tst_TextNumber::NoNumber_data() { mdlTable::AddRows<QString>("text-number.json", "NoNumber", {"text"}); }
 
 void tst_TextNumber::NoNumber()
 {
@@ -102,13 +62,9 @@ void tst_TextNumber::NoNumber()
 
 void tst_TextNumber::TooLarge_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("exponent") << u"1e400"_s;
-    QTest::newRow("negative") << u"-1e400"_s;
-    QTest::newRow("exponent beyond all") << u"1e99999999999999999999"_s;
+    mdlTable::AddRows<QString>("text-number.json", "TooLarge", {"text"});
     QTest::newRow("digits") << u"1"_s + QString(400, u'0');
     QTest::newRow("digits behind zeros") << u"000"_s + QString(400, u'9') + u"e-1"_s;
-    QTest::newRow("hexadecimal") << u"&H1FFFFFFFF"_s;
     QTest::newRow("long hexadecimal") << u"&H"_s + QString(100, u'F');
 }
 
@@ -121,24 +77,8 @@ void tst_TextNumber::TooLarge()
 
 void tst_TextNumber::Long_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isLong");
-    QTest::addColumn<qint32>("value");
-    const auto row = [](const QString& Text, bool IsLong, qint32 Value) {
-        QTest::newRow(qPrintable(Text)) << Text << IsLong << Value;
-    };
-    row(u"0.5"_s, true, 0);
-    row(u"1.5"_s, true, 2);
-    row(u"2.5"_s, true, 2);
-    row(u"3.5"_s, true, 4);
-    row(u"-1.5"_s, true, -2);
-    row(u"-2.5"_s, true, -2);
-    row(u"2147483647.4"_s, true, 2147483647);
-    row(u"2147483647.5"_s, false, 0);
-    row(u"2147483648"_s, false, 0);
-    row(u"-2147483648"_s, true, -2147483647 - 1);
-    row(u"-2147483649"_s, false, 0);
-    row(u"1e400"_s, false, 0);
+    mdlTable::AddRows<QString, bool, qint32>("text-number.json", "Long", {"text", "isLong", "value"});
+    QTest::newRow("least") << u"-2147483648"_s << true << std::numeric_limits<qint32>::min();
 }
 
 void tst_TextNumber::Long()
@@ -168,20 +108,8 @@ void tst_TextNumber::Single()
 
 void tst_TextNumber::Boolean_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("wanted"); // -1: none
-    const auto row = [](const QString& Text, int Wanted) { QTest::newRow(qPrintable(Text)) << Text << Wanted; };
-    row(u"True"_s, 1);
-    row(u"true"_s, 1);
-    row(u"FALSE"_s, 0);
-    row(u"#TRUE#"_s, 1);
-    row(u"#FALSE#"_s, 0);
-    row(u"#true#"_s, -1);
-    row(u"0"_s, 0);
-    row(u"0.1"_s, 1);
-    row(u"-1"_s, 1);
-    row(u"yes"_s, -1);
-    row(u""_s, -1);
+    // wanted: -1: none
+    mdlTable::AddRows<QString, int>("text-number.json", "Boolean", {"text", "wanted"});
 }
 
 void tst_TextNumber::Boolean()
@@ -194,34 +122,8 @@ void tst_TextNumber::Boolean()
 
 void tst_TextNumber::Val_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("value");
-    const auto row = [](const QString& Text, double Value) { QTest::newRow(qPrintable(Text)) << Text << Value; };
-    row(u" 1 2x"_s, 12);
-    row(u"1,234"_s, 1);
-    row(u"-2,3"_s, -2);
-    row(u"abc"_s, 0);
-    row(u""_s, 0);
-    row(u"24 and 57"_s, 24);
-    row(u"12 34th"_s, 1234);
-    row(u"1\t2\n3"_s, 123);
-    row(u"1.5.7"_s, 1.5);
-    row(u".5"_s, 0.5);
-    row(u"."_s, 0);
-    row(u"-"_s, 0);
-    row(u"-7"_s, -7);
-    row(u"1e3"_s, 1000);
-    row(u"1e"_s, 1);
-    row(u"1e+"_s, 1);
-    row(u"1d-1"_s, 0.1);
-    row(u"&HFFFF"_s, -1);
-    row(u"&HFFFF&"_s, 65535);
-    row(u"&H10000"_s, 65536);
-    row(u"&HFFFFFFFF"_s, -1);
-    row(u"&O17"_s, 15);
-    row(u"&Hxyz"_s, 0);
-    row(u"１２"_s, 0);
-    row(u"1e999"_s, HUGE_VAL);
+    mdlTable::AddRows<QString, double>("text-number.json", "Val", {"text", "value"});
+    QTest::newRow("too large") << u"1e999"_s << HUGE_VAL;
 }
 
 void tst_TextNumber::Val()

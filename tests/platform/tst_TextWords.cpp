@@ -2,6 +2,7 @@
 // The word around a place, in Japanese and in anything else that stands in a message.
 
 #include "platform/text/Words.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -19,20 +20,9 @@ private Q_SLOTS:
 
 void tst_TextWords::WordAt_data()
 {
-    QTest::addColumn<QString>("text"); // "|" stands before the unit asked for
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("kanji, first") << u"|掲示板に書く"_s << u"掲示板"_s;
-    QTest::newRow("kanji, last") << u"掲示|板に書く"_s << u"掲示板"_s;
-    QTest::newRow("particle") << u"掲示板|に書く"_s << u"に"_s;
-    QTest::newRow("katakana") << u"新しいプロ|グラムだ"_s << u"プログラム"_s;
-    QTest::newRow("Latin") << u"Visual Ba|sic。"_s << u"Basic"_s;
-    QTest::newRow("apostrophe") << u"isn|'t it"_s << u"isn't"_s;
-    QTest::newRow("number") << u"計12|34円"_s << u"1234"_s;
-    QTest::newRow("blank") << u"a| b"_s << u" "_s;
-    QTest::newRow("sign") << u"終り|。次"_s << u"。"_s;
+    // "|" stands before the unit asked for
+    mdlTable::AddRows<QString, QString>("text-words.json", "WordAt", {"text", "wanted"});
     QTest::newRow("second half of a pair") << u"a "_s + QChar(0xd840) + u'|' + QChar(0xdc0b) + u'b' << u"\U0002000B"_s;
-    QTest::newRow("end") << u"abc|"_s << QString();
-    QTest::newRow("nothing") << u"|"_s << QString();
 }
 
 void tst_TextWords::WordAt()
