@@ -3,6 +3,7 @@
 
 #include "platform/text/Codepage932.h"
 #include "tests/board/CBoardFixture.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -64,21 +65,7 @@ private Q_SLOTS:
 
 void tst_CBBSProperty::Reading_data()
 {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QByteArray>("cookie");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("none, ordinary") << -1 << QByteArray() << u"||||20|0|0|0|30"_s;
-    QTest::newRow("none, left") << 0 << QByteArray() << u"||||30|0|0|0|50"_s;
-    QTest::newRow("none, right") << 1 << QByteArray() << u"||||30|0|0|0|50"_s;
-    QTest::newRow("full") << -1 << QByteArray("a,b,c,d,40,1,1,123,60") << u"a|b|c|d|40|1|1|123|60"_s;
-    QTest::newRow("left of ten") << 0 << QByteArray("a,b,c,d,40,1,1,123,60,456") << u"a|b|c|d|40|1|1|123|60"_s;
-    QTest::newRow("right of ten") << 1 << QByteArray("a,b,c,d,40,1,1,123,60,456") << u"a|b|c|d|40|1|1|456|60"_s;
-    QTest::newRow("right of nine") << 1 << QByteArray("a,b,c,d,40,1,1,123,60") << u"a|b|c|d|40|1|1|0|60"_s;
-    QTest::newRow("too few") << -1 << QByteArray("a,b") << u"a|b|||20|0|0|0|30"_s;
-    QTest::newRow("words for numbers") << -1 << QByteArray("a,b,c,d,many,x,y,z,lots") << u"a|b|c|d|20|0|0|0|30"_s;
-    QTest::newRow("number out of range") << -1 << QByteArray(",,,,,,,99999999999,") << u"||||20|0|0|0|30"_s;
-    QTest::newRow("download count 0") << -1 << QByteArray(",,,,,,,5,0") << u"||||20|0|0|5|30"_s;
-    QTest::newRow("download count below 0") << 0 << QByteArray(",,,,,,,5,-3,") << u"||||30|0|0|5|50"_s;
+    mdlTable::AddRows<int, QByteArray, QString>("board-property.json", "Reading", {"kind", "cookie", "wanted"});
     QTest::newRow("code page 932") << -1 << text::To932(u"能登ソ①,,,,,,,,") << u"能登ソ①||||20|0|0|0|30"_s;
 }
 
@@ -94,18 +81,8 @@ void tst_CBBSProperty::Reading()
 
 void tst_CBBSProperty::Writing_data()
 {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("named");
-    QTest::addColumn<QByteArray>("positioned");
-    QTest::newRow("none, ordinary") << -1 << QByteArray() << QByteArray("sora,,,,20,,,0,30") << QByteArray("sora,,,,20,,,250,30");
-    QTest::newRow("none, left") << 0 << QByteArray() << QByteArray("sora,,,,30,,,0,50,0") << QByteArray("sora,,,,30,,,250,50,0");
-    QTest::newRow("none, right") << 1 << QByteArray() << QByteArray("sora,,,,30,,,0,50,0") << QByteArray("sora,,,,30,,,0,50,250");
-    QTest::newRow("nine on the right") << 1 << QByteArray("a,b,c,d,1,1,1,7,8") << QByteArray("sora,b,c,d,1,1,1,7,8,")
-                                       << QByteArray("sora,b,c,d,1,1,1,7,8,250");
-    QTest::newRow("more than is known") << 0 << QByteArray("a,b,c,d,1,1,1,7,8,9,x,y") << QByteArray("sora,b,c,d,1,1,1,7,8,9,x,y")
-                                        << QByteArray("sora,b,c,d,1,1,1,250,8,9,x,y");
-    QTest::newRow("too few") << -1 << QByteArray("a,b") << QByteArray("sora,b,,,,,,,") << QByteArray("sora,b,,,,,,250,");
+    mdlTable::AddRows<int, QByteArray, QByteArray, QByteArray>("board-property.json", "Writing",
+                                                               {"kind", "before", "named", "positioned"});
 }
 
 void tst_CBBSProperty::Writing()

@@ -2,6 +2,7 @@
 // Queries of the user and the viewer: kinds, counts, parameters, and rows as messages.
 
 #include "tests/board/CBoardFixture.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -46,24 +47,7 @@ private Q_SLOTS:
 
 void tst_ExecSQL::Kinds_data()
 {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("type");
-    QTest::newRow("all columns") << u"SELECT * FROM Message WHERE Read = False"_s << 0 << 3 << 0;
-    QTest::newRow("no rows") << u"SELECT * FROM Message WHERE ID > 99"_s << 0 << 0 << 0;
-    QTest::newRow("the columns by name")
-        << u"SELECT BBS_ID, ID, Read, Subject, HomePage, Mail, PostName, PostDate, InReplyTo, Body, RootThread, Mark FROM Message"_s
-        << 0 << 5 << 0;
-    QTest::newRow("other order")
-        << u"SELECT ID, BBS_ID, Read, Subject, HomePage, Mail, PostName, PostDate, InReplyTo, Body, RootThread, Mark FROM Message"_s
-        << 0 << 5 << 1;
-    QTest::newRow("two columns") << u"SELECT ID, Subject FROM Message"_s << 0 << 5 << 1;
-    QTest::newRow("one more column") << u"SELECT *, 1 AS x FROM Message"_s << 0 << 5 << 1;
-    QTest::newRow("counted") << u"SELECT Count(*) AS 件数 FROM Message"_s << 0 << 1 << 1;
-    QTest::newRow("update") << u"UPDATE Message SET Read = True WHERE Read = False"_s << 48 << 3 << -1;
-    QTest::newRow("delete") << u"DELETE FROM Message WHERE ID < 3"_s << 32 << 2 << -1;
-    QTest::newRow("append") << u"INSERT INTO Mark VALUES(9, 'x', 0, 0)"_s << 64 << 1 << -1;
+    mdlTable::AddRows<QString, int, int, int>("board-queries.json", "Kinds", {"sql", "kind", "count", "type"});
 }
 
 void tst_ExecSQL::Kinds()

@@ -7,6 +7,7 @@
 #include "platform/text/DateTime.h"
 #include "tests/board/CBoardFixture.h"
 #include "tests/board/Records.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -83,14 +84,7 @@ void tst_MessageStore::Statement()
 
 void tst_MessageStore::StatementOfOddTexts_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("apostrophe") << u"it's"_s << u"'it''s'"_s;
-    QTest::newRow("only one") << u"'"_s << u"''''"_s;
-    QTest::newRow("bar") << u"a|b"_s << u"'a' & Chr(124) & 'b'"_s;
-    QTest::newRow("bars at both ends") << u"|a|"_s << u"'' & Chr(124) & 'a' & Chr(124) & ''"_s;
-    QTest::newRow("both") << u"'|'"_s << u"'''' & Chr(124) & ''''"_s;
-    QTest::newRow("neither") << u"\"#[]\r\n"_s << u"'\"#[]\r\n'"_s;
+    mdlTable::AddRows<QString, QString>("message-store.json", "StatementOfOddTexts", {"text", "wanted"});
 }
 
 void tst_MessageStore::StatementOfOddTexts()
@@ -120,14 +114,7 @@ void tst_MessageStore::TwiceIsOnce()
 
 void tst_MessageStore::WhatGoesInComesOut_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("apostrophes") << u"it's ''quoted''"_s;
-    QTest::newRow("bars") << u"|a||b|"_s;
-    QTest::newRow("looks like an expression") << u"' & Chr(65) & '"_s;
-    QTest::newRow("awkward characters") << u"ソ表①ｶﾞ〜～\\\"[x]#2002/01/01#?*%"_s;
-    QTest::newRow("nul inside") << u"a"_s + QChar(u'\0') + u"b"_s;
-    QTest::newRow("line ends") << u"a\r\n\r\nb\r"_s;
-    QTest::newRow("surrogate pair") << u"😀"_s;
+    mdlTable::AddRows<QString>("message-store.json", "WhatGoesInComesOut", {"text"});
     QTest::newRow("255 characters") << QString(255, u'あ');
 }
 

@@ -7,6 +7,7 @@
 #include "tests/board/CBoardFixture.h"
 #include "tests/board/Records.h"
 #include "tests/support/CLoopServer.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 #include <QTimer>
@@ -123,15 +124,7 @@ void tst_Receive::StagesAreTold()
 
 void tst_Receive::PagesAreAskedFor_data()
 {
-    QTest::addColumn<int>("maxCount");
-    QTest::addColumn<int>("downloadCount");
-    QTest::addColumn<int>("wanted");
-    QTest::newRow("even") << 6 << 2 << 3;
-    QTest::newRow("rest") << 7 << 2 << 4;
-    QTest::newRow("less than a page") << 1 << 2 << 1;
-    QTest::newRow("board keeps none") << 0 << 2 << 1;
-    QTest::newRow("a page is never full") << 100 << 3 << 1;
-    QTest::newRow("download count 0 reads as 30") << 100 << 0 << 1;
+    mdlTable::AddRows<int, int, int>("receive.json", "PagesAreAskedFor", {"maxCount", "downloadCount", "wanted"});
 }
 
 /// Every page holds two records, the second of them broken.
@@ -287,16 +280,8 @@ void tst_Receive::SilenceTimesOut()
 
 void tst_Receive::CancelAt_data()
 {
-    QTest::addColumn<QString>("stage");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<int>("pages");
-    QTest::newRow("resolving") << u"logno=0 を探しています"_s << QString() << 0;
-    QTest::newRow("connecting") << u"に接続中です"_s << QString() << -1; // the request may or may not have left
-    QTest::newRow("second request") << u"2番目のログを要求しています"_s << u"2:2 3:3"_s << -1;
-    QTest::newRow("bytes") << u"バイト受信しました"_s << QString() << 1;
-    QTest::newRow("first record") << u"0件目を解析中"_s << u"2:2"_s << 1;
-    QTest::newRow("last record") << u"1件目を解析中"_s << u"2:2 3:3"_s << 1;
-    QTest::newRow("after the block") << u"スレッド情報の更新を終了しました"_s << u"2:2 3:3"_s << 1;
+    // pages: -1 where the request may or may not have left
+    mdlTable::AddRows<QString, QString, int>("receive.json", "CancelAt", {"stage", "stored", "pages"});
 }
 
 void tst_Receive::CancelAt()

@@ -3,6 +3,7 @@
 
 #include "board/CThreadLinker.h"
 #include "tests/board/CBoardFixture.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -67,28 +68,7 @@ private Q_SLOTS:
 
 void tst_ThreadLinks::Cases_data()
 {
-    QTest::addColumn<QString>("passes");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("alone") << u"5"_s << u"5:5"_s;
-    QTest::newRow("answer in the same pass") << u"10 11>10"_s << u"10:10 11:10"_s;
-    QTest::newRow("chain") << u"1 2>1 3>2 4>3"_s << u"1:1 2:1 3:1 4:1"_s;
-    QTest::newRow("answer to a linked one") << u"2 5>2/7>5"_s << u"2:2 5:2 7:2"_s;
-    QTest::newRow("unknown parent") << u"7>999"_s << u"7:7"_s;
-    QTest::newRow("answer to a later one in the same pass") << u"10>11 11"_s << u"10:11 11:11"_s;
-    QTest::newRow("up and down") << u"10>12 11>10 12>5 5"_s << u"5:5 10:5 11:5 12:5"_s;
-    QTest::newRow("itself") << u"4>4 5>4"_s << u"4:4 5:4"_s;
-    QTest::newRow("ring of two") << u"10>11 11>10"_s << u"10:10 11:10"_s;
-    QTest::newRow("ring of three with a tail") << u"20>22 21>20 22>21 23>21 19>23"_s << u"19:20 20:20 21:20 22:20 23:20"_s;
-    QTest::newRow("parent comes later") << u"7>5 8>7 9>8/5"_s << u"5:5 7:5 8:5 9:5"_s;
-    QTest::newRow("parent comes later with its own parent") << u"1/7>5 8>7/5>1"_s << u"1:1 5:1 7:1 8:1"_s;
-    QTest::newRow("two gaps are filled at once") << u"30>20 31>30/20>10 21>20/10 9"_s << u"9:9 10:10 20:10 21:10 30:10 31:10"_s;
-    QTest::newRow("gaps filled from below") << u"30>20 20>10/10>5/5"_s << u"5:5 10:5 20:5 30:5"_s;
-    QTest::newRow("many children of a late parent") << u"6>5 7>5 8>7/5"_s << u"5:5 6:5 7:5 8:5"_s;
-    QTest::newRow("ring closed by the later pass") << u"11>10 12>11/10>12"_s << u"10:10 11:10 12:10"_s;
-    QTest::newRow("ring closed, higher ones first") << u"11>10/10>11"_s << u"10:10 11:10"_s;
-    QTest::newRow("ring of two threads") << u"11>20 12>11 21>10 22>21/10>12 20>22"_s << u"10:10 11:10 12:10 20:10 21:10 22:10"_s;
-    QTest::newRow("nothing new") << u"1 2>1//"_s << u"1:1 2:1"_s;
-    QTest::newRow("answers a number below 0") << u"3>-3"_s << u"3:3"_s;
+    mdlTable::AddRows<QString, QString>("thread-links.json", "Cases", {"passes", "wanted"});
 }
 
 void tst_ThreadLinks::Cases()

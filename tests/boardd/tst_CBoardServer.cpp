@@ -4,6 +4,7 @@
 #include "boardd/CBoardServer.h"
 
 #include "platform/text/Codepage932.h"
+#include "tests/support/Table.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -306,31 +307,8 @@ void tst_CBoardServer::PageOfABoard()
 
 void tst_CBoardServer::Refusals_data()
 {
-    QTest::addColumn<QByteArray>("target");
-    QTest::addColumn<QString>("wanted"); // the error line; "404" for a plain missing page
-    const QString badLog = u"パラメーターが正しくありません:logmidoku は 0 か 1、logno は 0 以上の数です。"_s;
-    const QString badSide = u"パラメーターが正しくありません:左右の指定（l_or_r）は 0 か 1 です。"_s;
-    const QString noNumber = u"指定されたメッセージはありません:番号が違うか、もう流れてしまったようです。"_s;
-    const QByteArray script = "/cgi-bin/keyaki.cgi";
-    QTest::newRow("unknown action") << script + "?dousa=dance" << u"パラメーターが正しくありません:そのような動作（dousa）はありません。"_s;
-    QTest::newRow("page below 0") << script + "?dousa=log&logmidoku=1&logno=-1" << badLog;
-    QTest::newRow("page is a word") << script + "?dousa=log&logmidoku=1&logno=one" << badLog;
-    QTest::newRow("page too large") << script + "?dousa=log&logmidoku=1&logno=99999999999999999999" << badLog;
-    QTest::newRow("no page") << script + "?dousa=log&logmidoku=1" << badLog;
-    QTest::newRow("no kind") << script + "?dousa=log&logno=0" << badLog;
-    QTest::newRow("third kind") << script + "?dousa=log&logmidoku=2&logno=0" << badLog;
-    QTest::newRow("NUL in a number") << script + "?dousa=log&logmidoku=1&logno=0%00" << badLog;
-    QTest::newRow("third side") << QByteArray("/cgi-bin/yanagi.cgi?l_or_r=2") << badSide;
-    QTest::newRow("side is a word") << QByteArray("/cgi-bin/yanagi.cgi?l_or_r=left&dousa=sinki") << badSide;
-    QTest::newRow("answer to nothing") << script + "?dousa=res" << noNumber;
-    QTest::newRow("answer to 0") << script + "?dousa=res&resno=0" << noNumber;
-    QTest::newRow("answer to a missing one") << script + "?dousa=res&resno=99999999" << noNumber;
-    QTest::newRow("thread of a missing one") << script + "?dousa=thread&no=99999999" << noNumber;
-    QTest::newRow("side for a board") << QByteArray("/cgi-bin/lyanagi.cgi") << u"404"_s;
-    QTest::newRow("no board") << QByteArray("/cgi-bin/matsuri.cgi") << u"404"_s;
-    QTest::newRow("outside") << QByteArray("/cgi-bin/../../etc/passwd") << u"404"_s;
-    QTest::newRow("escaped outside") << QByteArray("/kakolog/%2e%2e%2fposts.dat") << u"404"_s;
-    QTest::newRow("NUL in the path") << QByteArray("/howto/keyaki.html%00") << u"404"_s;
+    // wanted: the error line; "404" for a plain missing page
+    mdlTable::AddRows<QByteArray, QString>("board-server.json", "Refusals", {"target", "wanted"});
 }
 
 void tst_CBoardServer::Refusals()

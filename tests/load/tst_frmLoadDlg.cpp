@@ -8,6 +8,7 @@
 #include "tests/board/CBoardFixture.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "tests/support/CLoopServer.h"
+#include "tests/support/Table.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -143,18 +144,8 @@ void tst_frmLoadDlg::OpensForARun()
 
 void tst_frmLoadDlg::InfoLines_data()
 {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<bool>("addLog");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<QString>("log");
-    QTest::newRow("first") << QString() << 1 << u"a"_s << true << u"a"_s << u"a\n"_s;
-    QTest::newRow("beyond the end") << u"a\r\nb"_s << 4 << u"d"_s << true << u"a\r\nb\r\n\r\nd"_s << u"d\n"_s;
-    QTest::newRow("replaced") << u"a\r\nb"_s << 1 << u"x"_s << false << u"x\r\nb"_s << QString();
-    QTest::newRow("0 is the last") << u"a\r\nb"_s << 0 << u"x"_s << false << u"a\r\nx"_s << QString();
-    QTest::newRow("empty message is not logged") << u"a\r\nb"_s << 2 << QString() << true << u"a\r\n"_s << QString();
-    QTest::newRow("markup is text") << QString() << 1 << u"<b>x</b>"_s << true << u"<b>x</b>"_s << u"<b>x</b>\n"_s;
+    mdlTable::AddRows<QString, int, QString, bool, QString, QString>(
+        "load-dialog.json", "InfoLines", {"before", "line", "message", "addLog", "after", "log"});
 }
 
 void tst_frmLoadDlg::InfoLines()
