@@ -6,6 +6,7 @@
 #include "app/Path.h"
 #include "app/Shell.h"
 #include "platform/text/DateTime.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,19 +53,8 @@ private Q_SLOTS:
 
 void tst_CFile::Parts_data()
 {
-    QTest::addColumn<QString>("full");
-    QTest::addColumn<QStringList>("wanted"); // drive, path, name, name without extension, extension
-    const auto row = [](const QString& Full, const QStringList& Wanted) {
-        QTest::newRow(qPrintable(Full)) << Full << Wanted;
-    };
-    row(u"C:\\data\\log.mdb"_s, {u"C:"_s, u"C:\\data\\"_s, u"log.mdb"_s, u"log"_s, u".mdb"_s});
-    row(u"C:\\data\\README"_s, {u"C:"_s, u"C:\\data\\"_s, u"README"_s, u"README"_s, u""_s});
-    row(u"C:\\data\\"_s, {u"C:"_s, u"C:\\data\\"_s, u""_s, u""_s, u""_s});
-    row(u"/no.where/x.tar.gz"_s, {u"/n"_s, u"/no.where/"_s, u"x.tar.gz"_s, u"x.tar"_s, u".gz"_s});
-    row(u"/mixed\\a/b\\c.d"_s, {u"/m"_s, u"/mixed\\a/b\\"_s, u"c.d"_s, u"c"_s, u".d"_s});
-    row(u"nofolder.txt"_s, {u"no"_s, u""_s, u"nofolder.txt"_s, u"nofolder"_s, u".txt"_s});
-    row(u"C:\\表\\ソ."_s, {u"C:"_s, u"C:\\表\\"_s, u"ソ."_s, u"ソ"_s, u"."_s});
-    row(u""_s, {u""_s, u""_s, u""_s, u""_s, u""_s});
+    // wanted: drive, path, name, name without extension, extension
+    mdlTable::AddRows<QString, QStringList>("file-names.json", "Parts", {"full", "wanted"});
 }
 
 void tst_CFile::Parts()
@@ -77,16 +67,8 @@ void tst_CFile::Parts()
 
 void tst_CFile::SetParts_data()
 {
-    QTest::addColumn<QString>("part");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("wanted"); // from C:\data\log.mdb
-    QTest::newRow("drive") << u"Drive"_s << u"D:"_s << u"D:\\data\\log.mdb"_s;
-    QTest::newRow("no drive") << u"Drive"_s << u""_s << u"C:\\data\\log.mdb"_s;
-    QTest::newRow("path") << u"Path"_s << u"E:\\x\\"_s << u"E:\\x\\log.mdb"_s;
-    QTest::newRow("name") << u"Name"_s << u"a.b"_s << u"C:\\data\\a.b"_s;
-    QTest::newRow("name without extension") << u"NameNotExt"_s << u"old"_s << u"C:\\data\\old.mdb"_s;
-    QTest::newRow("extension") << u"Ext"_s << u"bak"_s << u"C:\\data\\log.bak"_s;
-    QTest::newRow("no extension") << u"Ext"_s << u""_s << u"C:\\data\\log"_s;
+    // wanted: from C:\data\log.mdb
+    mdlTable::AddRows<QString, QString, QString>("file-names.json", "SetParts", {"part", "value", "wanted"});
 }
 
 void tst_CFile::SetParts()
@@ -243,17 +225,7 @@ void tst_CFile::BackslashesFindFolders()
 
 void tst_CFile::AddBackslash_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("drive") << u"D:\\data"_s << u"D:\\data\\"_s;
-    QTest::newRow("drive alone") << u"D:"_s << u"D:\\"_s;
-    QTest::newRow("drive with slashes") << u"D:/data"_s << u"D:/data\\"_s;
-    QTest::newRow("there already") << u"D:\\data\\"_s << u"D:\\data\\"_s;
-    QTest::newRow("home") << u"/home/u/cache"_s << u"/home/u/cache/"_s;
-    QTest::newRow("root") << u"/"_s << u"/"_s;
-    QTest::newRow("mixed") << u"/home\\cache"_s << u"/home\\cache\\"_s;
-    QTest::newRow("name") << u"cache"_s << u"cache/"_s;
-    QTest::newRow("empty") << QString() << QString();
+    mdlTable::AddRows<QString, QString>("file-names.json", "AddBackslash", {"path", "wanted"});
 }
 
 void tst_CFile::AddBackslash()

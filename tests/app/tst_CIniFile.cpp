@@ -3,6 +3,7 @@
 
 #include "app/CIniFile.h"
 #include "tests/support/CFileSizeLimit.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -98,31 +99,8 @@ void tst_CIniFile::MissingFile()
 
 void tst_CIniFile::Reading_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("wanted"); // "key=value" of [A] in order
-    const auto row = [](const char* Name, const QByteArray& Bytes, const QStringList& Wanted) {
-        QTest::newRow(Name) << Bytes << Wanted;
-    };
-    row("line ends of all kinds", "[A]\r\na=1\nb=2\rc=3", {u"a=1"_s, u"b=2"_s, u"c=3"_s});
-    row("blanks around names and values", " [ A ] \n\t a \t= 1 2 \v\f\x1A\n", {u"a=1 2"_s});
-    row("first sign splits", "[A]\na=b=c\n", {u"a=b=c"_s});
-    row("empty value", "[A]\na=\n", {u"a="_s});
-    row("comments and blank lines", "[A]\n;a=1\n\n   \n ; b\nc=1;2 #3\n", {u"c=1;2 #3"_s});
-    row("lines before the first section", "a=1\n[A]\nb=2\n", {u"b=2"_s});
-    row("later duplicate wins and moves", "[A]\na=1\nb=2\nA=3\n", {u"b=2"_s, u"A=3"_s});
-    row("line without a sign", "[A]\njust text\nb=2\n", {u"b=2"_s});
-    row("second section of that name", "[A]\na=1\n[B]\nx=1\n[a]\nb=2\n", {u"a=1"_s});
-    row("quotes stay", "[A]\na=\"  x  \"\n", {u"a=\"  x  \""_s});
-    row("heading up to the last bracket", "[X]]\nq=1\n[A] ; and more\na=1\n", {u"a=1"_s});
-    row("heading without its end", "[A]\na=1\n[B\nb=2\n", {u"a=1"_s, u"b=2"_s});
-    row("NUL ends a line", QByteArray("[A]\0a=1\0b=2\n", 12), {u"a=1"_s, u"b=2"_s});
-    row("Japanese", QByteArray::fromHex("5B415D0A") + "\x83\x5C=\x95\x5C\n", {u"ソ=表"_s});
-    row("lead byte before the line end", "[A]\na=\x82\nb=2\n", {u"a=・"_s, u"b=2"_s});
-    row("UTF-8 with its mark", "\xEF\xBB\xBF[A]\na=\xE3\x81\x82\n", {u"a=あ"_s});
-    row("UTF-16 with its mark", QByteArray::fromHex("FFFE5B0041005D000A00610041003D0042300D000A00"), {u"aA=あ"_s});
-    row("UTF-16, half a unit at the end", QByteArray::fromHex("FFFE5B0041005D000A0061003D00310033"), {u"a=1"_s});
-    row("empty section", "[A]\n[B]\nb=1\n", {});
-    row("nothing", "", {});
+    // wanted: "key=value" of [A] in order
+    mdlTable::AddRows<QByteArray, QStringList>("ini-file.json", "Reading", {"bytes", "wanted"});
 }
 
 void tst_CIniFile::Reading()
@@ -139,14 +117,11 @@ void tst_CIniFile::Reading()
 
 void tst_CIniFile::SectionNames_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("wanted");
-    QTest::newRow("order of the file") << QByteArray("[b]\n[A]\nx=1\n[c]") << QStringList({u"b"_s, u"A"_s, u"c"_s});
+    mdlTable::AddRows<QByteArray, QStringList>("ini-file.json", "SectionNames", {"bytes", "wanted"});
     QTest::newRow("blank names are none") << QByteArray("[]\na=1\n[ ]\n[A]\n") << QStringList(u"A"_s);
     QTest::newRow("one of two") << QByteArray("[A]\n[a]\n") << QStringList(u"A"_s);
     QTest::newRow("letters with a bracket as second byte")
         << QByteArray("[\x83\x5D\x83\x5B]\n") << QStringList(u"ゾゼ"_s);
-    QTest::newRow("only junk") << QByteArray("\xFF\xFE\xFF") << QStringList();
 }
 
 void tst_CIniFile::SectionNames()
@@ -293,30 +268,7 @@ void tst_CIniFile::Checks()
 /// Section [B] is saved with the one entry "x=9".
 void tst_CIniFile::Saving_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char* Name, const QByteArray& Before, const QByteArray& After) {
-        QTest::newRow(Name) << Before << After;
-    };
-    row("new file", "", "[B]\r\nx=9\r\n");
-    row("at the end", "[A]\r\na=1\r\n", "[A]\r\na=1\r\n[B]\r\nx=9\r\n");
-    row("missing last line end", "[A]\r\na=1", "[A]\r\na=1\r\n[B]\r\nx=9\r\n");
-    row("in its place", "[A]\r\na=1\r\n[B]\r\nb=1\r\n; gone\r\njunk\r\n[C]\r\nc=1\r\n",
-        "[A]\r\na=1\r\n[B]\r\nx=9\r\n[C]\r\nc=1\r\n");
-    row("the others byte for byte", " [A]  \n; \x83\x5C\x82\r\n\x82 = junk \xFF\r\r\n\r\n[b]\nold=1",
-        " [A]  \n; \x83\x5C\x82\r\n\x82 = junk \xFF\r\r\n\r\n[b]\nx=9\r\n");
-    row("heading without a line end", "[A]\na=1\n[B]", "[A]\na=1\n[B]\r\nx=9\r\n");
-    row("only the first of two", "[B]\nb=1\n[B]\nb=2\n", "[B]\nx=9\r\n[B]\nb=2\n");
-    row("lines of no section", "top=1\r\n", "top=1\r\n[B]\r\nx=9\r\n");
-    row("heading that only looks like it", "[A]\r\n;[B]\r\n", "[A]\r\n;[B]\r\n[B]\r\nx=9\r\n");
-    row("letter whose second byte is a bracket", "[\x83\x5D]\r\ny=1\r\n", "[\x83\x5D]\r\ny=1\r\n[B]\r\nx=9\r\n");
-    row("UTF-8 stays UTF-8", "\xEF\xBB\xBF[A]\na=\xE3\x81\x82", "\xEF\xBB\xBF[A]\na=\xE3\x81\x82\r\n[B]\r\nx=9\r\n");
-    row("UTF-16, half a unit at the end", QByteArray::fromHex("FFFE5B0041005D000A0061"),
-        QByteArray::fromHex("FFFE5B0041005D000A00"
-                            "5B0042005D000D000A0078003D0039000D000A00"));
-    row("UTF-16 stays UTF-16", QByteArray::fromHex("FFFE5B0041005D000A004230410A"),
-        QByteArray::fromHex("FFFE5B0041005D000A004230410A"
-                            "0D000A005B0042005D000D000A0078003D0039000D000A00"));
+    mdlTable::AddRows<QByteArray, QByteArray>("ini-file.json", "Saving", {"before", "after"});
 }
 
 void tst_CIniFile::Saving()

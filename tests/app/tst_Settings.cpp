@@ -6,6 +6,7 @@
 #include "app/Shutdown.h"
 #include "platform/dao/Database.h"
 #include "tests/support/CScriptedDesktop.h"
+#include "tests/support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -116,29 +117,8 @@ void tst_Settings::DefaultsOfAnEmptyFile()
 
 void tst_Settings::Numbers_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QList<qint32>>("wanted"); // Interval, AddMax, ReadTiming, Timeout
-    const QList<qint32> defaults = {30, 100, 1500, 60};
-    const auto row = [](const char* Line, const QList<qint32>& Wanted) {
-        QTest::newRow(Line) << QByteArray(Line) << Wanted;
-    };
-    row("Interval=5", defaults);
-    row("Interval=9", defaults);
-    row("Interval=10", {10, 100, 1500, 60});
-    row("Interval=120", {120, 100, 1500, 60});
-    row("Interval=121", defaults);
-    row("Interval=abc", defaults);
-    row("AddMax=0", defaults);
-    row("AddMax=1", {30, 1, 1500, 60});
-    row("AddMax=1000", {30, 1000, 1500, 60});
-    row("AddMax=1001", defaults);
-    row("ReadTiming=-1", defaults);
-    row("ReadTiming=0", {30, 100, 0, 60});
-    row("ReadTiming=2147483647", {30, 100, 2147483647, 60});
-    row("ReadTiming=2147483648", defaults);
-    row("Timeout=-1", defaults);
-    row("Timeout=0", {30, 100, 1500, 0});
-    row("Timeout=", defaults);
+    // wanted: Interval, AddMax, ReadTiming, Timeout
+    mdlTable::AddRows<QByteArray, QList<qint32>>("settings.json", "Numbers", {"line", "wanted"});
 }
 
 void tst_Settings::Numbers()

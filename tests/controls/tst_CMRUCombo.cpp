@@ -2,6 +2,7 @@
 // The history of a combo box, and what it adds while somebody types.
 
 #include "controls/CMRUCombo.h"
+#include "tests/support/Table.h"
 
 #include <QComboBox>
 #include <QInputMethodEvent>
@@ -67,16 +68,8 @@ private Q_SLOTS:
 
 void tst_CMRUCombo::Adding_data()
 {
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QStringList>("texts"); // added at the top in this order
-    QTest::addColumn<QStringList>("wanted");
-    QTest::newRow("latest first") << 10 << QStringList{u"a"_s, u"b"_s} << QStringList{u"b"_s, u"a"_s};
-    QTest::newRow("again moves up") << 10 << QStringList{u"a"_s, u"b"_s, u"a"_s} << QStringList{u"a"_s, u"b"_s};
-    QTest::newRow("case does not count") << 10 << QStringList{u"ABC"_s, u"x"_s, u"abc"_s}
-                                         << QStringList{u"abc"_s, u"x"_s};
-    QTest::newRow("one too many") << 2 << QStringList{u"a"_s, u"b"_s, u"c"_s} << QStringList{u"c"_s, u"b"_s};
-    QTest::newRow("none kept") << 0 << QStringList{u"a"_s} << QStringList();
-    QTest::newRow("any number") << -1 << QStringList{u"a"_s, u"b"_s, u"c"_s} << QStringList{u"c"_s, u"b"_s, u"a"_s};
+    // texts: added at the top in this order
+    mdlTable::AddRows<int, QStringList, QStringList>("combo.json", "Adding", {"max", "texts", "wanted"});
 }
 
 void tst_CMRUCombo::Adding()
@@ -156,26 +149,8 @@ void tst_CMRUCombo::TextInTheBoxIsLeftAlone()
 
 void tst_CMRUCombo::Typing_data()
 {
-    QTest::addColumn<QStringList>("items");
-    QTest::addColumn<QString>("keys"); // "<" Backspace, "~" Delete, "_" Left
-    QTest::addColumn<QString>("wanted");
-
-    const QStringList two = {u"abcd"_s, u"abce"_s};
-    QTest::newRow("common beginning") << two << u"ab"_s << u"ab[c]"_s;
-    QTest::newRow("a single one") << QStringList{u"abcd"_s} << u"ab"_s << u"ab[cd]"_s;
-    QTest::newRow("typed through") << two << u"abce"_s << u"abce|"_s;
-    QTest::newRow("shorter one ends it") << QStringList{u"abcdef"_s, u"abc"_s} << u"a"_s << u"a[bc]"_s;
-    QTest::newRow("no such item") << two << u"x"_s << u"x|"_s;
-    QTest::newRow("case counts") << QStringList{u"Ab"_s} << u"a"_s << u"a|"_s;
-    QTest::newRow("both cases are there") << QStringList{u"Ab"_s, u"ac"_s} << u"a"_s << u"a[c]"_s;
-    QTest::newRow("nothing to add") << QStringList{u"a"_s} << u"a"_s << u"a|"_s;
-    QTest::newRow("wildcards are letters") << QStringList{u"[x]"_s, u"abc"_s} << u"["_s << u"[[x]]"_s;
-    QTest::newRow("star") << QStringList{u"abc"_s} << u"*"_s << u"*|"_s;
-    QTest::newRow("backspace takes the addition back") << two << u"ab<"_s << u"ab|"_s;
-    QTest::newRow("backspace never completes") << two << u"ab<<"_s << u"a|"_s;
-    QTest::newRow("delete never completes") << two << u"ab~"_s << u"ab|"_s;
-    QTest::newRow("typed again after backspace") << two << u"ab<c"_s << u"abc|"_s;
-    QTest::newRow("on from a shorter text") << QStringList{u"abcd"_s} << u"abc<<c"_s << u"abc[d]"_s;
+    // keys: "<" Backspace, "~" Delete, "_" Left
+    mdlTable::AddRows<QStringList, QString, QString>("combo.json", "Typing", {"items", "keys", "wanted"});
 }
 
 void tst_CMRUCombo::Typing()

@@ -2,6 +2,7 @@
 // Numbers typed, pasted and stepped, key by key.
 
 #include "controls/uSpinButton.h"
+#include "tests/support/Table.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -53,30 +54,9 @@ private Q_SLOTS:
 
 void tst_uSpinButton::Typing_data()
 {
-    QTest::addColumn<int>("min");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("keys"); // "<" Backspace, "^" Home
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<int>("wantedValue");
-
-    QTest::newRow("digit behind") << 0 << 50 << 4 << u"2"_s << u"42|"_s << 42;
-    QTest::newRow("above the bound") << 0 << 50 << 5 << u"1"_s << u"5|"_s << 5;
-    QTest::newRow("above the bound, in front") << 0 << 50 << 5 << u"^9"_s << u"|5"_s << 5;
-    QTest::newRow("far above any number") << 0 << 999999 << 999999 << u"9999999999"_s << u"999999|"_s << 999999;
-    QTest::newRow("behind a zero") << 0 << 50 << 0 << u"7"_s << u"7|"_s << 7;
-    QTest::newRow("in front of a zero") << 0 << 50 << 0 << u"^3"_s << u"3|0"_s << 30;
-    QTest::newRow("letter") << 0 << 50 << 4 << u"a"_s << u"4|"_s << 4;
-    QTest::newRow("blank and signs") << 0 << 50 << 4 << u" +.,"_s << u"4|"_s << 4;
-    QTest::newRow("emptied") << 1 << 50 << 4 << u"<"_s << u"[1]"_s << 1;
-    QTest::newRow("emptied and typed again") << 1 << 50 << 4 << u"<30"_s << u"30|"_s << 30;
-    QTest::newRow("emptied at the least value") << 0 << 50 << 0 << u"<"_s << u"[0]"_s << 0;
-    QTest::newRow("one digit of two") << 0 << 50 << 42 << u"<"_s << u"4|"_s << 4;
-    QTest::newRow("minus behind") << -9 << 50 << 4 << u"-"_s << u"4|"_s << 4;
-    QTest::newRow("minus in front") << -9 << 50 << 4 << u"^-"_s << u"-|4"_s << -4;
-    QTest::newRow("minus below the bound") << -3 << 50 << 4 << u"^-"_s << u"|4"_s << 4;
-    QTest::newRow("minus in front, not allowed") << 0 << 50 << 4 << u"^-"_s << u"|4"_s << 4;
-    QTest::newRow("full width") << 0 << 999999 << 1 << u"２３"_s << u"123|"_s << 123;
+    // keys: "<" Backspace, "^" Home
+    mdlTable::AddRows<int, int, int, QString, QString, int>("spin-button.json", "Typing",
+                                                            {"min", "max", "value", "keys", "wanted", "wantedValue"});
 }
 
 void tst_uSpinButton::Typing()
@@ -106,17 +86,7 @@ void tst_uSpinButton::Typing()
 
 void tst_uSpinButton::Pasting_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("wanted");
-    QTest::newRow("number") << u"12"_s << 12;
-    QTest::newRow("negative") << u"-3"_s << -3;
-    QTest::newRow("negative, full width") << u"－３"_s << -3;
-    QTest::newRow("below") << u"-4"_s << 7;
-    QTest::newRow("above") << u"51"_s << 7;
-    QTest::newRow("lone minus") << u"-"_s << 7;
-    QTest::newRow("minus in the middle") << u"1-2"_s << 7;
-    QTest::newRow("text") << u"十二"_s << 7;
-    QTest::newRow("beyond 32 bits") << u"4294967297"_s << 7;
+    mdlTable::AddRows<QString, int>("spin-button.json", "Pasting", {"text", "wanted"});
 }
 
 void tst_uSpinButton::Pasting()

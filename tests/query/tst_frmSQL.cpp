@@ -7,6 +7,7 @@
 #include "query/CStatementBox.h"
 #include "query/frmSQL.h"
 #include "tests/support/CScriptedDesktop.h"
+#include "tests/support/Table.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -230,18 +231,9 @@ void tst_frmSQL::TextStaysAsItIs()
 
 void tst_frmSQL::Save_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("box"); // what is asked or told; empty: nothing
-    QTest::addColumn<bool>("agrees");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("new") << u"  新しい "_s << QString() << true << u"新しい:SELECT 5"_s;
-    QTest::newRow("replaced") << u"abc"_s << u"既にabcは存在します。\r\n上書きしてもよろしいですか？"_s << true
-                              << u"abc:SELECT 5"_s;
-    QTest::newRow("kept") << u"abc"_s << u"既にabcは存在します。"_s << false << u"abc:SELECT 1"_s;
-    QTest::newRow("spelled anew") << u"ＡＢＣ"_s << u"既にＡＢＣは存在します。"_s << true << u"ＡＢＣ:SELECT 5"_s;
-    QTest::newRow("underscore") << u" _x"_s << u"\"_\"で始まるクエリー名は登録できません。"_s << true << QString();
-    QTest::newRow("a table's name") << u"BBS"_s
-                                    << u"実行時エラー '3012':\r\n\r\n"_s << true << QString();
+    // box: what is asked or told; empty: nothing
+    mdlTable::AddRows<QString, QString, bool, QString>("query-dialog.json", "Save",
+                                                       {"name", "box", "agrees", "wanted"});
 }
 
 void tst_frmSQL::Save()

@@ -8,6 +8,7 @@
 #include "sqlshell/CSplitter.h"
 #include "sqlshell/Parameters.h"
 #include "sqlshell/Place.h"
+#include "tests/support/Table.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -63,26 +64,7 @@ QStringList Pieces(const QByteArray& Input, qsizetype Size, CSplitter::CommandEn
 
 void tst_SqlShellParts::PartsInput_data()
 {
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<QStringList>("wanted");
-    QTest::newRow("nothing") << u" \r\n\t ;; ; \n"_s << QStringList();
-    QTest::newRow("two, the last one open")
-        << u"SELECT 1;SELECT\n 2"_s << QStringList{u"1:SELECT 1"_s, u"1:SELECT\n 2"_s};
-    QTest::newRow("lines are counted") << u"\n\nA\nB;\n\nC;"_s << QStringList{u"3:A\nB"_s, u"6:C"_s};
-    QTest::newRow("in texts") << u"a ';' b \";\" c 'it''s;' ;d"_s
-                              << QStringList{u"1:a ';' b \";\" c 'it''s;'"_s, u"1:d"_s};
-    QTest::newRow("one quote in the other")
-        << u"a \"it's\"; b '\"';c"_s << QStringList{u"1:a \"it's\""_s, u"1:b '\"'"_s, u"1:c"_s};
-    QTest::newRow("in names") << u"a [x;'y]; b `;\"`; c"_s << QStringList{u"1:a [x;'y]"_s, u"1:b `;\"`"_s, u"1:c"_s};
-    QTest::newRow("in a date") << u"a #1;2#; b"_s << QStringList{u"1:a #1;2#"_s, u"1:b"_s};
-    QTest::newRow("a forgotten #") << u"a #1;2\n; b; c"_s << QStringList{u"1:a #1;2"_s, u"2:b"_s, u"2:c"_s};
-    QTest::newRow("a text over lines") << u"a '\n.b\n;' c;\n.d"_s << QStringList{u"1:a '\n.b\n;' c"_s, u"4c:.d"_s};
-    QTest::newRow("parameters") << u"PARAMETERS a Long; SELECT a;parameters[b]Text;X"_s
-                                << QStringList{u"1:PARAMETERS a Long; SELECT a"_s, u"1:parameters[b]Text;X"_s};
-    QTest::newRow("a name that begins so") << u"PARAMETERSX;b"_s << QStringList{u"1:PARAMETERSX"_s, u"1:b"_s};
-    QTest::newRow("commands") << u".a;b\r\n  .c 'x\nSELECT\n.5;.d"_s
-                              << QStringList{u"1c:.a;b"_s, u"2c:.c 'x"_s, u"3:SELECT\n.5"_s, u"4c:.d"_s};
-    QTest::newRow("order mark and wide blanks") << u"\uFEFF\u3000a;\u3000b"_s << QStringList{u"1:a"_s, u"1:b"_s};
+    mdlTable::AddRows<QString, QStringList>("sql-shell.json", "PartsInput", {"input", "wanted"});
 }
 
 void tst_SqlShellParts::PartsInput()
@@ -113,19 +95,8 @@ void tst_SqlShellParts::CutsAnEndlessStatement()
 
 void tst_SqlShellParts::ShowsOnOneLine_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("maxWidth");
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<int>("width");
-    QTest::newRow("mixed") << u"a漢ｶﾞ"_s << 0 << u"a漢ｶﾞ"_s << 5;
-    QTest::newRow("fits exactly") << u"漢字ab"_s << 6 << u"漢字ab"_s << 6;
-    QTest::newRow("cut") << u"漢字abc"_s << 6 << u"漢字a…"_s << 6;
-    QTest::newRow("cut before a wide one") << u"ab漢字"_s << 5 << u"ab漢…"_s << 5;
-    QTest::newRow("no half of a wide one") << u"a漢字漢"_s << 5 << u"a漢…"_s << 4;
-    QTest::newRow("picture and marks") << u"😀か\u3099e\u0301"_s << 0 << u"😀か\u3099e\u0301"_s << 5;
-    QTest::newRow("line breaks") << u"a\r\nb\nc\rd\te"_s << 0 << u"a⏎b⏎c⏎d e"_s << 9;
-    QTest::newRow("escapes of a terminal") << u"\x1b[31m\x7f\u009b0"_s << 0 << u"␛[31m␡\uFFFD0"_s << 8;
-    QTest::newRow("turned writing") << u"a\u202Eb\u2066c"_s << 0 << u"abc"_s << 3;
+    mdlTable::AddRows<QString, int, QString, int>("sql-shell.json", "ShowsOnOneLine",
+                                                  {"text", "maxWidth", "wanted", "width"});
     QTest::newRow("half a pair") << u"x"_s + QChar(0xD83D) << 0 << u"x\uFFFD"_s << 2;
 }
 
@@ -185,16 +156,10 @@ void tst_SqlShellParts::WritesJson()
 
 void tst_SqlShellParts::FindsThePlace_data()
 {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<int>("offset");
-    QTest::addColumn<QString>("wanted"); // line,column,columns before the caret,excerpt
-    QTest::newRow("begin") << u"SELEC 1"_s << 0 << u"5,1,0,SELEC 1"_s;
-    QTest::newRow("behind wide signs") << u"SELECT 件数 X"_s << 10 << u"5,11,12,SELECT 件数 X"_s;
-    QTest::newRow("second line") << u"SELECT *\r\nFROM\tX\r\nWHERE"_s << 15 << u"6,6,5,FROM X"_s;
-    QTest::newRow("beyond the end") << u"SELECT"_s << 99 << u"5,7,6,SELECT"_s;
+    // wanted: line,column,columns before the caret,excerpt
+    mdlTable::AddRows<QString, int, QString>("sql-shell.json", "FindsThePlace", {"sql", "offset", "wanted"});
     QTest::newRow("far to the right") << QString(100, u'x') + u'!' + QString(100, u'y') << 100
                                       << u"5,101,31,…"_s + QString(30, u'x') + u'!' + QString(37, u'y') + u'…';
-    QTest::newRow("behind a pair") << u"'😀' X"_s << 5 << u"5,5,5,'😀' X"_s;
 }
 
 void tst_SqlShellParts::FindsThePlace()
@@ -227,22 +192,8 @@ void tst_SqlShellParts::ReadsParameters()
 
 void tst_SqlShellParts::ReadsOptions_data()
 {
-    QTest::addColumn<QByteArrayList>("words");
-    QTest::addColumn<QString>("wanted"); // file|statements|parameters|format|width|flags, or the error
-    QTest::newRow("plain") << QByteArrayList{"a.mdb", "SELECT 1", "--json", ".tables"}
-                           << u"a.mdb|SELECT 1,.tables||2|40|"_s;
-    QTest::newRow("values") << QByteArrayList{"--param", "a=1=2", "--param=[b c]=", "x", "--width=0", "--create"}
-                            << u"x||a:1=2,b c:|0|0|c"_s;
-    QTest::newRow("no more options") << QByteArrayList{"--csv", "--type-only", "--no-fail-on-error",
-                                                       "--",    "x",           "--json"}
-                                     << u"x|--json||1|40|ts"_s;
-    QTest::newRow("no file") << QByteArrayList{"--json"} << u"データベースのファイル名がありません。"_s;
-    QTest::newRow("unknown") << QByteArrayList{"x", "--jsn"} << u"--jsn というオプションはありません。"_s;
-    QTest::newRow("no value") << QByteArrayList{"x", "--param"} << u"--param に値がありません。"_s;
-    QTest::newRow("no name") << QByteArrayList{"x", "--param", "=1"} << u"--param の値 =1 は使えません。"_s;
-    QTest::newRow("value for nothing") << QByteArrayList{"x", "--json=1"} << u"--json に値は付けられません。"_s;
-    QTest::newRow("two formats") << QByteArrayList{"x", "--json", "--csv"} << u"--csv と --json は一緒に使えません。"_s;
-    QTest::newRow("narrow") << QByteArrayList{"x", "--width", "1"} << u"--width の値 1 は使えません。"_s;
+    // wanted: file|statements|parameters|format|width|flags, or the error
+    mdlTable::AddRows<QByteArrayList, QString>("sql-shell.json", "ReadsOptions", {"words", "wanted"});
 }
 
 void tst_SqlShellParts::ReadsOptions()
