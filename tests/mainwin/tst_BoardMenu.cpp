@@ -2,6 +2,7 @@
 // The plan of the board menus: places, separators, access keys, captions.
 
 #include "mainwin/mdlBoardMenu.h"
+#include "tests/support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -59,15 +60,7 @@ void tst_BoardMenu::SeedOrder()
 
 void tst_BoardMenu::Separators_data()
 {
-    QTest::addColumn<QList<int>>("places");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("none") << QList<int>{} << QString();
-    QTest::newRow("one gap") << QList<int>{0, 1, 3} << u"1 2 | 3"_s;
-    QTest::newRow("gap before the first") << QList<int>{1, 2} << u"| 1 2"_s;
-    QTest::newRow("two places free") << QList<int>{0, 3} << u"1 | | 2"_s;
-    QTest::newRow("two boards at one place") << QList<int>{2, 2, 3, 5} << u"| | 1 2 3 4"_s;
-    QTest::newRow("stray place") << QList<int>{0, 30000, 30001, 30003} << u"1 | | | | | | | | | | 2 3 | 4"_s;
-    QTest::newRow("largest place") << QList<int>{2147483647, 2147483647} << u"| | | | | | | | | | 1 2"_s;
+    mdlTable::AddRows<QList<int>, QString>("board-menu.json", "Separators", {"places", "wanted"});
 }
 
 void tst_BoardMenu::Separators()

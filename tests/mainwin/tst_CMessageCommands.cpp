@@ -3,6 +3,7 @@
 
 #include "mainwin/CMessageCommands.h"
 #include "tests/viewer/CViewerFixture.h"
+#include "tests/support/Table.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -59,26 +60,11 @@ private Q_SLOTS:
 
 void tst_CMessageCommands::Header_data()
 {
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QString>("subject");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("wanted");
+    mdlTable::AddRows<QString, QString, QString, QString>("message-commands.json", "Header",
+                                                          {"format", "subject", "selected", "wanted"});
     const QString two = u"abc\r\ndef"_s;
     QTest::newRow("default") << mdlSettings::DefaultReplyHeader() << u"質問"_s << two
                              << u"けやき#123 質問 より引用\r\n> abc\r\n> def"_s;
-    QTest::newRow("all fields") << u"%n|%s|%I|%S|%N|%D|%b"_s << u"題"_s << u"x"_s
-                                << u"けやき掲示板|けやき|123|題|n|2002/01/15 09:05|x"_s;
-    QTest::newRow("each time") << u"%I%I %B%B"_s << u"題"_s << u"x"_s << u"123123 > x> x"_s;
-    QTest::newRow("case tells fields apart") << u"%s%S%i"_s << u"題"_s << u"x"_s << u"けやき題%i"_s;
-    QTest::newRow("a later field out of the subject") << u"%s%S"_s << u"<%N>"_s << u"x"_s << u"けやき<n>"_s;
-    QTest::newRow("no earlier one") << u"%S"_s << u"%n%s%I%S"_s << u"x"_s << u"%n%s%I%S"_s;
-    QTest::newRow("line end out of the subject") << u"%S"_s << u"C:\\new"_s << u"x"_s << u"C:\r\new"_s;
-    QTest::newRow("quotation keeps its fields") << u"%b %B"_s << u"題"_s << u"%S\\n"_s << u"%S\\n > %S\\n"_s;
-    QTest::newRow("plain text with a quotation in it") << u"%b"_s << u"題"_s << u"%B"_s << u"> %B"_s;
-    QTest::newRow("whole lines") << u"%B."_s << u"題"_s << two + u"\r\n"_s << u"> abc\r\n> def\r\n> ."_s;
-    QTest::newRow("empty lines") << u"%B"_s << u"題"_s << u"a\r\n\r\n\r\n"_s << u"> a\r\n> \r\n> \r\n> "_s;
-    QTest::newRow("unknown and unfinished") << u"100%% %x %"_s << u"題"_s << u"x"_s << u"100%% %x %"_s;
-    QTest::newRow("empty") << QString() << u"題"_s << u"x"_s << QString();
 }
 
 void tst_CMessageCommands::Header()
@@ -125,15 +111,8 @@ void tst_CMessageCommands::Addresses()
 
 void tst_CMessageCommands::WebSearch_data()
 {
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("bytes") << u"http://h/?q=%s&n=1"_s << u"A&B 入門"_s << u"http://h/?q=A%26B%20%93%FC%96%E5&n=1"_s;
-    QTest::newRow("second byte") << u"http://h/?q=%s"_s << u"ソ~_表"_s << u"http://h/?q=%83%5C%7E%5F%95%5C"_s;
-    QTest::newRow("each time") << u"http://h/%s?%s"_s << u"x"_s << u"http://h/x?x"_s;
-    QTest::newRow("no second round") << u"http://h/?%s"_s << u"%s"_s << u"http://h/?%25s"_s;
-    QTest::newRow("no place for it") << u"http://h/"_s << u"x"_s << u"http://h/"_s;
-    QTest::newRow("lines") << u"http://h/?%s"_s << u"a\r\nb"_s << u"http://h/?a%0D%0Ab"_s;
+    mdlTable::AddRows<QString, QString, QString>("message-commands.json", "WebSearch",
+                                                 {"address", "selected", "wanted"});
 }
 
 void tst_CMessageCommands::WebSearch()

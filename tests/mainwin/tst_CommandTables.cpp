@@ -4,6 +4,7 @@
 #include "mainwin/CMenuSet.h"
 #include "mainwin/CToolbar.h"
 #include "mainwin/mdlCommands.h"
+#include "tests/support/Table.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -22,98 +23,6 @@ using mdlCommands::Rule;
 
 namespace
 {
-
-// "caption, key text, shortcut" of a menu bar item by its name, as users of earlier versions know them.
-constexpr struct
-{
-    const char16_t* Name;
-    const char16_t* Caption;
-    const char16_t* KeyText;
-    const char16_t* Shortcut;
-} Wanted[] = {
-    {u"mnuFile", u"ファイル(&F)", u"", u""},
-    {u"mnuFileImport", u"インポート(&I)", u"", u""},
-    {u"mnuFileImportFile", u"ファイルから(&F)...", u"", u""},
-    {u"mnuFileImportInternet", u"掲示板過去ログ保存庫から(&I)...", u"", u""},
-    {u"mnuImportBar", u"-", u"", u""},
-    {u"mnuFileImportKakolog", u"掲示板過去ログ保存庫へ(&K)...", u"", u""},
-    {u"mnuFileExport", u"エクスポート(&E)...", u"", u""},
-    {u"mnuFileBar1", u"-", u"", u""},
-    {u"mnuFileExit", u"終了(&X)", u"Alt+F4", u""},
-    {u"mnuBBS", u"掲示板(&B)", u"", u""},
-    {u"mnuBBSMove", u"掲示板移動(&B)", u"F4 , Ctrl+L", u""},
-    {u"mnuBBSMoveSub0", u"だみー", u"", u""},
-    {u"mnuBBSBar1", u"-", u"", u""},
-    {u"mnuBBSLoad", u"受信(&L)", u"", u"F5"},
-    {u"mnuBBSAllLoad", u"全件受信(&O)", u"", u""},
-    {u"mnuBBSVisitLoad", u"巡回受信(&I)", u"", u"Shift+F5"},
-    {u"mnuBBSAllVisitLoad", u"全掲示板から巡回受信(&A)", u"", u""},
-    {u"mnuBBSBar2", u"-", u"", u""},
-    {u"mnuBBSNew", u"新規投稿(&N)...", u"", u"Ctrl+N"},
-    {u"mnuBBSReply", u"返信(&R)...", u"", u"Ctrl+R"},
-    {u"mnuBBSBar3", u"-", u"", u""},
-    {u"mnuBBSView", u"表示(&V)", u"", u""},
-    {u"mnuBBSViewSub0", u"最新の100件(&T)", u"", u"F6"},
-    {u"mnuBBSViewSub1", u"前の100件(&P)", u"", u"F7"},
-    {u"mnuBBSViewSub2", u"次の100件(&N)", u"", u"F8"},
-    {u"mnuBBSViewSub3", u"未読のみ(&R)", u"", u""},
-    {u"mnuBBSViewSub4", u"全て表示(&A)", u"", u""},
-    {u"mnuBBSBar4", u"-", u"", u""},
-    {u"mnuBBSThread", u"スレッド表示(&T)", u"", u"Ctrl+T"},
-    {u"mnuBBSBar5", u"-", u"", u""},
-    {u"mnuBBSSetNoRead", u"未読位置変更(&C)", u"", u""},
-    {u"mnuBBSProperty", u"プロパティ(&P)...", u"Alt+F8", u""},
-    {u"mnuBBSBar6", u"-", u"", u""},
-    {u"mnuBBSBrowse", u"この掲示板へ移動(&M)...", u"", u""},
-    {u"mnuBBSShowCookiePage", u"表示カスタマイズをする(&S)...", u"", u""},
-    {u"mnuBBSKiyaku", u"この掲示板のつかいかたを見る(&K)...", u"", u""},
-    {u"mnuMsg", u"メッセージ(&M)", u"", u""},
-    {u"mnuMove", u"移動(&M)", u"", u""},
-    {u"mnuMovePrevMsg", u"前へ(&P)", u"↑, k", u""},
-    {u"mnuMoveNextMsg", u"次へ(&N)", u"↓, j", u""},
-    {u"mnuMoveBar2", u"-", u"", u""},
-    {u"mnuMovePrevNoRead", u"前の未読へ(&B)", u"Shift+Space", u""},
-    {u"mnuMoveNextNoRead", u"次の未読へ(&F)", u"Space", u""},
-    {u"mnuMoveBar3", u"-", u"", u""},
-    {u"mnuMovePrevArchive", u"履歴：前へ(&<)", u"Alt+←", u""},
-    {u"mnuMoveNextArchive", u"履歴：次へ(&>)", u"Alt+→", u""},
-    {u"mnuMoveBar4", u"-", u"", u""},
-    {u"mnuMoveInReplyTo", u"レス元へ(&R)", u"BS", u""},
-    {u"mnuMsgBar1", u"-", u"", u""},
-    {u"mnuMsgFind", u"検索(&F)", u"", u"Ctrl+F"},
-    {u"mnuMsgFindPrev", u"前を検索(&P)", u"", u"Shift+F3"},
-    {u"mnuMsgFindNext", u"次を検索(&N)", u"", u"F3"},
-    {u"mnuMsgBar2", u"-", u"", u""},
-    {u"mnuMsgQuery", u"クエリー検索(&Q)...", u"", u"Ctrl+Q"},
-    {u"mnuMsgRelate", u"関連検索(&K)", u"", u"Ctrl+K"},
-    {u"mnuMsgBar3", u"-", u"", u""},
-    {u"mnuMsgMail", u"メールを送る(&S)...", u"", u""},
-    {u"mnuMsgHomePage", u"ホームページへ行く(&H)...", u"", u""},
-    {u"mnuMsgBar4", u"-", u"", u""},
-    {u"mnuMsgMark", u"マーク(&L)", u"Ctrl+M , M", u""},
-    {u"mnuMsgMarkSub0", u"だみー", u"", u""},
-    {u"mnuMsgMarkBar1", u"-", u"", u""},
-    {u"mnuMsgMarkRelease", u"マーク解除(&R)", u"", u""},
-    {u"mnuMsgBar5", u"-", u"", u""},
-    {u"mnuMsgNoRead", u"未読にする(&E)", u"Shift+Ctrl+B", u""},
-    {u"mnuMsgRead", u"既読にする(&U)", u"Ctrl+B", u""},
-    {u"mnuMsgBar6", u"-", u"", u""},
-    {u"mnuMsgDelete", u"削除(&D)", u"Del", u""},
-    {u"mnuMsgBar7", u"-", u"", u""},
-    {u"mnuMsgAllSelect", u"全て選択(&A)", u"Ctrl+A", u""},
-    {u"mnuMsgReverseSelect", u"選択範囲反転(&V)", u"", u""},
-    {u"mnuTool", u"ツール(&T)", u"", u""},
-    {u"mnuToolCompDB", u"最適化(&C)", u"", u""},
-    {u"mnuToolBar1", u"-", u"", u""},
-    {u"mnuToolTimer", u"タイマー(&T)", u"", u""},
-    {u"mnuToolBar2", u"-", u"", u""},
-    {u"mnuToolOption", u"オプション(&O)...", u"", u""},
-    {u"mnuHelp", u"ヘルプ(&H)", u"", u""},
-    {u"mnuHelpHelp", u"ヘルプ(&H)...", u"", u"F1"},
-    {u"mnuHelpHiroba", u"入門者ひろばへ(&V)...", u"", u""},
-    {u"mnuHelpBar", u"-", u"", u""},
-    {u"mnuHelpVerinfo", u"バージョン情報(&A)...", u"", u""},
-};
 
 struct CWindow
 {
@@ -138,6 +47,7 @@ class tst_CommandTables : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+    void MenuBarIsWhole_data();
     void MenuBarIsWhole();
     void MenusHoldTheirEntriesInOrder_data();
     void MenusHoldTheirEntriesInOrder();
@@ -153,50 +63,31 @@ private Q_SLOTS:
     void ToolbarButtons();
 };
 
+// Captions and keys as users of earlier versions know them.
+void tst_CommandTables::MenuBarIsWhole_data()
+{
+    mdlTable::AddRows<QString, QString, QString, QString>("menu-bar.json", "MenuBar",
+                                                          {"name", "caption", "keyText", "shortcut"});
+}
+
 void tst_CommandTables::MenuBarIsWhole()
 {
+    QFETCH(QString, name);
+    QFETCH(QString, caption);
+    QFETCH(QString, keyText);
     CWindow w;
-    QStringList found;
-    for (const MenuItem& item : mdlCommands::MenuBar())
-        found.append(item.Name.toString());
-    for (const auto& wanted : Wanted) {
-        const QString name = QString::fromUtf16(wanted.Name);
-        const QAction* action = w.Menus.Action(name);
-        QVERIFY2(action, qPrintable(name));
-        const QString keyText = QString::fromUtf16(wanted.KeyText);
-        const QString caption = QString::fromUtf16(wanted.Caption);
-        const bool isBar = caption == u"-";
-        QCOMPARE(action->isSeparator(), isBar);
-        QCOMPARE(action->text(), isBar ? QString() : keyText.isEmpty() ? caption : caption + u'\t' + keyText);
-        QCOMPARE(action->shortcut().toString(QKeySequence::PortableText), QString::fromUtf16(wanted.Shortcut));
-    }
-    QCOMPARE(std::size(mdlCommands::MenuBar()), std::size(Wanted));
+    const QAction* action = w.Menus.Action(name);
+    QVERIFY(action);
+    const bool isBar = caption == u"-";
+    QCOMPARE(action->isSeparator(), isBar);
+    QCOMPARE(action->text(), isBar ? QString() : keyText.isEmpty() ? caption : caption + u'\t' + keyText);
+    QTEST(action->shortcut().toString(QKeySequence::PortableText), "shortcut");
+    QCOMPARE(qsizetype(std::size(mdlCommands::MenuBar())), mdlTable::Rows("menu-bar.json", "MenuBar").size());
 }
 
 void tst_CommandTables::MenusHoldTheirEntriesInOrder_data()
 {
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("file") << u"mnuFile"_s << u"mnuFileImport mnuFileExport mnuFileBar1 mnuFileExit"_s;
-    QTest::newRow("import") << u"mnuFileImport"_s
-                            << u"mnuFileImportFile mnuFileImportInternet mnuImportBar mnuFileImportKakolog"_s;
-    QTest::newRow("view modes") << u"mnuBBSView"_s
-                                << u"mnuBBSViewSub0 mnuBBSViewSub1 mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4"_s;
-    QTest::newRow("move") << u"mnuMove"_s
-                          << u"mnuMovePrevMsg mnuMoveNextMsg mnuMoveBar2 mnuMovePrevNoRead mnuMoveNextNoRead "
-                             "mnuMoveBar3 mnuMovePrevArchive mnuMoveNextArchive mnuMoveBar4 mnuMoveInReplyTo"_s;
-    QTest::newRow("mark") << u"mnuMsgMark"_s << u"mnuMsgMarkSub0 mnuMsgMarkBar1 mnuMsgMarkRelease"_s;
-    QTest::newRow("list pop-up")
-        << u"mnuPopup"_s
-        << u"mnuPopupReply mnuPopupReplyHitokoto0 mnuPopupReplyHitokoto1 mnuPopupBar1 mnuPopupMail mnuPopupHomepage "
-           "mnuPopupBar2 mnuPopupMark mnuPopupBar3 mnuPopupNoRead mnuPopupRead mnuPopupBar4 mnuPopupDelete "
-           "mnuPopupBar5 mnuPopupAllSelect mnuPopupReverseSelect mnuPopupBar6 mnuPopupInReplyTo mnuPopupRelate"_s;
-    QTest::newRow("text pop-up") << u"mnuText"_s
-                                 << u"mnuTextFind mnuTextRelate mnuTextBar1 mnuTextURL mnuTextBar2 mnuTextWebSearch0 "
-                                    "mnuTextBar3 mnuTextMSDN mnuTextBar4 mnuTextCopy mnuTextCopyHeader"_s;
-    QTest::newRow("tray pop-up") << u"mnuTray"_s
-                                 << u"mnuTrayShow mnuTrayBBS mnuTrayBar1 mnuTrayLoad mnuTrayVisitLoad mnuTrayBar2 "
-                                    "mnuTrayNew mnuTrayBar3 mnuTrayExit"_s;
+    mdlTable::AddRows<QString, QString>("menu-bar.json", "MenusHoldTheirEntriesInOrder", {"menu", "wanted"});
 }
 
 void tst_CommandTables::MenusHoldTheirEntriesInOrder()

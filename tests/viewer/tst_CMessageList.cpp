@@ -7,6 +7,7 @@
 #include "tests/viewer/Messages.h"
 #include "viewer/CMessageList.h"
 #include "viewer/mdlColumns.h"
+#include "tests/support/Table.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -61,21 +62,8 @@ void tst_CMessageList::init()
 
 void tst_CMessageList::Keys_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("board"); // -1: not a key
-    QTest::addColumn<int>("number");
-    QTest::newRow("usual") << u"#003001234"_s << 3 << 1234;
-    QTest::newRow("no leading zero is octal") << u"#010000010"_s << 10 << 10;
-    QTest::newRow("seven digits of number") << u"#0031000000"_s << 3 << 1000000;
-    QTest::newRow("largest number") << u"#0032147483647"_s << 3 << 2147483647;
-    QTest::newRow("too large") << u"#0032147483648"_s << -1 << 0;
-    QTest::newRow("too short") << u"#00300123"_s << -1 << 0;
-    QTest::newRow("no mark") << u"0003001234"_s << -1 << 0;
-    QTest::newRow("sign") << u"#003-01234"_s << -1 << 0;
-    QTest::newRow("SQL") << u"#003001234 OR 1=1"_s << -1 << 0;
-    QTest::newRow("full-width digits") << u"#００３００１２３４"_s << -1 << 0;
-    QTest::newRow("temporary") << u"仮キー"_s << -1 << 0;
-    QTest::newRow("empty") << QString() << -1 << 0;
+    // board: -1: not a key
+    mdlTable::AddRows<QString, int, int>("message-list.json", "Keys", {"key", "board", "number"});
 }
 
 void tst_CMessageList::Keys()
@@ -91,19 +79,7 @@ void tst_CMessageList::Keys()
 
 void tst_CMessageList::CellTexts_data()
 {
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("Read") << 0 << u"*"_s;
-    QTest::newRow("ID") << 1 << u"001234"_s;
-    QTest::newRow("Subject") << 2 << u"　　表題<ソ>"_s;
-    QTest::newRow("HomePage") << 3 << u"http://localhost/"_s;
-    QTest::newRow("Mail") << 4 << u"a@example.jp"_s;
-    QTest::newRow("Name") << 5 << u"ﾀﾛｳ"_s;
-    QTest::newRow("Date") << 6 << u"2002/01/15 09:05"_s;
-    QTest::newRow("InReplyTo") << 7 << u"#003000077"_s;
-    QTest::newRow("Body") << 8 << u"一\r\n二"_s;
-    QTest::newRow("ParentThread") << 9 << u"000007"_s;
-    QTest::newRow("Mark") << 10 << u"12"_s;
+    mdlTable::AddRows<int, QString>("message-list.json", "CellTexts", {"column", "wanted"});
 }
 
 void tst_CMessageList::CellTexts()

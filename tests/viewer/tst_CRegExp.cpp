@@ -2,6 +2,7 @@
 // First and last matches of expressions and of plain texts, and what is said when there can be none.
 
 #include "viewer/CRegExp.h"
+#include "tests/support/Table.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -36,35 +37,9 @@ private Q_SLOTS:
 
 void tst_CRegExp::Search_data()
 {
-    QTest::addColumn<QString>("mode"); // "plain", "exact" or "ignoring case"
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("last");
-    const auto row = [](const char* What, const QString& Mode, const QString& Pattern, const QString& Text,
-                        const QString& First,
-                        const QString& Last) { QTest::newRow(What) << Mode << Pattern << Text << First << Last; };
-    const QString plain = u"plain"_s;
-    const QString exact = u"exact"_s;
-    row("numbers", exact, u"[0-9]+"_s, u"a1 b22 c333"_s, u"1,1,1"_s, u"8,3,333"_s);
-    row("case counts", exact, u"abc"_s, u"ABC"_s, u"none"_s, u"none"_s);
-    row("case does not count", u"ignoring case"_s, u"abc"_s, u"xABC"_s, u"1,3,ABC"_s, u"1,3,ABC"_s);
-    row("matches do not overlap", exact, u"aa"_s, u"aaaaa"_s, u"0,2,aa"_s, u"2,2,aa"_s);
-    row("empty matches are passed over", exact, u"x*"_s, u"axxbx"_s, u"1,2,xx"_s, u"4,1,x"_s);
-    row("nothing but empty matches", exact, u"^|x*|$"_s, u"ab"_s, u"none"_s, u"none"_s);
-    row("empty pattern", exact, QString(), u"ab"_s, u"none"_s, u"none"_s);
-    row("nothing in nothing", exact, u"a*"_s, QString(), u"none"_s, u"none"_s);
-    row("positions are units", exact, u"表"_s, u"\U0001F600\r\n表"_s, u"4,1,表"_s, u"4,1,表"_s);
-
-    row("plain text ignores case", plain, u"abc"_s, u"xABC Abc"_s, u"1,3,abc"_s, u"5,3,abc"_s);
-    row("plain text has no signs", plain, u"a.*[b]"_s, u"ab a.*[B] "_s, u"3,6,a.*[b]"_s, u"3,6,a.*[b]"_s);
-    row("width and kana", plain, u"カナ12"_s, u"ｶﾅ１２ かな12"_s, u"0,4,カナ12"_s, u"5,4,カナ12"_s);
-    row("half-width voiced kana is longer", plain, u"ガパ"_s, u"ｱｶﾞﾊﾟｶ がぱ"_s, u"1,4,ガパ"_s, u"7,2,ガパ"_s);
-    row("and sought it finds the shorter one", plain, u"ｶﾞ"_s, u"かｶガ"_s, u"2,1,ｶﾞ"_s, u"2,1,ｶﾞ"_s);
-    row("voiced kana is not the plain one", plain, u"か"_s, u"がｶﾞ"_s, u"none"_s, u"none"_s);
-    row("last of overlapping plain texts", plain, u"aa"_s, u"aaa"_s, u"0,2,aa"_s, u"1,2,aa"_s);
-    row("empty plain pattern", plain, QString(), u"ab"_s, u"none"_s, u"none"_s);
-    row("plain text in nothing", plain, u"a"_s, QString(), u"none"_s, u"none"_s);
+    // mode: "plain", "exact" or "ignoring case"
+    mdlTable::AddRows<QString, QString, QString, QString, QString>("search.json", "Search",
+                                                                   {"mode", "pattern", "text", "first", "last"});
 }
 
 void tst_CRegExp::Search()

@@ -3,6 +3,7 @@
 
 #include "tests/viewer/CViewerFixture.h"
 #include "viewer/mdlColumns.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -241,17 +242,7 @@ void tst_CViewer::BoardListRefusesOtherRows()
 
 void tst_CViewer::Actions_data()
 {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<int>("unread");
-    QTest::newRow("delete") << u"DELETE FROM Message WHERE ID > 1"_s << u"2件削除しました。"_s << 1;
-    QTest::newRow("update") << u"UPDATE Message SET Read = True WHERE ID = 2"_s << u"1件更新しました。"_s << 2;
-    QTest::newRow("append") << u"INSERT INTO Message(BBS_ID, ID, Read) VALUES(3, 9, False)"_s << u"1件追加しました。"_s
-                            << 4;
-    QTest::newRow("make table") << u"SELECT ID INTO 控え FROM Message WHERE ID > 1"_s
-                                << u"テーブルを作成し2件追加しました。"_s << 3;
-    QTest::newRow("definition") << u"CREATE TABLE 控え (a LONG)"_s << u"データ定義を完了しました。"_s << 3;
-    QTest::newRow("nothing") << u"DELETE FROM Message WHERE ID = 77"_s << u"0件削除しました。"_s << 3;
+    mdlTable::AddRows<QString, QString, int>("viewer-actions.json", "Actions", {"sql", "wanted", "unread"});
 }
 
 void tst_CViewer::Actions()

@@ -5,6 +5,7 @@
 #include "tests/viewer/CViewerFixture.h"
 #include "viewer/mdlColumns.h"
 #include "viewer/mdlRelated.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
@@ -41,28 +42,8 @@ void tst_RelatedSearch::cleanup()
 
 void tst_RelatedSearch::References_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("wanted"); // name:number, empty when the text names no message
-    QTest::newRow("sign") << u"#123"_s << u":123"_s;
-    QTest::newRow("blanks around all") << u"  質問 # 45\r\n"_s << u"質問:45"_s;
-    QTest::newRow("blank") << u"質問 45"_s << u"質問:45"_s;
-    QTest::newRow("digits follow") << u"質問板45"_s << u"質問板:45"_s;
-    QTest::newRow("number alone") << u"123"_s << u":123"_s;
-    QTest::newRow("leading zeros") << u"#003001"_s << u":3001"_s;
-    QTest::newRow("a name with a digit") << u"第2質問 45"_s << u"第2質問:45"_s;
-    QTest::newRow("full-width sign and digits") << u"けやき＃１２"_s << u"けやき:12"_s;
-    QTest::newRow("full-width blank") << u"質問　４５"_s << u"質問:45"_s;
-    QTest::newRow("full-width digits alone") << u"質問板４５"_s << u"質問板:45"_s;
-    QTest::newRow("over a line end") << u"質問\r\n45"_s << u"質問:45"_s;
-    QTest::newRow("separators") << u"#1,234"_s << u":1234"_s;
-    QTest::newRow("no number") << u"abc"_s << QString();
-    QTest::newRow("empty") << u" \r\n"_s << QString();
-    QTest::newRow("sign alone") << u"質問#"_s << QString();
-    QTest::newRow("first sign counts") << u"#1#2"_s << QString();
-    QTest::newRow("first blank counts") << u"質問 板 45"_s << QString();
-    QTest::newRow("text behind") << u"45番"_s << QString();
-    QTest::newRow("largest") << u"#2147483647"_s << u":2147483647"_s;
-    QTest::newRow("too large") << u"#2147483648"_s << QString();
+    // wanted: name:number, empty when the text names no message
+    mdlTable::AddRows<QString, QString>("related-search.json", "References", {"text", "wanted"});
     QTest::newRow("far too large") << u"#"_s + QString(500, u'9') << QString();
 }
 
@@ -75,16 +56,8 @@ void tst_RelatedSearch::References()
 
 void tst_RelatedSearch::Boards_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("wanted"); // boards with a message 5 are 3, 4 and 5
-    QTest::newRow("given board") << QString() << u"4/5"_s;
-    QTest::newRow("part of a name") << u"けやき"_s << u"3/5"_s;
-    QTest::newRow("other kana") << u"ケヤキ"_s << u"3/5"_s;
-    QTest::newRow("short name") << u"短[*]'x"_s << u"5/5"_s;
-    QTest::newRow("wildcards stand for themselves") << u"け*板"_s << u"4/5"_s;
-    QTest::newRow("quotes") << u"' OR 1=1 OR '"_s << u"4/5"_s;
-    QTest::newRow("bars and brackets") << u"|[ ]|"_s << u"4/5"_s;
-    QTest::newRow("unknown") << u"どこにもない"_s << u"4/5"_s;
+    // wanted: boards with a message 5 are 3, 4 and 5
+    mdlTable::AddRows<QString, QString>("related-search.json", "Boards", {"name", "wanted"});
 }
 
 void tst_RelatedSearch::Boards()

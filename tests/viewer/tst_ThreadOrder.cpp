@@ -2,6 +2,7 @@
 // Thread order, by hand and against a slow walk over the list as a list control would do it.
 
 #include "viewer/mdlThreadOrder.h"
+#include "tests/support/Table.h"
 
 #include <QRandomGenerator>
 #include <QStringList>
@@ -113,21 +114,7 @@ private Q_SLOTS:
 
 void tst_ThreadOrder::ByHand_data()
 {
-    QTest::addColumn<QString>("messages");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("none") << QString() << QString();
-    QTest::newRow("newest answer first") << u"1 2>1 3>1 4>2"_s << u"1 .3 .2 ..4"_s;
-    QTest::newRow("any order given") << u"4>2 3>1 1 2>1"_s << u"1 .3 .2 ..4"_s;
-    QTest::newRow("threads by number") << u"9 2 5>2 3 7>3"_s << u"2 .5 3 .7 9"_s;
-    QTest::newRow("parent missing") << u"5>4 6>5 2"_s << u"2 5 .6"_s;
-    QTest::newRow("parent later") << u"1>3 3 4>1"_s << u"1 .4 3"_s;
-    QTest::newRow("answers itself") << u"2>2 3>2"_s << u"2 .3"_s;
-    QTest::newRow("two answer each other") << u"2>3 3>2 4>3"_s << u"2 .3 ..4"_s;
-    QTest::newRow("a ring begins at its lowest") << u"5>7 6>5 7>6"_s << u"5 .6 ..7"_s;
-    QTest::newRow("the other board's number") << u"1 4:2>1 2>1"_s << u"1 .2 4:2"_s;
-    QTest::newRow("same numbers by board") << u"4:1 3:1 4:2>1 3:2>1"_s << u"1 .2 4:1 .4:2"_s;
-    QTest::newRow("above a million") << u"999999 1000000>999999 1000001>1000000"_s << u"999999 .1000000 ..1000001"_s;
-    QTest::newRow("subtree follows its answer") << u"1 2>1 3>2 4>1 5>2 6>4"_s << u"1 .4 ..6 .2 ..5 ..3"_s;
+    mdlTable::AddRows<QString, QString>("thread-order.json", "ByHand", {"messages", "wanted"});
 }
 
 void tst_ThreadOrder::ByHand()
