@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +35,12 @@ bool IsInput(QEvent::Type Type)
     default:
         return false;
     }
+}
+
+bool IsEscape(const QEvent& Event)
+{
+    const bool isKey = Event.type() == QEvent::KeyPress || Event.type() == QEvent::ShortcutOverride;
+    return isKey && static_cast<const QKeyEvent&>(Event).key() == Qt::Key_Escape;
 }
 
 QString Doing(Work What)
@@ -82,8 +89,11 @@ void CWorkProgress::WorkEnds()
     if (!m_isShown)
         return;
     m_isShown = false;
-    qApp->removeEventFilter(this);
     QApplication::restoreOverrideCursor();
+    QTimer::singleShot(LateEscapeMs, this, [this] {
+        if (!m_isShown)
+            qApp->removeEventFilter(this);
+    });
     Q_EMIT Ended(m_isCancelled);
 }
 
@@ -107,9 +117,11 @@ void CWorkProgress::Tell()
 /// What goes to a window comes again for the widget in it, so only widgets are kept from it.
 bool CWorkProgress::eventFilter(QObject* Watched, QEvent* Event)
 {
-    if (!Watched->isWidgetType() || !IsInput(Event->type()) || qobject_cast<QScrollBar*>(Watched))
+    if (!Watched->isWidgetType() || qobject_cast<QScrollBar*>(Watched))
         return false;
-    if (Event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(Event)->key() == Qt::Key_Escape)
+    if (m_isShown ? !IsInput(Event->type()) : !IsEscape(*Event))
+        return false;
+    if (IsEscape(*Event))
         Cancel();
     Event->accept(); // an override that is not taken would become a shortcut
     return true;

@@ -21,6 +21,9 @@ class CWorkProgress : public QObject, public WorkWatch
 public:
     static constexpr int ShowAfterMs = 500;
     static constexpr int EventsEveryMs = 50;
+    /// So long after work that was shown Esc is dropped: who pressed it meant the work, not the window. Shorter than
+    /// ShowAfterMs.
+    static constexpr int LateEscapeMs = 300;
 
     using QObject::QObject;
 

@@ -133,7 +133,12 @@ QTimer* frmView::MakeTimer(const QString& Name, int IntervalMs, bool SingleShot)
 void frmView::BuildTimers()
 {
     m_tmrRead = MakeTimer(u"tmrRead"_s, 0, true);
-    connect(m_tmrRead, &QTimer::timeout, this, [this] { Perform([this] { m_viewer->ReadTimerFired(); }); });
+    connect(m_tmrRead, &QTimer::timeout, this, [this] {
+        if (IsWorking())
+            m_tmrRead->start(); // what is shown during a long search has been read as well
+        else
+            Perform([this] { m_viewer->ReadTimerFired(); });
+    });
     m_tmrBlinkIcon = MakeTimer(u"tmrBlinkIcon"_s, BlinkMs, false);
     connect(m_tmrBlinkIcon, &QTimer::timeout, this, [this] { ChangeIconFrame(false); });
     m_tmrCloseBoxes = MakeTimer(u"tmrCloseBoxes"_s, CloseBoxesMs, false);
