@@ -8,6 +8,8 @@
 #include "viewer/mdlMoves.h"
 #include "viewer/mdlRelated.h"
 
+#include <QScopedValueRollback>
+
 using namespace Qt::StringLiterals;
 
 /// Going to the next unread message means that the shown one has been read.
@@ -40,14 +42,13 @@ void CViewer::MoveNext(int List, MoveMode Mode, bool PageFirst)
     const CMessageList& list = *m_lists[List];
     if (list.Count() == 0)
         return;
-    const int behind = RowBehind(List);
     Leave(List, Mode);
     if (PageFirst && m_host.PagePane(true))
         return;
     if (Mode == MoveMode::History)
         MoveTo(List, m_history.Forward(list.Count()) - 1);
     else
-        MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadAfter(list, behind) : behind + 1);
+        MoveTo(List, Mode == MoveMode::Unread ? mdlMoves::UnreadAfter(list, RowBehind(List)) : RowBehind(List) + 1);
 }
 
 void CViewer::MovePrev(int List, MoveMode Mode, bool PageFirst)
@@ -104,7 +105,10 @@ void CViewer::RelatedSearch(qint32 BBS_ID, const QString& Text)
     if (!LoadList(mdlRelated::ThreadOf(id.BBS_ID, id.ID), ResultList))
         return;
     ResetListView(ResultList, false);
-    ShowThread(ResultList);
+    {
+        const QScopedValueRollback loading(m_isLoading, true); // the message that is first for a moment is not read
+        ShowThread(ResultList);
+    }
     m_lists[ResultList]->ClearSelection();
     ShowFound(ResultList, m_lists[ResultList]->Find(id));
 }

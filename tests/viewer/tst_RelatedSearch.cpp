@@ -90,6 +90,9 @@ void tst_RelatedSearch::ShowsTheThread()
     QCOMPARE(F().List(1).SortColumn(), -1);
     F().Viewer.RelatedSearch(3, u"6"_s);
     QCOMPARE(Ids(F().List(1)), u"3/6"_s);
+    F().App.Option().ReadTiming = 0;
+    F().Viewer.RelatedSearch(3, u"#4"_s);
+    QCOMPARE(F().ReadIds(), u"4"_s); // not those that were first for a moment
 }
 
 /// An answer that was written on the other side of a two-sided board.
