@@ -30,7 +30,7 @@ void CMRUCombo::SetComboBox(QComboBox* NewComboBox)
     m_max = 0;
     m_lastSeen.clear();
     m_caretBefore = 0;
-    m_composing = false;
+    m_composing = {};
     if (!m_combo)
         return;
     m_combo->setEditable(true);
@@ -97,6 +97,7 @@ int CMRUCombo::Caret() const
 
 bool CMRUCombo::eventFilter(QObject* Watched, QEvent* Event)
 {
+    m_composing.Watch(*Event);
     switch (Event->type()) {
     case QEvent::KeyPress: {
         const int key = static_cast<QKeyEvent*>(Event)->key();
@@ -105,13 +106,11 @@ bool CMRUCombo::eventFilter(QObject* Watched, QEvent* Event)
         m_caretBefore = Caret();
         break;
     }
-    case QEvent::InputMethod: {
-        const auto& composed = static_cast<const QInputMethodEvent&>(*Event);
-        m_composing = !composed.preeditString().isEmpty();
-        if (!composed.commitString().isEmpty())
-            m_caretBefore = Caret(); // text that an input method hands over comes without a key
+    case QEvent::InputMethod:
+        // Text that an input method hands over comes without a key.
+        if (!static_cast<QInputMethodEvent*>(Event)->commitString().isEmpty())
+            m_caretBefore = Caret();
         break;
-    }
     default:
         break;
     }
@@ -127,7 +126,7 @@ void CMRUCombo::AcceptCompletion()
 void CMRUCombo::OnTextEdited(const QString& Text)
 {
     // What is composed takes the place of the selection before it is text; setting the text then would end it.
-    if (m_composing || Text == m_lastSeen)
+    if (m_composing.IsOn() || Text == m_lastSeen)
         return;
     const int caret = Caret();
     if (caret <= m_caretBefore) { // deleted, or written over

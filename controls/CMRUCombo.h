@@ -4,6 +4,8 @@
 #ifndef CONTROLS_CMRUCOMBO_H
 #define CONTROLS_CMRUCOMBO_H
 
+#include "platform/desktop/CComposing.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -57,7 +59,7 @@ private:
     qint16 m_max = 10;
     QString m_lastSeen;
     int m_caretBefore = 0;
-    bool m_composing = false;
+    CComposing m_composing;
 };
 
 #endif

@@ -11,7 +11,6 @@
 #include "platform/desktop/desktop.h"
 
 #include <QComboBox>
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -148,21 +147,14 @@ void CFindCommands::FindMessage(const QString& Text, bool Forward)
 
 bool CFindCommands::eventFilter(QObject* Watched, QEvent* Event)
 {
-    switch (Event->type()) {
-    case QEvent::InputMethod:
-        m_isComposing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
-        return false;
-    case QEvent::FocusOut:
-        m_isComposing = false;
-        return false;
-    case QEvent::ShortcutOverride: // one that is taken becomes no shortcut
-        Event->setAccepted(m_isComposing);
-        return m_isComposing;
-    case QEvent::KeyPress:
-        return !m_isComposing && OnBoxKey(static_cast<QKeyEvent*>(Event)->key());
-    default:
-        return QObject::eventFilter(Watched, Event);
+    m_composing.Watch(*Event);
+    if (m_composing.IsOn() && Event->type() == QEvent::ShortcutOverride) {
+        Event->accept(); // one that is taken becomes no shortcut
+        return true;
     }
+    if (!m_composing.IsOn() && Event->type() == QEvent::KeyPress)
+        return OnBoxKey(static_cast<QKeyEvent*>(Event)->key());
+    return QObject::eventFilter(Watched, Event);
 }
 
 /// Any key of the user's means that the next Enter looks forward.

@@ -4,6 +4,7 @@
 #ifndef MAINWIN_CFINDCOMMANDS_H
 #define MAINWIN_CFINDCOMMANDS_H
 
+#include "platform/desktop/CComposing.h"
 #include "viewer/CFinder.h"
 
 #include <QObject>
@@ -64,7 +65,7 @@ private:
     frmFind* m_dialog = nullptr; // made when it is first asked for
     bool m_isForward = true;     // what Enter in the box does
     bool m_isAllowed = true;
-    bool m_isComposing = false; // an input method holds text that is not in the box yet
+    CComposing m_composing; // in the box
 };
 
 #endif

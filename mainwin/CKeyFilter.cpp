@@ -19,18 +19,8 @@ CKeyFilter::CKeyFilter(QWidget& Window, std::function<bool(const mdlCommands::Ke
 
 bool CKeyFilter::eventFilter(QObject* Watched, QEvent* Event)
 {
-    switch (Event->type()) {
-    case QEvent::InputMethod:
-        m_composing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
-        return false;
-    case QEvent::FocusOut:
-        m_composing = false;
-        return false;
-    case QEvent::KeyPress:
-        return IsForWindow(Watched) && OnKey(*static_cast<QKeyEvent*>(Event));
-    default:
-        return false;
-    }
+    m_composing.Watch(*Event);
+    return Event->type() == QEvent::KeyPress && IsForWindow(Watched) && OnKey(*static_cast<QKeyEvent*>(Event));
 }
 
 bool CKeyFilter::IsForWindow(const QObject* Watched) const
@@ -41,7 +31,7 @@ bool CKeyFilter::IsForWindow(const QObject* Watched) const
     // What the menu bar does not take comes to the window next.
     if (qobject_cast<const QMenuBar*>(QApplication::focusWidget()))
         return false;
-    return !m_composing && !QApplication::activePopupWidget() && !QApplication::activeModalWidget();
+    return !m_composing.IsOn() && !QApplication::activePopupWidget() && !QApplication::activeModalWidget();
 }
 
 bool CKeyFilter::IsInEntryField() const

@@ -5,6 +5,7 @@
 #define MAINWIN_CKEYFILTER_H
 
 #include "mainwin/mdlCommands.h"
+#include "platform/desktop/CComposing.h"
 
 #include <QObject>
 #include <QPointer>
@@ -39,7 +40,7 @@ private:
     QWidget& m_window;
     std::function<bool(const mdlCommands::Key&)> m_act;
     QList<QPointer<QWidget>> m_fields;
-    bool m_composing = false;
+    CComposing m_composing;
 };
 
 #endif

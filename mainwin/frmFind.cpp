@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -181,19 +180,12 @@ void frmFind::Find(bool Forward)
 
 bool frmFind::eventFilter(QObject* Watched, QEvent* Event)
 {
-    switch (Event->type()) {
-    case QEvent::InputMethod:
-        m_isComposing = !static_cast<QInputMethodEvent*>(Event)->preeditString().isEmpty();
-        return false;
-    case QEvent::FocusOut:
-        m_isComposing = false;
-        return false;
-    case QEvent::ShortcutOverride: // one that is taken becomes no shortcut
-        Event->setAccepted(m_isComposing);
-        return m_isComposing;
-    case QEvent::KeyPress:
-        return m_isComposing && EndsComposing(static_cast<QKeyEvent*>(Event)->key());
-    default:
-        return QDialog::eventFilter(Watched, Event);
+    m_composing.Watch(*Event);
+    if (m_composing.IsOn() && Event->type() == QEvent::ShortcutOverride) {
+        Event->accept(); // one that is taken becomes no shortcut
+        return true;
     }
+    if (m_composing.IsOn() && Event->type() == QEvent::KeyPress)
+        return EndsComposing(static_cast<QKeyEvent*>(Event)->key());
+    return QDialog::eventFilter(Watched, Event);
 }

@@ -4,6 +4,8 @@
 #ifndef MAINWIN_FRMFIND_H
 #define MAINWIN_FRMFIND_H
 
+#include "platform/desktop/CComposing.h"
+
 #include <QDialog>
 
 class Application;
@@ -59,7 +61,7 @@ private:
     CMRUCombo* m_history = nullptr;
     bool m_isAllowed = true;
     bool m_isPlaced = false;
-    bool m_isComposing = false; // an input method holds text that is not in the box yet
+    CComposing m_composing; // in the box
 };
 
 #endif
