@@ -136,24 +136,6 @@ void CListView::ResetColumns()
     }
 }
 
-std::vector<int> CListView::ColumnOrder() const
-{
-    std::vector<int> order;
-    for (int place = 0; place < header()->count(); ++place)
-        order.push_back(header()->logicalIndex(place));
-    return order;
-}
-
-void CListView::SetColumnOrder(const std::vector<int>& Order)
-{
-    int place = 0;
-    for (const int column : Order) {
-        const int from = header()->visualIndex(column); // -1: no such column
-        if (from >= place)
-            header()->moveSection(from, place++);
-    }
-}
-
 // Rows that come and go leave what is being read where it is on the screen.
 
 /// Rows came in (or, below 0, went) at Row. At the very top the newest message is what the reader wants to see.

@@ -46,10 +46,6 @@ public:
     void TakeColumns(const CListView& Other);
     /// All columns in their order, each RawColumnTwips wide.
     void ResetColumns();
-    /// The columns from left to right as the user has moved them.
-    std::vector<int> ColumnOrder() const;
-    /// Puts the columns of Order first, as far as there are such; what is missing follows in its present order.
-    void SetColumnOrder(const std::vector<int>& Order);
 
     /// Scrolls up and down only: a click into a cell that is cut off must not shift the columns under the pointer.
     void scrollTo(const QModelIndex& Index, ScrollHint Hint = QAbstractItemView::EnsureVisible) override;

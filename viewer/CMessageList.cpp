@@ -260,27 +260,6 @@ int CMessageList::Remove(const std::vector<CMessageId>& Ids)
 
 // State of rows
 
-void CMessageList::SetRead(int Row, bool Read)
-{
-    CMessageItem& item = m_items[PlaceOf(Row)];
-    if (!item.IsMessage() || item.Message.Read == Read)
-        return;
-    CountItem(item, -1);
-    item.Message.Read = Read;
-    CountItem(item, 1);
-    Q_EMIT RowsChanged(Row, Row);
-}
-
-void CMessageList::SetMark(int Row, qint32 Mark, std::optional<quint32> ForeColor)
-{
-    CMessageItem& item = m_items[PlaceOf(Row)];
-    if (!item.IsMessage())
-        return;
-    item.Message.Mark = Mark;
-    item.ForeColor = ForeColor.value_or(item.ForeColor);
-    Q_EMIT RowsChanged(Row, Row);
-}
-
 /// Changes the messages that are there and tells the rows from the first to the last of them.
 template<class Change> void CMessageList::ChangeRows(const std::vector<CMessageId>& Ids, Change ChangeItem)
 {

@@ -65,24 +65,21 @@ public:
     /// Adds one message: where the sort order puts it, at the end without one. Its row, or -1 when it is there already
     /// or the list shows a raw table.
     int Add(CMessageItem Item);
-    /// Takes the message out; its focus goes to the next row (the last one at the end). False when it is not there.
-    bool Remove(CMessageId Id) { return Remove(std::vector<CMessageId>{Id}) > 0; }
-    /// Takes all of them out in one go, those that are there; the focus goes to the next row that stays. How many went.
+    /// Takes all of them out in one go, those that are there; the focus goes to the next row that stays (at the end to
+    /// the last one). How many went.
     int Remove(const std::vector<CMessageId>& Ids);
 
-    void SetRead(int Row, bool Read);
-    /// Without a ForeColor the row keeps the one that it has.
-    void SetMark(int Row, qint32 Mark, std::optional<quint32> ForeColor);
-    /// The same for many messages with one signal; those that the list does not hold are passed over.
+    /// With one signal for all; messages that the list does not hold are passed over.
     void SetRead(const std::vector<CMessageId>& Ids, bool Read);
+    /// The same. Without a ForeColor the rows keep those that they have.
     void SetMark(const std::vector<CMessageId>& Ids, qint32 Mark, std::optional<quint32> ForeColor);
 
     /// Column that the rows are kept sorted by, -1 when sorting is off.
     int SortColumn() const { return m_sortColumn; }
-    Order SortOrder() const { return m_sortOrder; }
     /// Sorts by the texts of Column and keeps the list sorted. Messages with equal texts keep board and number order.
     /// False when GoesOn, asked every few milliseconds, has said so; the list is then as it was.
-    bool Sort(int Column, Order Direction, const std::function<bool()>& GoesOn = [] { return true; });
+    bool Sort(
+        int Column, Order Direction, const std::function<bool()>& GoesOn = [] { return true; });
     /// "↑", "↓" or empty, as the tag of the column's header.
     QString SortMark(int Column) const;
     void SetSortMark(int Column, Order Direction);

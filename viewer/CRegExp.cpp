@@ -3,8 +3,6 @@
 
 #include "viewer/CRegExp.h"
 
-using namespace Qt::StringLiterals;
-
 void CRegExp::SetIgnoreCase(bool IsOn)
 {
     m_ignoresCase = IsOn;
@@ -36,7 +34,6 @@ const text::CFoldedPattern& CRegExp::Plain()
 
 bool CRegExp::Search(const QString& Text, qsizetype From)
 {
-    m_trouble.clear();
     m_hasGivenUp = false;
     if (m_isRegExpMode)
         return Take(Text, FindFirst(Text, From));
@@ -46,7 +43,6 @@ bool CRegExp::Search(const QString& Text, qsizetype From)
 
 bool CRegExp::SearchRev(const QString& Text, qsizetype Until)
 {
-    m_trouble.clear();
     m_hasGivenUp = false;
     const qsizetype until = Until == ToEnd ? Text.size() : Until;
     if (m_isRegExpMode)
@@ -68,12 +64,12 @@ bool CRegExp::Take(const QString& Text, regexp::CSpan Found)
 bool CRegExp::StartScan(const QString& Text, qsizetype From)
 {
     if (!RegExp().IsValid())
-        m_trouble = RegExp().ErrorText();
-    else if (m_scan)
+        return false;
+    if (m_scan)
         m_scan->Restart(Text, From);
     else
         m_scan.emplace(RegExp(), Text, From);
-    return RegExp().IsValid();
+    return true;
 }
 
 regexp::CSpan CRegExp::FindFirst(const QString& Text, qsizetype From)
@@ -83,8 +79,7 @@ regexp::CSpan CRegExp::FindFirst(const QString& Text, qsizetype From)
     regexp::Outcome outcome = m_scan->Next();
     while (outcome == regexp::Outcome::Found && m_scan->Match().Length == 0)
         outcome = m_scan->Next();
-    if (outcome == regexp::Outcome::GaveUp)
-        GiveUp();
+    m_hasGivenUp = outcome == regexp::Outcome::GaveUp;
     return outcome == regexp::Outcome::Found ? m_scan->Match() : regexp::CSpan();
 }
 
@@ -95,20 +90,13 @@ regexp::CSpan CRegExp::FindLast(const QString& Text, qsizetype Until)
     regexp::CSpan last;
     for (;;) {
         const regexp::Outcome outcome = m_scan->Next();
-        if (outcome == regexp::Outcome::GaveUp) {
-            GiveUp();
+        m_hasGivenUp = outcome == regexp::Outcome::GaveUp;
+        if (m_hasGivenUp)
             return {};
-        }
         const regexp::CSpan match = m_scan->Match();
         if (outcome == regexp::Outcome::NotFound || match.Index + match.Length > Until)
             return last;
         if (match.Length > 0)
             last = match;
     }
-}
-
-void CRegExp::GiveUp()
-{
-    m_hasGivenUp = true;
-    m_trouble = u"正規表現の検索に時間がかかりすぎるため、途中で打ち切りました。"_s;
 }

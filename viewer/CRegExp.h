@@ -44,10 +44,8 @@ public:
     bool SearchRev(const QString& Text, qsizetype Until = ToEnd);
     static constexpr qsizetype ToEnd = -1;
 
-    /// Why the last search could not tell, in a sentence for the user: the expression has a fault, or takes too long
-    /// on that text (HasGivenUp). Empty when the answer is sure.
-    QString Trouble() const { return m_trouble; }
-    /// Whether the last search was broken off. The next text may well be searched in time; many in a row may not.
+    /// Whether the last search was broken off, as the expression takes too long on that text. The next one may well be
+    /// searched in time; many in a row may not.
     bool HasGivenUp() const { return m_hasGivenUp; }
 
 private:
@@ -55,7 +53,6 @@ private:
     bool StartScan(const QString& Text, qsizetype From);
     regexp::CSpan FindFirst(const QString& Text, qsizetype From);
     regexp::CSpan FindLast(const QString& Text, qsizetype Until);
-    void GiveUp();
     const text::CFoldedPattern& Plain();
 
     bool m_isRegExpMode = true;
@@ -67,7 +64,6 @@ private:
     qint32 m_firstIndex = -1;
     qint32 m_length = -1;
     QString m_value;
-    QString m_trouble;
     bool m_hasGivenUp = false;
 };
 

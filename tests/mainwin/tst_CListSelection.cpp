@@ -84,7 +84,7 @@ void tst_CListSelection::RowsMoveUnderAShiftSelection()
     f.Selection.select(f.Rows(1, 1), Model::Select | Model::Rows);
     f.Selection.select(f.Rows(5, 5), Model::Select | Model::Rows);
     f.List.Add(MakeItem(MakeMessage(3, 11)));
-    f.List.Remove({3, 7});
+    f.List.Remove({{3, 7}});
     f.Selection.select(f.Rows(5, 7), Model::SelectCurrent | Model::Rows);
     QCOMPARE(f.List.SelectedRows(), (std::vector<int>{2, 5, 6, 7}));
     f.List.Sort(mdlColumns::ID, CMessageList::Order::Ascending);

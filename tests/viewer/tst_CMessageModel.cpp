@@ -64,11 +64,11 @@ void tst_CMessageModel::EveryChangePassesTheChecker()
     m_list->Add(MakeItem(MakeMessage(3, 7, u"あ"_s)));
     m_list->ArrangeThreads();
     m_list->Add(MakeItem(MakeMessage(3, 6)));
-    m_list->SetRead(0, true);
-    m_list->SetMark(1, 2, 128U);
+    m_list->SetRead({m_list->Item(0).Id()}, true);
+    m_list->SetMark({m_list->Item(1).Id()}, 2, 128U);
     m_list->ClearIndent();
-    m_list->Remove({3, 1});
-    m_list->Remove({3, 6});
+    m_list->Remove({{3, 1}});
+    m_list->Remove({{3, 6}});
     m_list->SetSortMark(1, Order::Descending);
     QCOMPARE(m_model->rowCount(), 5);
     QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), u"番号 ▽"_s);
@@ -92,7 +92,7 @@ void tst_CMessageModel::PersistentIndexesFollow()
     m_list->Sort(mdlColumns::ID, Order::Ascending);
     QCOMPARE(two.row(), 1);
     QCOMPARE(two.data().toString(), u"000002"_s);
-    m_list->Remove({3, 1});
+    m_list->Remove({{3, 1}});
     QCOMPARE(two.row(), 0);
 }
 
@@ -123,7 +123,7 @@ void tst_CMessageModel::Roles()
     CMessage read = MakeMessage(14, 1);
     read.Read = true;
     m_list->Fill(MakeItems({read, MakeMessage(3, 2)}), {});
-    m_list->SetMark(0, 1, 128U);
+    m_list->SetMark({m_list->Item(0).Id()}, 1, 128U);
     const auto data = [this](int Row, int Column, int Role) { return m_model->index(Row, Column).data(Role); };
     QCOMPARE(data(0, 1, CMessageModel::BoldRole).toBool(), true);
     QCOMPARE(data(1, 1, CMessageModel::BoldRole).toBool(), false);
@@ -134,7 +134,7 @@ void tst_CMessageModel::Roles()
     QVERIFY(!data(1, 1, CMessageModel::BoardRole).isValid());
     m_option.NoReadBold = false;
     QCOMPARE(data(0, 1, CMessageModel::BoldRole).toBool(), false);
-    m_list->SetMark(0, 0, CMessageItem::NormalColor);
+    m_list->SetMark({m_list->Item(0).Id()}, 0, CMessageItem::NormalColor);
     QVERIFY(!data(0, 1, CMessageModel::ColorRole).isValid());
     QVERIFY(!(m_model->flags(m_model->index(0, 2)) & Qt::ItemIsEditable));
     m_list->FillRaw({u"a"_s}, {u"1"_s});
@@ -159,8 +159,8 @@ void tst_CMessageModel::OneChangeTouchesOneRow()
 {
     m_list->Fill(MakeItems({MakeMessage(3, 1), MakeMessage(3, 2)}), {});
     QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
-    m_list->SetRead(1, true);
-    m_list->SetRead(1, true);
+    m_list->SetRead({m_list->Item(1).Id()}, true);
+    m_list->SetRead({m_list->Item(1).Id()}, true);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed[0][0].toModelIndex().row(), 1);
     QCOMPARE(changed[0][1].toModelIndex().row(), 1);
