@@ -25,10 +25,10 @@ class CLoadDrivers;
 class CMenuSet;
 class CMessageCommands;
 class CMessagePane;
-class CWorkProgress;
 class CStatusPanels;
 class CTextZoom;
 class CToolbar;
+class CWorkProgress;
 class frmLoadDlg;
 class frmSQL;
 class QTimer;
@@ -174,13 +174,13 @@ private:
     void DataDefinitionChanged() override;
     void Progress(int Done, int Of) override;
     bool PagePane(bool Forward) override;
+    BodyRange PaneSelection() const override;
+    void SelectInPane(BodyRange Range) override;
 
     // ReceiveHost
     void RunStarted(RunKind Kind) override;
     void SetStatus(const QString& Text) override;
     void RunEnded() override;
-    BodyRange PaneSelection() const override;
-    void SelectInPane(BodyRange Range) override;
     bool IsClosing() const override { return m_isClosing; }
     qint32 CurrentBoard() const override;
     std::optional<CMessage> SelectedMessage() const override;

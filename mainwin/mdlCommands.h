@@ -73,14 +73,14 @@ enum class Command {
 enum class Rule {
     Always,
     Never,
-    Idle,        ///< while no run is under way
-    Open,        ///< while neither a long query nor a compaction has the database for itself
-    ViewMode,    ///< idle, and the mode (Argument) has messages to bring
-    Messages,    ///< the list in front holds messages
-    Selection,   ///< ... and at least one is selected
-    SomeUnread,  ///< ... of which one is unread, or several are selected
-    SomeRead,    ///< ... of which one is read, or several are selected
-    SingleReply, ///< exactly one message is selected, and it answers another
+    Idle,         ///< while no run is under way
+    Open,         ///< while no long work and no compaction has the lists or the database for itself
+    ViewMode,     ///< idle, and the mode (Argument) has messages to bring
+    Messages,     ///< the list in front holds messages
+    Selection,    ///< ... and at least one is selected
+    SomeUnread,   ///< ... of which one is unread, or several are selected
+    SomeRead,     ///< ... of which one is read, or several are selected
+    SingleReply,  ///< exactly one message is selected, and it answers another
     Single,       ///< exactly one message is selected
     Deletable,    ///< a message is selected and nothing is being received or imported
     WithMail,     ///< the selected message has a mail address

@@ -63,8 +63,8 @@ bool Holds(Rule When, const WindowFacts& Facts, int Argument)
 {
     const bool idle = Facts.Busy == BusyState::None;
     // A receive leaves the lists to the user; these have them, or the database, for themselves.
-    const bool isClosed = Facts.Busy == BusyState::Query || Facts.Busy == BusyState::Work ||
-                          Facts.Busy == BusyState::Compact;
+    const bool isClosed =
+        Facts.Busy == BusyState::Query || Facts.Busy == BusyState::Work || Facts.Busy == BusyState::Compact;
     switch (When) {
     case Rule::Always:
         return true;

@@ -33,8 +33,8 @@ struct WindowFacts
 /// Whether an item with this rule is enabled. Argument is the view mode for Rule::ViewMode, otherwise unused.
 bool Holds(mdlCommands::Rule When, const WindowFacts& Facts, int Argument = 0);
 
-/// "受信中 - " while a receive runs or "検索中 - " while a query does, then BoardName (board list) or "検索結果" (result list), " - " and AppTitle.
-/// Only AppTitle while no list has been shown (BoardName empty, board list).
+/// "受信中 - " while a receive runs or "検索中 - " while a query does, then BoardName (board list) or "検索結果"
+/// (result list), " - " and AppTitle. Only AppTitle while no list has been shown (BoardName empty, board list).
 QString Caption(const WindowFacts& Facts, const QString& BoardName, const QString& AppTitle);
 
 } // namespace mdlEnabling
