@@ -43,7 +43,8 @@ CMessageModel::CMessageModel(const CMessageList& List, const Settings& Option, Q
     connect(&List, &CMessageList::WasReset, this, [this] { endResetModel(); });
     connect(&List, &CMessageList::AboutToInsert, this, [this](int Row) { beginInsertRows({}, Row, Row); });
     connect(&List, &CMessageList::Inserted, this, [this] { endInsertRows(); });
-    connect(&List, &CMessageList::AboutToRemove, this, [this](int First, int Last) { beginRemoveRows({}, First, Last); });
+    connect(&List, &CMessageList::AboutToRemove, this,
+            [this](int First, int Last) { beginRemoveRows({}, First, Last); });
     connect(&List, &CMessageList::Removed, this, [this] { endRemoveRows(); });
     connect(&List, &CMessageList::AboutToReorder, this,
             [this] { Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint); });
@@ -61,7 +62,7 @@ int CMessageModel::columnCount(const QModelIndex& Parent) const { return Parent.
 QString CMessageModel::DisplayText(int Row, int Column) const
 {
     if (!m_list.IsRaw() && Column != mdlColumns::Body)
-        return m_list.Text(Row, Column);
+        return m_list.Text(Row, Column).left(TextLength);
     return OneLine(m_list.Text(Row, Column));
 }
 

@@ -21,11 +21,14 @@ public:
         BoldRole = Qt::UserRole + 1, ///< bool: an unread message, unless the user wants none in bold
         ColorRole, ///< quint32: text colour of a marked message (red + 256 x green + 65536 x blue, or 0x80000000 + a
                    ///< system colour); invalid where the view's own colour is due
-        BoardRole ///< qint32: BBS_ID for the icon of column 0; invalid in other columns and for a raw table
+        BoardRole  ///< qint32: BBS_ID for the icon of column 0; invalid in other columns and for a raw table
     };
 
     /// Longest text of a body cell; a list row shows one line.
     static constexpr int BodyLength = 200;
+    /// Longest text of any other cell, in UTF-16 units, more than any screen has room for: in a thread of thousands of
+    /// answers to answers the indentation alone would take seconds to draw.
+    static constexpr int TextLength = 1000;
 
     /// Both must outlive the model.
     CMessageModel(const CMessageList& List, const Settings& Option, QObject* Parent = nullptr);
