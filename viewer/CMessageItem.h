@@ -18,6 +18,9 @@ struct CMessageId
     /// Reads "#003001234": three digits of the board, the rest is the number. Empty for anything else.
     static std::optional<CMessageId> FromKey(const QString& Key);
 
+    /// Both numbers in one, for look-ups.
+    quint64 Packed() const { return quint64{static_cast<quint32>(BBS_ID)} << 32 | static_cast<quint32>(ID); }
+
     bool operator==(const CMessageId& Other) const = default;
 };
 

@@ -18,11 +18,6 @@ CMessageList::CMessageList(const Settings& Option, QStringList Headers, QObject*
     , m_headers(std::move(Headers))
 {}
 
-quint64 CMessageList::HashKey(CMessageId Id)
-{
-    return (quint64{static_cast<quint32>(Id.BBS_ID)} << 32) | static_cast<quint32>(Id.ID);
-}
-
 int CMessageList::RowOfPlace(int Place) const
 {
     if (Place < 0)
@@ -35,7 +30,7 @@ int CMessageList::RowOfPlace(int Place) const
     return m_rows[static_cast<std::size_t>(Place)];
 }
 
-int CMessageList::Find(CMessageId Id) const { return RowOfPlace(m_places.value(HashKey(Id), -1)); }
+int CMessageList::Find(CMessageId Id) const { return RowOfPlace(m_places.value(Id.Packed(), -1)); }
 
 QString CMessageList::Text(int Row, int Column) const
 {
@@ -94,7 +89,7 @@ void CMessageList::TakeItems(std::vector<CMessageItem> Items)
         const CMessageItem& item = m_items[i];
         if (item.IsMessage()) {
             const qsizetype known = m_places.size();
-            int& placeOfKey = m_places[HashKey(item.Id())];
+            int& placeOfKey = m_places[item.Id().Packed()];
             if (m_places.size() == known) { // the first one with this key stays
                 m_free.push_back(place);
                 continue;
@@ -155,7 +150,7 @@ int CMessageList::Store(CMessageItem Item)
         m_free.pop_back();
         m_items[static_cast<std::size_t>(place)] = std::move(Item);
     }
-    m_places.insert(HashKey(id), place);
+    m_places.insert(id.Packed(), place);
     return place;
 }
 
@@ -208,7 +203,7 @@ void CMessageList::Release(int Place)
 {
     CMessageItem& item = m_items[static_cast<std::size_t>(Place)];
     CountItem(item, -1);
-    m_places.remove(HashKey(item.Id()));
+    m_places.remove(item.Id().Packed());
     item = CMessageItem();
     m_free.push_back(Place);
 }

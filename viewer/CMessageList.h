@@ -43,7 +43,7 @@ public:
     const CMessageItem& Item(int Row) const { return m_items[PlaceOf(Row)]; }
     /// Row of the message, -1 when the list does not hold it.
     int Find(CMessageId Id) const;
-    bool Contains(CMessageId Id) const { return m_places.contains(HashKey(Id)); }
+    bool Contains(CMessageId Id) const { return m_places.contains(Id.Packed()); }
     /// Number of messages shown as unread.
     int UnreadCount() const { return m_unreadCount; }
     /// The whole text of a cell, as it sorts and as the find looks at it; the subject comes with its indentation.
@@ -123,7 +123,6 @@ Q_SIGNALS:
     void HeadersChanged();
 
 private:
-    static quint64 HashKey(CMessageId Id);
     std::size_t PlaceOf(int Row) const { return static_cast<std::size_t>(m_order[static_cast<std::size_t>(Row)]); }
     int RowOfPlace(int Place) const;
     void Empty();

@@ -17,11 +17,6 @@ using mdlThreadOrder::Place;
 
 constexpr int None = -1;
 
-quint64 HashKey(CMessageId Id)
-{
-    return (quint64{static_cast<quint32>(Id.BBS_ID)} << 32) | static_cast<quint32>(Id.ID);
-}
-
 /// The threads as links between nodes: first answer, next answer to the same message, first messages in order.
 struct CLinks
 {
@@ -49,8 +44,9 @@ CLinks Link(const std::vector<Node>& Nodes)
     seen.reserve(static_cast<qsizetype>(Nodes.size()));
     for (const int index : ByNumber(Nodes)) {
         const Node& node = Nodes[static_cast<std::size_t>(index)];
-        const int parent = node.InReplyTo == 0 ? None : seen.value(HashKey({node.Id.BBS_ID, node.InReplyTo}), None);
-        seen.insert(HashKey(node.Id), index);
+        const int parent =
+            node.InReplyTo == 0 ? None : seen.value(CMessageId{node.Id.BBS_ID, node.InReplyTo}.Packed(), None);
+        seen.insert(node.Id.Packed(), index);
         if (parent == None) {
             links.Roots.push_back(index);
             continue;
