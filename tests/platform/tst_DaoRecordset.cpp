@@ -35,7 +35,6 @@ private Q_SLOTS:
     void SnapshotTakesWhatTheFileHolds();
     void SnapshotStaysAsItWas();
     void SnapshotIsReadOnly();
-    void TextsAreShared();
     void AddNew();
     void AddNewInAnEmptyTable();
     void EditAndUpdate();
@@ -49,7 +48,6 @@ private Q_SLOTS:
     void DynasetOverSeveralTablesIsReadOnly();
     void DynasetWithComputedColumn();
     void DynasetAdds();
-    void ThreadPass();
     void IndexOrder();
     void Seek_data();
     void Seek();
@@ -289,13 +287,6 @@ void tst_DaoRecordset::SnapshotIsReadOnly()
     QCOMPARE(ErrorNumber([&] { rows->Update(); }), 3020);
 }
 
-void tst_DaoRecordset::TextsAreShared()
-{
-    Add(*m_db, 1, 0, u"共有"_s);
-    const auto rows = Open(u"SELECT Title FROM Posts"_s);
-    QCOMPARE(static_cast<const void*>(rows->Text(0).constData()), static_cast<const void*>(rows->Text(0).constData()));
-}
-
 void tst_DaoRecordset::AddNew()
 {
     Add(*m_db, 1, 0, u"first"_s);
@@ -494,25 +485,6 @@ void tst_DaoRecordset::DynasetAdds()
     rows->MoveLast();
     QCOMPARE(rows->Long(0), 3);
     QCOMPARE(rows->RecordCount(), 2);
-}
-
-/// The edit of a column while another recordset reads it, as the linking of threads does it.
-void tst_DaoRecordset::ThreadPass()
-{
-    m_db->BeginTrans();
-    for (int id = 1; id <= 50; ++id)
-        Add(*m_db, id, 0, u"a"_s);
-    const auto rows = Open(u"SELECT *  FROM Posts WHERE Root = 0 ORDER BY ID"_s, RecordsetType::Dynaset);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        rows->Edit();
-        const qint32 id = rows->Long(rows->FieldIndex(u"ID"));
-        const auto parent = Open(u"SELECT Root FROM Posts WHERE ID = %1"_s.arg(id / 2));
-        rows->Set(u"Root", parent->Eof() ? Value::FromLong(id) : parent->Get(u"Root"));
-        parent->Close();
-        rows->Update();
-    }
-    m_db->CommitTrans();
-    QCOMPARE(RawRows(u"SELECT count(*) FROM Posts WHERE Root = 1"_s), QStringList({u"50"_s}));
 }
 
 void tst_DaoRecordset::IndexOrder()

@@ -22,7 +22,6 @@ private Q_SLOTS:
     void FileIsPlainSqlite();
     void RulesHoldForOtherPrograms();
     void DefinitionComesBack();
-    void IndexNamesArePerTable();
     void RefusedDefinitions_data();
     void RefusedDefinitions();
     void RefusedTableLeavesNothing();
@@ -124,19 +123,6 @@ void tst_DaoTables::DefinitionComesBack()
     QCOMPARE(Described(db->TableDefs().back()), wanted);
     db->Close();
     QCOMPARE(Described(Database::Open(Path(u"a.mdb"_s))->TableDefs().back()), wanted);
-}
-
-void tst_DaoTables::IndexNamesArePerTable()
-{
-    const auto db = Database::Create(Path(u"a.mdb"_s));
-    dao::TableDef second = Letters();
-    second.Name = u"Second"_s;
-    db->AppendTable(Letters());
-    db->AppendTable(second);
-    const dao::TableDef& stored = db->TableDefs().back();
-    QCOMPARE(stored.Name, u"Second"_s);
-    QVERIFY(stored.FindIndex(u"idx1"));
-    QVERIFY(!stored.FindIndex(u"Inner"));
 }
 
 void tst_DaoTables::RefusedDefinitions_data()

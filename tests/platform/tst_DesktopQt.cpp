@@ -7,7 +7,6 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
@@ -71,7 +70,6 @@ private Q_SLOTS:
     void Input();
     void RefusedTargetIsTold();
     void MissingOwnFileIsNotOpened();
-    void ClipboardRoundTrip();
     void Twips_data();
     void Twips();
     void OnScreen_data();
@@ -174,14 +172,6 @@ void tst_DesktopQt::MissingOwnFileIsNotOpened()
     CDesktopQt desktop;
     QVERIFY(!desktop.ShellOpenOwn(u"/no/such/ReadMe.txt"_s));
     QVERIFY(!desktop.ShellOpenOwn(QString()));
-}
-
-void tst_DesktopQt::ClipboardRoundTrip()
-{
-    CDesktopQt desktop;
-    desktop.SetClipboard(u"> 表\r\n> ソ"_s);
-    QCOMPARE(QGuiApplication::clipboard()->text(), u"> 表\r\n> ソ"_s);
-    QCOMPARE(desktop.Clipboard(), u"> 表\r\n> ソ"_s);
 }
 
 void tst_DesktopQt::Twips_data()
