@@ -1,15 +1,11 @@
 // tests/store/tst_OpenLogDatabase.cpp
 // Starting with a database that is missing, no database, current, too new, too old, damaged or locked.
 
-#include "app/Application.h"
-#include "store/Store.h"
-#include "tests/support/CRawDatabase.h"
+#include "tests/store/CStoreFixture.h"
 #include "tests/support/CReadOnlyUser.h"
-#include "tests/support/CScriptedDesktop.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +15,7 @@ class tst_OpenLogDatabase : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_fixture = std::make_unique<CStoreFixture>(); }
     void cleanup();
     void MissingFileIsMade();
     void CurrentFileOpensSilently();
@@ -36,24 +32,15 @@ private Q_SLOTS:
     void FolderInPlaceOfTheFile();
 
 private:
-    std::unique_ptr<dao::Database> Open() { return mdlStore::OpenLogDatabase(m_file, *m_app); }
-    QStringList Files() const { return QDir(m_folder->path()).entryList(QDir::Files, QDir::Name); }
-    QByteArray Contents(const QString& Name = u"log.mdb"_s) const
+    CStoreFixture& F() { return *m_fixture; }
+    void Write(const QByteArray& Bytes, const QString& Name = u"log.mdb"_s)
     {
-        QFile file(m_folder->filePath(Name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    }
-    void Write(const QByteArray& Bytes, const QString& Name = u"log.mdb"_s) const
-    {
-        QFile file(m_folder->filePath(Name));
+        QFile file(F().Folder.filePath(Name));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         QCOMPARE(file.write(Bytes), Bytes.size());
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_file;
-    std::unique_ptr<CScriptedDesktop> m_desktop;
-    std::unique_ptr<Application> m_app;
+    std::unique_ptr<CStoreFixture> m_fixture;
 };
 
 namespace
@@ -63,41 +50,32 @@ const QString MissingText = u"データベースファイルが存在しませ�
 
 }
 
-void tst_OpenLogDatabase::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_file = m_folder->filePath(u"log.mdb"_s);
-    m_desktop = std::make_unique<CScriptedDesktop>();
-    m_app = std::make_unique<Application>(*m_desktop, m_folder->path(), u"Tavora"_s);
-}
-
 void tst_OpenLogDatabase::cleanup()
 {
-    QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    m_app.reset();
-    m_desktop.reset();
+    QFile::setPermissions(F().Folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_fixture.reset();
 }
 
 void tst_OpenLogDatabase::MissingFileIsMade()
 {
-    m_desktop->Expect(MissingText);
-    const auto db = Open();
+    F().Desk.Expect(MissingText);
+    const auto db = F().Open();
     QVERIFY(db);
-    QCOMPARE(db->Name(), m_file);
-    QCOMPARE(m_desktop->Boxes[0].Text, MissingText);
-    QCOMPARE(m_desktop->Boxes[0].Caption, m_app->AppTitle());
-    QCOMPARE(m_desktop->Boxes[0].Icon, Desktop::Icon::Information);
-    QCOMPARE(m_desktop->Boxes[0].Buttons, Desktop::Buttons::Ok);
-    QCOMPARE(CRawDatabase(m_file).Rows(u"SELECT count(*) FROM BBS"_s), QStringList({u"16"_s}));
+    QCOMPARE(db->Name(), F().File);
+    QCOMPARE(F().Desk.Boxes[0].Text, MissingText);
+    QCOMPARE(F().Desk.Boxes[0].Caption, F().App.AppTitle());
+    QCOMPARE(F().Desk.Boxes[0].Icon, Desktop::Icon::Information);
+    QCOMPARE(F().Desk.Boxes[0].Buttons, Desktop::Buttons::Ok);
+    QCOMPARE(F().Rows(u"SELECT count(*) FROM BBS"_s), QStringList({u"16"_s}));
 }
 
 void tst_OpenLogDatabase::CurrentFileOpensSilently()
 {
-    mdlStore::CreateNewDatabase(m_file);
-    const auto db = Open();
+    mdlStore::CreateNewDatabase(F().File);
+    const auto db = F().Open();
     QVERIFY(db);
     QVERIFY(!db->IsReadOnly());
-    QVERIFY(m_desktop->Boxes.empty());
+    QVERIFY(F().Desk.Boxes.empty());
 }
 
 void tst_OpenLogDatabase::UnrecognisedFileIsKept_data()
@@ -115,26 +93,26 @@ void tst_OpenLogDatabase::UnrecognisedFileIsKept()
     QFETCH(QByteArray, bytes);
     Write(bytes);
     const QString text =
-        m_file +
+        F().File +
         u"をデータベースファイルとして認識できませんでした。\nログのバックアップ(log.bak)を作成し、新しいデータベースファイルを作成します。"_s;
-    m_desktop->Expect(text);
-    QVERIFY(Open());
-    QCOMPARE(m_desktop->Boxes[0].Text, text);
-    QCOMPARE(m_desktop->Boxes[0].Icon, Desktop::Icon::Information);
-    QCOMPARE(Contents(u"log.bak"_s), bytes);
-    QCOMPARE(CRawDatabase(m_file).Rows(u"SELECT max(Version) FROM Version"_s), QStringList({u"Ver.0.42"_s}));
+    F().Desk.Expect(text);
+    QVERIFY(F().Open());
+    QCOMPARE(F().Desk.Boxes[0].Text, text);
+    QCOMPARE(F().Desk.Boxes[0].Icon, Desktop::Icon::Information);
+    QCOMPARE(F().Contents(u"log.bak"_s), bytes);
+    QCOMPARE(F().Rows(u"SELECT max(Version) FROM Version"_s), QStringList({u"Ver.0.42"_s}));
 }
 
 void tst_OpenLogDatabase::BackupIsNeverOverwritten()
 {
     Write("new junk");
     Write("old backup", u"log.bak"_s);
-    m_desktop->Expect(u"認識できませんでした"_s);
-    m_desktop->Expect(u"バックアップ(log.bak)を作成できませんでした。\n同じ名前"_s);
-    QVERIFY(!Open());
-    QCOMPARE(Contents(), QByteArray("new junk"));
-    QCOMPARE(Contents(u"log.bak"_s), QByteArray("old backup"));
-    QCOMPARE(Files(), QStringList({u"log.bak"_s, u"log.mdb"_s}));
+    F().Desk.Expect(u"認識できませんでした"_s);
+    F().Desk.Expect(u"バックアップ(log.bak)を作成できませんでした。\n同じ名前"_s);
+    QVERIFY(!F().Open());
+    QCOMPARE(F().Contents(), QByteArray("new junk"));
+    QCOMPARE(F().Contents(u"log.bak"_s), QByteArray("old backup"));
+    QCOMPARE(F().Files(), QStringList({u"log.bak"_s, u"log.mdb"_s}));
 }
 
 void tst_OpenLogDatabase::LogOfUnrecognisedFileGoesWithIt()
@@ -142,12 +120,12 @@ void tst_OpenLogDatabase::LogOfUnrecognisedFileGoesWithIt()
     Write("junk");
     Write("its log", u"log.mdb-wal"_s);
     Write("its index", u"log.mdb-shm"_s);
-    m_desktop->Expect(u"認識できませんでした"_s);
-    QVERIFY(Open());
-    QCOMPARE(Contents(u"log.bak"_s), QByteArray("junk"));
-    QCOMPARE(Contents(u"log.bak-wal"_s), QByteArray("its log"));
-    QCOMPARE(CRawDatabase(m_file).Rows(u"SELECT count(*) FROM BBS"_s), QStringList({u"16"_s}));
-    QCOMPARE(CRawDatabase(m_file).Rows(u"PRAGMA integrity_check"_s), QStringList({u"ok"_s}));
+    F().Desk.Expect(u"認識できませんでした"_s);
+    QVERIFY(F().Open());
+    QCOMPARE(F().Contents(u"log.bak"_s), QByteArray("junk"));
+    QCOMPARE(F().Contents(u"log.bak-wal"_s), QByteArray("its log"));
+    QCOMPARE(F().Rows(u"SELECT count(*) FROM BBS"_s), QStringList({u"16"_s}));
+    QCOMPARE(F().Rows(u"PRAGMA integrity_check"_s), QStringList({u"ok"_s}));
 }
 
 void tst_OpenLogDatabase::OtherVersions_data()
@@ -172,84 +150,83 @@ void tst_OpenLogDatabase::OtherVersions()
 {
     QFETCH(QString, change);
     QFETCH(bool, isNewer);
-    mdlStore::CreateNewDatabase(m_file);
-    QCOMPARE(CRawDatabase(m_file).Run(change), QString());
-    const QByteArray before = Contents();
+    mdlStore::CreateNewDatabase(F().File);
+    QCOMPARE(F().Run(change), QString());
+    const QByteArray before = F().Contents();
     const QString text =
         isNewer ? u"データベースファイルが新しすぎます。"_s : u"データベースファイルが古くなっています。"_s;
-    m_desktop->Expect(text, isNewer ? Desktop::Answer::Ok : Desktop::Answer::Cancel);
-    QVERIFY(!Open());
-    QCOMPARE(m_desktop->Boxes[0].Text.section(u'\n', 0, 0), text);
-    QCOMPARE(m_desktop->Boxes[0].Icon, Desktop::Icon::Information);
-    QVERIFY(Contents() == before);
-    QCOMPARE(Files(), QStringList({u"log.mdb"_s}));
+    F().Desk.Expect(text, isNewer ? Desktop::Answer::Ok : Desktop::Answer::Cancel);
+    QVERIFY(!F().Open());
+    QCOMPARE(F().Desk.Boxes[0].Text.section(u'\n', 0, 0), text);
+    QCOMPARE(F().Desk.Boxes[0].Icon, Desktop::Icon::Information);
+    QVERIFY(F().Contents() == before);
+    QCOMPARE(F().Files(), QStringList({u"log.mdb"_s}));
 }
 
 void tst_OpenLogDatabase::DamagedFile()
 {
-    mdlStore::CreateNewDatabase(m_file);
-    const QByteArray cut = Contents().left(5000);
+    mdlStore::CreateNewDatabase(F().File);
+    const QByteArray cut = F().Contents().left(5000);
     Write(cut);
-    m_desktop->Expect(u"壊れている可能性があります"_s);
-    m_desktop->Expect(u"取り出しますか"_s, Desktop::Answer::No);
-    QVERIFY(!Open());
-    QCOMPARE(m_desktop->Boxes[0].Icon, Desktop::Icon::Critical);
-    QCOMPARE(Contents(), cut);
-    QCOMPARE(Files(), QStringList({u"log.mdb"_s}));
+    F().Desk.Expect(u"壊れている可能性があります"_s);
+    F().Desk.Expect(u"取り出しますか"_s, Desktop::Answer::No);
+    QVERIFY(!F().Open());
+    QCOMPARE(F().Desk.Boxes[0].Icon, Desktop::Icon::Critical);
+    QCOMPARE(F().Contents(), cut);
+    QCOMPARE(F().Files(), QStringList({u"log.mdb"_s}));
 }
 
 /// Damage where the version stands must not be taken for an old file.
 void tst_OpenLogDatabase::DamagedVersionTable()
 {
-    mdlStore::CreateNewDatabase(m_file);
-    const int page =
-        CRawDatabase(m_file).Rows(u"SELECT rootpage FROM sqlite_master WHERE name = 'Version'"_s)[0].toInt();
-    QByteArray bytes = Contents();
+    mdlStore::CreateNewDatabase(F().File);
+    const int page = F().Rows(u"SELECT rootpage FROM sqlite_master WHERE name = 'Version'"_s)[0].toInt();
+    QByteArray bytes = F().Contents();
     bytes.replace((page - 1) * 4096, 4096, QByteArray(4096, '\x7f'));
     Write(bytes);
-    m_desktop->Expect(u"壊れている可能性があります"_s);
-    m_desktop->Expect(u"取り出しますか"_s, Desktop::Answer::No);
-    QVERIFY(!Open());
-    QVERIFY(Contents() == bytes);
+    F().Desk.Expect(u"壊れている可能性があります"_s);
+    F().Desk.Expect(u"取り出しますか"_s, Desktop::Answer::No);
+    QVERIFY(!F().Open());
+    QVERIFY(F().Contents() == bytes);
 }
 
 void tst_OpenLogDatabase::LockedFile()
 {
-    mdlStore::CreateNewDatabase(m_file);
-    CRawDatabase other(m_file);
+    mdlStore::CreateNewDatabase(F().File);
+    CRawDatabase other(F().File);
     QCOMPARE(other.Run(u"PRAGMA locking_mode=EXCLUSIVE; BEGIN IMMEDIATE; UPDATE Mark SET ID = ID; COMMIT"_s),
              QString());
-    m_desktop->Expect(u"他でロックされているため"_s);
-    QVERIFY(!Open());
-    QCOMPARE(m_desktop->Boxes[0].Icon, Desktop::Icon::Critical);
+    F().Desk.Expect(u"他でロックされているため"_s);
+    QVERIFY(!F().Open());
+    QCOMPARE(F().Desk.Boxes[0].Icon, Desktop::Icon::Critical);
 }
 
 void tst_OpenLogDatabase::ReadOnlyFolder()
 {
-    mdlStore::CreateNewDatabase(m_file);
-    QVERIFY(QFile::setPermissions(m_file, QFile::Permissions(0x4444)));
-    QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions(0x5555)));
+    mdlStore::CreateNewDatabase(F().File);
+    QVERIFY(QFile::setPermissions(F().File, QFile::Permissions(0x4444)));
+    QVERIFY(QFile::setPermissions(F().Folder.path(), QFile::Permissions(0x5555)));
     {
         const CReadOnlyUser user;
-        const auto db = Open();
+        const auto db = F().Open();
         QVERIFY(db);
         QVERIFY(db->IsReadOnly());
         QCOMPARE(mdlStore::GetTableVersion(*db, u"BBS"_s), u"Ver.0.42"_s);
         db->Close();
-        m_file = m_folder->filePath(u"other.mdb"_s);
-        m_desktop->Expect(MissingText);
-        m_desktop->Expect(u"データベースファイルを作成できませんでした。\n"_s + m_file);
-        QVERIFY(!Open());
+        F().File = F().Folder.filePath(u"other.mdb"_s);
+        F().Desk.Expect(MissingText);
+        F().Desk.Expect(u"データベースファイルを作成できませんでした。\n"_s + F().File);
+        QVERIFY(!F().Open());
     }
-    QCOMPARE(Files(), QStringList({u"log.mdb"_s}));
+    QCOMPARE(F().Files(), QStringList({u"log.mdb"_s}));
 }
 
 void tst_OpenLogDatabase::FolderInPlaceOfTheFile()
 {
-    QVERIFY(QDir(m_folder->path()).mkdir(u"log.mdb"_s));
-    m_desktop->Expect(u"'%1' を開けません"_s.arg(m_file));
-    QVERIFY(!Open());
-    QVERIFY(QDir(m_file).exists());
+    QVERIFY(QDir(F().Folder.path()).mkdir(u"log.mdb"_s));
+    F().Desk.Expect(u"'%1' を開けません"_s.arg(F().File));
+    QVERIFY(!F().Open());
+    QVERIFY(QDir(F().File).exists());
 }
 
 QTEST_GUILESS_MAIN(tst_OpenLogDatabase)
