@@ -87,8 +87,6 @@ private Q_SLOTS:
     void PostingPages_data();
     void PostingPages();
     void TheSampleServer();
-    void TheSampleServersFaults_data();
-    void TheSampleServersFaults();
 };
 
 void tst_Receive::AWholeReceive()
@@ -440,39 +438,6 @@ void tst_Receive::TheSampleServer()
     QVERIFY(fixture.Board.LoadBBS(3, false, true));
     QCOMPARE(fixture.Board.SaveCount(), 0);
     QCOMPARE(server.Requests().size(), 6);
-}
-
-void tst_Receive::TheSampleServersFaults_data()
-{
-    QTest::addColumn<int>("fault");
-    QTest::addColumn<bool>("isWhole");
-    QTest::addColumn<int>("logged");
-    QTest::newRow("404") << int(FaultKind::Status404) << false << 0;
-    QTest::newRow("error page") << int(FaultKind::ErrorPage) << false << 0;
-    QTest::newRow("cut") << int(FaultKind::Cut) << false << 0;
-    QTest::newRow("closed") << int(FaultKind::Close) << false << 0;
-    QTest::newRow("bad record") << int(FaultKind::BadRecord) << true << 3;
-    QTest::newRow("wrong encoding") << int(FaultKind::WrongEncoding) << true << 70;
-    QTest::newRow("empty") << int(FaultKind::Empty) << true << 0;
-}
-
-void tst_Receive::TheSampleServersFaults()
-{
-    QFETCH(int, fault);
-    CBoardServerOptions options;
-    options.Messages = 100;
-    options.Fault = FaultKind(fault);
-    options.FaultFrom = 2;
-    CBoardServer server(options);
-    QVERIFY(server.Start());
-    CBoardFixture fixture;
-    fixture.SetBoardUrl(server.Url(u"/cgi-bin/keyaki.cgi"_s));
-    QTEST(fixture.Board.LoadBBS(3, true, false), "isWhole");
-    QCOMPARE(fixture.Board.IsError(), !fixture.Errors.isEmpty());
-    QTEST(int(fixture.Logged.size()), "logged");
-    const int stored = fixture.Rows(u"SELECT Count(*) FROM Message"_s).toInt();
-    QVERIFY(stored >= 30);
-    QCOMPARE(fixture.Board.SaveCount(), stored);
 }
 
 QTEST_GUILESS_MAIN(tst_Receive)

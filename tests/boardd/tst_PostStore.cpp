@@ -2,16 +2,13 @@
 // The file of posts: what survives a crash, a damaged byte, a full disk, and a second server.
 
 #include "boardd/CPostStore.h"
+#include "tests/support/CFileSizeLimit.h"
 
 #include "boardd/Record.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -31,23 +28,6 @@ CPostEntry Entry(qint32 Number, const QString& Body)
     entry.PasswordProof = QByteArray("\x00\x01\xff", 3);
     return entry;
 }
-
-/// Files written under a lower limit than they need fail as on a full disk.
-class CFileSizeLimit
-{
-public:
-    explicit CFileSizeLimit(rlim_t Bytes)
-    {
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limited{Bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limited);
-    }
-    ~CFileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before{};
-};
 
 } // namespace
 
@@ -200,7 +180,7 @@ void tst_PostStore::FullDisk()
     CPostStore store;
     QVERIFY(store.Open(m_folder->path()));
     {
-        const CFileSizeLimit limit(static_cast<rlim_t>(lengths[2] + 20));
+        const CFileSizeLimit limit(rlim_t(lengths[2] + 20));
         QVERIFY(!store.Append(Entry(4, u"入りきらない本文"_s)));
     }
     QCOMPARE(QFile(FileName()).size(), lengths[2]);

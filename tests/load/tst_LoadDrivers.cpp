@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -46,12 +47,12 @@ struct CDriverFixture : CBoardFixture
     {
         return Dialog.findChild<QPlainTextEdit*>(u"txtLog"_s)->toPlainText().split(u'\n', Qt::SkipEmptyParts);
     }
-    /// Closes the dialog as soon as the board numbered Number tells of its first record.
-    void CloseAtRecordOf(qint32 BBS_ID)
+    /// Presses the dialog's button as soon as the board numbered Number tells of its first record.
+    void CancelAtRecordOf(qint32 BBS_ID)
     {
         QObject::connect(&Board, &CBBS::AddMessage, &Dialog, [this, BBS_ID](const CMessage& Msg) {
             if (Msg.BBS_ID == BBS_ID)
-                Dialog.close();
+                QTest::mouseClick(Dialog.findChild<QPushButton*>(u"cmdOK"_s), Qt::LeftButton);
         });
     }
 };
@@ -189,10 +190,11 @@ void tst_LoadDrivers::CancelInTheMiddle()
     QFETCH(Desktop::Answer, answer);
     QFETCH(int, received);
     CDriverFixture fixture({Plain(1, 2), Plain(1, 2), Plain(1, 2)});
-    fixture.CloseAtRecordOf(4);
+    fixture.CancelAtRecordOf(4);
     fixture.Desk.Expect(Continue, answer);
     fixture.Drivers.ExecuteCommand(9);
     QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Desk.Boxes.at(0).Caption, u"Tavora Ver.0.50"_s);
     QCOMPARE(fixture.Server.Requests().size(), received);
     const QStringList wanted{u"receive"_s, u"くすのき掲示板で2件受信しました。"_s, u"処理は中断されました。"_s,
                              u"けやき掲示板で2件受信しました。"_s};
@@ -205,7 +207,7 @@ void tst_LoadDrivers::CancelInTheMiddle()
 void tst_LoadDrivers::CancelOnTheLastBoardAsksNothing()
 {
     CDriverFixture fixture({Plain(1, 2)});
-    fixture.CloseAtRecordOf(3);
+    fixture.CancelAtRecordOf(3);
     fixture.Drivers.ExecuteCommand(7);
     QVERIFY(fixture.Desk.Verify());
     QCOMPARE(fixture.Host.Events, QStringList({u"receive"_s, u"処理は中断されました。"_s, u"ended"_s}));

@@ -114,15 +114,12 @@ private Q_SLOTS:
     void HostilePages_data();
     void HostilePages();
     void EscapeCancelsARun();
-    void TheQuestionAfterCancel_data();
-    void TheQuestionAfterCancel();
     void TheWindowMayCloseDuringTheQuestion();
     void EnterEndsAFinishedRun();
     void PlaceIsKept();
     void PlaceFallsBack_data();
     void PlaceFallsBack();
     void PlaceIsForgottenWhenNotWanted();
-    void EverythingHasAName();
 };
 
 void tst_frmLoadDlg::OpensForARun()
@@ -379,30 +376,6 @@ void tst_frmLoadDlg::EscapeCancelsARun()
     QVERIFY(!fixture.Dialog.isVisible());
 }
 
-void tst_frmLoadDlg::TheQuestionAfterCancel_data()
-{
-    QTest::addColumn<Desktop::Answer>("answer");
-    QTest::addColumn<bool>("goesOn");
-    QTest::newRow("yes") << Desktop::Answer::Yes << true;
-    QTest::newRow("no") << Desktop::Answer::No << false;
-}
-
-void tst_frmLoadDlg::TheQuestionAfterCancel()
-{
-    QFETCH(Desktop::Answer, answer);
-    QFETCH(bool, goesOn);
-    CDialogFixture fixture;
-    fixture.Open(3, true);
-    fixture.Desk.Expect(u"継続して次の掲示板から受信しますか？"_s, answer);
-    QTest::mouseClick(fixture.Button(), Qt::LeftButton);
-    QVERIFY(fixture.Desk.Verify());
-    QCOMPARE(fixture.Desk.Boxes.at(0).Caption, u"Tavora Ver.0.50"_s);
-    QVERIFY(fixture.Board.IsCancel());
-    QCOMPARE(fixture.Dialog.IsLoad(), goesOn);
-    QCOMPARE(fixture.Dialog.isVisible(), goesOn);
-    QCOMPARE(fixture.Dialog.IsNextBBS(), goesOn);
-}
-
 /// The desktop's session ends while the user is still thinking about the question.
 void tst_frmLoadDlg::TheWindowMayCloseDuringTheQuestion()
 {
@@ -499,18 +472,6 @@ void tst_frmLoadDlg::PlaceIsForgottenWhenNotWanted()
     fixture.Dialog.close();
     QCOMPARE(fixture.Place(u"Left"_s), QString());
     QVERIFY(!QFile::exists(fixture.App.IniFileName()));
-}
-
-void tst_frmLoadDlg::EverythingHasAName()
-{
-    CDialogFixture fixture;
-    fixture.Open();
-    for (const QWidget* widget : fixture.Dialog.findChildren<QWidget*>()) {
-        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&fixture.Dialog) || widget->objectName().startsWith(u"qt_"_s))
-            continue;
-        QVERIFY2(!widget->accessibleName().isEmpty() || qobject_cast<const QPushButton*>(widget),
-                 qPrintable(widget->objectName() + QString::fromLatin1(widget->metaObject()->className())));
-    }
 }
 
 QTEST_MAIN(tst_frmLoadDlg)
