@@ -4,7 +4,6 @@
 #include "app/Application.h"
 #include "app/Result.h"
 #include "app/Shutdown.h"
-#include "app/Version.h"
 #include "platform/dao/Database.h"
 #include "platform/net/CCookieStore.h"
 #include "tests/support/CScriptedDesktop.h"
@@ -21,8 +20,6 @@ class tst_Application : public QObject
 
 private Q_SLOTS:
     void Names();
-    void Versions();
-    void DatabaseIsHandedOver();
     void CookiesAreKept();
     void ShutdownWritesEverySection();
     void ShutdownWithoutAFile();
@@ -42,29 +39,6 @@ void tst_Application::Names()
 
     const Application root(desktop, folder.path() + u'/', u"tavora"_s);
     QCOMPARE(root.AppPath(), folder.path() + u'/');
-}
-
-void tst_Application::Versions()
-{
-    CScriptedDesktop desktop;
-    const QTemporaryDir folder;
-    QCOMPARE(Application(desktop, folder.path(), u"tavora"_s).AppTitle(), u"Tavora Ver.0.50"_s);
-    QCOMPARE(VersionString(false), u"Ver.0.50"_s);
-    QCOMPARE(VersionString(true), u"Ver.0.50.0112"_s);
-}
-
-void tst_Application::DatabaseIsHandedOver()
-{
-    const QTemporaryDir folder;
-    CScriptedDesktop desktop;
-    Application app(desktop, folder.path(), u"tavora"_s);
-    QVERIFY(app.LogDB() == nullptr);
-    app.SetLogDB(dao::Database::Create(app.DatabaseFileName()));
-    dao::Database* const open = app.LogDB();
-    QVERIFY(open != nullptr);
-    const std::unique_ptr<dao::Database> released = app.ReleaseLogDB();
-    QCOMPARE(released.get(), open);
-    QVERIFY(app.LogDB() == nullptr);
 }
 
 void tst_Application::CookiesAreKept()

@@ -66,19 +66,16 @@ private Q_SLOTS:
     void SectionNames_data();
     void SectionNames();
     void CaseOfNames();
-    void SetMovesToTheEnd();
     void DeleteAndClear();
     void ManyChanges();
     void NothingTearsALine();
     void InitData_data();
     void InitData();
-    void Checks();
     void Saving_data();
     void Saving();
     void SaveAll();
     void SaveFails();
     void FullDiskKeepsTheFile();
-    void SavedTwiceIsTheSame();
     void SurvivesJunk();
     void HugeFileIsLeftAlone();
 };
@@ -152,16 +149,6 @@ void tst_CIniFile::CaseOfNames()
     ini.SetNowSection(u"Option"_s);
     ini.SetNowSection(u"other"_s); // in memory, though not in the file
     QVERIFY(ini.IsExist());
-}
-
-void tst_CIniFile::SetMovesToTheEnd()
-{
-    const CIniFolder folder("[A]\r\na=1\r\nb=2\r\n");
-    CIniFile ini = Loaded(folder, u"A"_s);
-    ini.SetData(u"A"_s, u"3"_s);
-    QCOMPARE(ini.Keys(), QStringList({u"b"_s, u"A"_s}));
-    QVERIFY(ini.Save(u"A"_s));
-    QCOMPARE(folder.Bytes(), QByteArray("[A]\r\nb=2\r\nA=3\r\n"));
 }
 
 void tst_CIniFile::DeleteAndClear()
@@ -257,14 +244,6 @@ void tst_CIniFile::InitData()
     QCOMPARE(ini.Keys().size(), stored.isNull() ? 0 : 1);
 }
 
-void tst_CIniFile::Checks()
-{
-    QVERIFY(CIniFile::IsBool(u"true"_s) && !CIniFile::IsBool(u"maybe"_s));
-    QVERIFY(CIniFile::IsInt(u"32767"_s) && !CIniFile::IsInt(u"32768"_s));
-    QVERIFY(CIniFile::IsLng(u"32768"_s) && !CIniFile::IsLng(u"3000000000"_s));
-    QVERIFY(CIniFile::IsSng(u"3e38"_s) && !CIniFile::IsSng(u"4e38"_s));
-}
-
 /// Section [B] is saved with the one entry "x=9".
 void tst_CIniFile::Saving_data()
 {
@@ -335,16 +314,6 @@ void tst_CIniFile::FullDiskKeepsTheFile()
     QCOMPARE(folder.Bytes(), QByteArray("[A]\r\na=1\r\n"));
     QVERIFY(ini.Save(u"A"_s));
     QCOMPARE(folder.Bytes(), QByteArray("[A]\r\na=2\r\n"));
-}
-
-void tst_CIniFile::SavedTwiceIsTheSame()
-{
-    const CIniFolder folder("[A]\r\na=1\r\n");
-    CIniFile ini = Loaded(folder, u"A"_s);
-    QVERIFY(ini.Save(QString()));
-    const QByteArray once = folder.Bytes();
-    QVERIFY(ini.Save(QString()));
-    QCOMPARE(folder.Bytes(), once);
 }
 
 void tst_CIniFile::SurvivesJunk()

@@ -74,7 +74,6 @@ class tst_Settings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void DefaultsOfAnEmptyFile();
     void Numbers_data();
     void Numbers();
     void TextsAndFlags();
@@ -89,31 +88,7 @@ private Q_SLOTS:
     void FoldersAsked();
     void FoldersRefused();
     void FolderOnADrive();
-    void UrlEncode();
 };
-
-void tst_Settings::DefaultsOfAnEmptyFile()
-{
-    CProgram program;
-    mdlSettings::ReadSettings(program.App);
-    const Settings& option = program.App.Option();
-    QCOMPARE(option.BBS_ID, 0);
-    QVERIFY(!option.Timer);
-    QCOMPARE(option.Interval, 30);
-    QCOMPARE(option.AddMax, 100);
-    QCOMPARE(option.ReadTiming, 1500);
-    QCOMPARE(option.ReplyHeader, u"%s#%I %S より引用\\n%B"_s);
-    QCOMPARE(option.DateFormat, u"yyyy/mm/dd hh:nn"_s);
-    QCOMPARE(option.Timeout, 60);
-    QVERIFY(option.SaveSQLDialogPosition && option.SaveLoadDialogPosition && !option.AutoCloseImportDialog);
-    QVERIFY(option.UseRegExp && option.IgnoreCase && !option.ImportReadMode);
-    QCOMPARE(option.ErrorLogFilePath, program.App.AppPath());
-    QCOMPARE(option.CacheFilePath, program.Path(u"cache/"_s));
-    QCOMPARE(option.IconFilePath, program.Path(u"image/"_s));
-    QVERIFY(option.AddTaskTray && !option.HideAtMinimazed && option.BlinkIcon && option.NoReadBold);
-    QVERIFY(!option.ExitIfMessageFound);
-    QCOMPARE(program.Ini(), QByteArray("(no file)")); // reading writes nothing
-}
 
 void tst_Settings::Numbers_data()
 {
@@ -297,13 +272,6 @@ void tst_Settings::FolderOnADrive()
     QCOMPARE(program.App.Option().CacheFilePath, u"D:\\data\\"_s);
     QVERIFY(mdlSettings::WriteSettings(program.App));
     QVERIFY(program.Ini().contains("\r\nCacheFilePath=D:\\data\\\r\n"));
-}
-
-void tst_Settings::UrlEncode()
-{
-    QCOMPARE(mdlSettings::URLEncode(u"a b"_s), u"a%20b"_s);
-    QCOMPARE(mdlSettings::URLEncode(u"C#"_s), u"C%23"_s);
-    QCOMPARE(mdlSettings::URLEncode(u"表"_s), u"%95%5C"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_Settings)

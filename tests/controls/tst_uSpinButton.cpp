@@ -46,7 +46,6 @@ private Q_SLOTS:
     void Steps();
     void Properties();
     void StepKeysWithModifiersAreNotOurs();
-    void ValuesOutsideAreIgnored();
     void Locked();
     void KeyPressComesFirst();
     void WheelNeedsTheFocus();
@@ -173,17 +172,6 @@ void tst_uSpinButton::StepKeysWithModifiersAreNotOurs()
         QTest::keyClick(&spin, Qt::Key_Down, modifier);
         QCOMPARE(spin.Value(), 20);
     }
-}
-
-void tst_uSpinButton::ValuesOutsideAreIgnored()
-{
-    uSpinButton spin;
-    QCOMPARE(spin.Min(), 0);
-    QCOMPARE(spin.Max(), 50);
-    spin.SetValue(50);
-    spin.SetValue(51);
-    spin.SetValue(-1);
-    QCOMPARE(spin.Value(), 50);
 }
 
 void tst_uSpinButton::Locked()
