@@ -14,7 +14,6 @@
 #include <QComboBox>
 #include <QFile>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QProcess>
 #include <QRegularExpression>
@@ -60,7 +59,6 @@ private Q_SLOTS:
     void ReopenedWindowIsTheSame();
     void MinimisedWindowComesBackOpen();
     void EscGoesBackThenMinimises();
-    void FindBoxKeepsItsKeys();
     void FindHistoryIsKept();
     void KeysMoveAndMarkRead();
     void ComposingKeepsItsKeys();
@@ -239,22 +237,6 @@ void tst_frmView::EscGoesBackThenMinimises()
     QVERIFY(!f.Window->isMinimized());
     Press(f.Find<CListView>(u"lsvMsgList0"_s), Qt::Key_Escape);
     QVERIFY(f.Window->isMinimized());
-}
-
-void tst_frmView::FindBoxKeepsItsKeys()
-{
-    CWindowFixture f;
-    f.Add(1, 3);
-    QVERIFY(f.Start());
-    auto* box = f.Find<QComboBox>(u"cmbFindText"_s);
-    box->setFocus();
-    const int focus = f.List().Focus();
-    QTest::keyClicks(box->lineEdit(), u"j k m"_s);
-    QCOMPARE(box->currentText(), u"j k m"_s);
-    Press(box->lineEdit(), Qt::Key_Backspace);
-    QCOMPARE(box->currentText(), u"j k "_s);
-    QCOMPARE(f.List().Focus(), focus);
-    QVERIFY(!QApplication::activePopupWidget());
 }
 
 void tst_frmView::FindHistoryIsKept()

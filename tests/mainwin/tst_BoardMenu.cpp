@@ -39,24 +39,11 @@ class tst_BoardMenu : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-    void SeedOrder();
     void Separators_data();
     void Separators();
     void Captions();
     void Counts();
 };
-
-// The sixteen boards of a new database with their places.
-void tst_BoardMenu::SeedOrder()
-{
-    const std::vector<std::pair<int, int>> seed = {{3, 0},   {16, 1},  {4, 2},   {17, 3},  {5, 4},   {6, 5},
-                                                   {7, 6},   {8, 8},   {13, 9},  {14, 10}, {18, 11}, {9, 12},
-                                                   {10, 13}, {11, 14}, {12, 15}, {15, 17}};
-    std::vector<Board> boards;
-    for (const auto& [id, place] : seed)
-        boards.push_back({id, place, u"板"_s});
-    QCOMPARE(Shape(mdlBoardMenu::Plan(boards)), u"3 16 4 17 5 6 7 | 8 13 14 18 9 10 11 12 | 15"_s);
-}
 
 void tst_BoardMenu::Separators_data()
 {

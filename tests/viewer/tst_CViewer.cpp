@@ -37,8 +37,6 @@ private Q_SLOTS:
     void SizeQuestion_data();
     void SizeQuestion();
     void MessagesInTheResultList();
-    void ResultListTakesTheHeaders();
-    void DoubleRowsAreShownOnce();
     void RawTable();
     void RawTableNeverReachesMessages();
     void BoardListRefusesOtherRows();
@@ -164,26 +162,6 @@ void tst_CViewer::MessagesInTheResultList()
     QCOMPARE(Ids(F().List(0)), u"3/1"_s); // keeps what it had
     F().Viewer.ShowViewMode(0);
     QCOMPARE(F().Viewer.CurrentList(), 0);
-}
-
-void tst_CViewer::ResultListTakesTheHeaders()
-{
-    F().Add(3, 1, 2);
-    F().Viewer.SelectBoard(3);
-    QCOMPARE(F().List(1).Header(mdlColumns::Subject), u"題名"_s);
-    F().Viewer.LoadList(u"SELECT ID FROM Message"_s, 1);
-    F().Viewer.LoadList(u"SELECT * FROM Message"_s, 1);
-    QCOMPARE(F().List(1).Headers(), F().List(0).Headers());
-    QCOMPARE(F().List(1).Header(mdlColumns::Read), u"*"_s);
-    QVERIFY(F().Host.HeaderChanges[1] > 0);
-}
-
-void tst_CViewer::DoubleRowsAreShownOnce()
-{
-    F().Add(3, 1, 3);
-    QVERIFY(
-        F().Viewer.LoadList(u"SELECT * FROM Message WHERE ID = 1 UNION ALL SELECT * FROM Message WHERE ID < 3"_s, 1));
-    QCOMPARE(Ids(F().List(1)), u"3/2 3/1"_s);
 }
 
 void tst_CViewer::RawTable()

@@ -24,7 +24,6 @@ private Q_SLOTS:
     void AtOnce();
     void BothListsFollow();
     void MessageInNeitherList();
-    void ReadTwiceCountsOnce();
     void NumbersAboveSixDigits();
     void SelectedMessages();
     void RefusedUpdate();
@@ -162,17 +161,6 @@ void tst_ReadState::MessageInNeitherList()
     F().Viewer.SetRead(u"#004000099"_s, true, true); // stored nowhere: no board has less to read
     QCOMPARE(F().Host.Boards[4], 1);
     F().Viewer.SetRead(u"仮キー"_s, true, true);
-}
-
-void tst_ReadState::ReadTwiceCountsOnce()
-{
-    F().Add(3, 1, 3);
-    F().Viewer.SelectBoard(3);
-    QCOMPARE(F().Viewer.BoardUnreadCount(3), 3);
-    F().Viewer.SetRead(u"#003000002"_s, true, true);
-    F().Viewer.SetRead(u"#003000002"_s, true, true);
-    QCOMPARE(F().Viewer.BoardUnreadCount(3), 2);
-    QCOMPARE(F().Host.Count, u"2/3"_s);
 }
 
 void tst_ReadState::NumbersAboveSixDigits()
