@@ -7,6 +7,7 @@
 #include "load/receive_host.h"
 #include "board/CBBS.h"
 #include "board/CBBSProperty.h"
+#include "store/Recovery.h"
 #include "app/Application.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
@@ -34,9 +35,7 @@ void CLoadDrivers::ExecuteCommand(int Number)
     try {
         Execute(LoadCommand(Number));
     } catch (const dao::Error& error) {
-        m_app.Shell.MessageBox(u"実行時エラー '"_s + QString::number(error.Number) + u"':\r\n\r\n"_s + error.Description
-                                   + u"\r\n\r\n処理が実行できませんでした。"_s,
-                               m_app.AppTitle(), Desktop::Icon::Information);
+        m_app.Shell.MessageBox(mdlStore::RefusalText(error), m_app.AppTitle(), Desktop::Icon::Information);
     }
 }
 

@@ -142,11 +142,7 @@ void frmView::Leave()
 
 void frmView::ReportError(const dao::Error& Error)
 {
-    QString text = u"実行時エラー '"_s + QString::number(Error.Number) + u"':\r\n\r\n"_s + Error.Description +
-                   u"\r\n\r\n処理が実行できませんでした。"_s;
-    if (mdlStore::IsDamage(Error.Number))
-        text += u"\r\n「ツール」メニューの「最適化」で、読み出せるデータを別のファイルに取り出せます。"_s;
-    m_app.Shell.MessageBox(text, m_app.AppTitle(), Desktop::Icon::Information);
+    m_app.Shell.MessageBox(mdlStore::RefusalText(Error), m_app.AppTitle(), Desktop::Icon::Information);
 }
 
 // Drivers and boards

@@ -163,6 +163,15 @@ bool IsToBeUsed(const QString& FileName, const QString& NewName, const QString& 
 
 bool IsDamage(int ErrorNumber) { return ErrorNumber == Damaged || ErrorNumber == NotRecognised; }
 
+QString RefusalText(const dao::Error& Refusal)
+{
+    const QString text = u"実行時エラー '"_s + QString::number(Refusal.Number) + u"':\r\n\r\n"_s + Refusal.Description +
+                         u"\r\n\r\n処理が実行できませんでした。"_s;
+    if (!IsDamage(Refusal.Number))
+        return text;
+    return text + u"\r\n「ツール」メニューの「最適化」で、読み出せるデータを別のファイルに取り出せます。"_s;
+}
+
 bool OfferRecovery(const QString& FileName, Application& App, const JobWindow& Jobs)
 {
     const QString file = mdlFileNames::RealName(FileName);

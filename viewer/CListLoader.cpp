@@ -9,6 +9,7 @@
 #include "board/work_watch.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
+#include "store/Recovery.h"
 #include "viewer/CMarks.h"
 #include "viewer/viewer_host.h"
 
@@ -86,8 +87,7 @@ CListLoader::Result CListLoader::Run(const QString& Sql, bool IsBoardList)
 CListLoader::Result CListLoader::Refuse(const jetsql::Error& Error) const
 {
     if (Error.Number != OperationCancelled) // whoever cancelled knows
-        Tell(u"実行時エラー '"_s + QString::number(Error.Number) + u"':\r\n\r\n"_s + Error.Description +
-             u"\r\n\r\n処理が実行できませんでした。"_s);
+        Tell(mdlStore::RefusalText(Error));
     Result result;
     result.What = Outcome::Refused;
     result.ErrorOffset = Error.Offset;
