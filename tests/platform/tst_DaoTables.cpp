@@ -27,7 +27,6 @@ private Q_SLOTS:
     void RefusedTableLeavesNothing();
     void RenameKeepsRowsAndIndexes();
     void RenameRefusals();
-    void DeleteTable();
     void RollbackBringsTablesBack();
     void OwnTablesAreHidden();
     void TablesOfAnotherProgram();
@@ -199,16 +198,6 @@ void tst_DaoTables::RenameRefusals()
     QCOMPARE(ErrorNumber([&] { db->RenameTable(u"Second"_s, u"LETTERS"_s); }), 3010);
     QCOMPARE(ErrorNumber([&] { db->RenameTable(u"Second"_s, u"a!b"_s); }), 3125);
     QCOMPARE(ErrorNumber([&] { db->RenameTable(u"Second"_s, u"SECOND"_s); }), 0);
-}
-
-void tst_DaoTables::DeleteTable()
-{
-    const auto db = Database::Create(Path(u"a.mdb"_s));
-    QCOMPARE(ErrorNumber([&] { db->DeleteTable(u"Letters"_s); }), 3265);
-    db->AppendTable(Letters());
-    db->DeleteTable(u"LETTERS"_s);
-    QCOMPARE(ErrorNumber([&] { db->OpenRecordset(u"Letters"_s, dao::RecordsetType::Table); }), 3011);
-    db->AppendTable(Letters());
 }
 
 void tst_DaoTables::RollbackBringsTablesBack()

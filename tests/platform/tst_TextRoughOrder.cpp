@@ -3,6 +3,7 @@
 
 #include "platform/text/Fold.h"
 #include "platform/text/RoughOrder.h"
+#include "tests/support/Table.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -46,26 +47,11 @@ int Rough(const QString& Left, const QString& Right)
 
 void tst_TextRoughOrder::Decides_data()
 {
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("right");
-    QTest::addColumn<int>("wanted");
-    QTest::newRow("Latin before kana before kanji") << u"z"_s << u"あ"_s << -1;
-    QTest::newRow("kana before kanji") << u"ん"_s << u"亜"_s << -1;
-    QTest::newRow("case and width") << u"ａＢ1"_s << u"Ab2"_s << -1;
-    QTest::newRow("half-width with its mark") << u"ｶﾞｿ"_s << u"がき"_s << 1;
-    QTest::newRow("a prefix") << u"表"_s << u"表題"_s << -1;
-    QTest::newRow("nothing") << QString() << u"あ"_s << -1;
-    QTest::newRow("a long vowel") << u"サーバ"_s << u"ざあり"_s << -1;
-    QTest::newRow("voice counts last") << u"かき"_s << u"がか"_s << 1;
-    QTest::newRow("voice alone") << u"か"_s << u"が"_s << 0;
-    QTest::newRow("the same") << u"カﾅ"_s << u"かな"_s << 0;
+    mdlTable::AddRows<QString, QString, int>("text-order.json", "Decides", {"left", "right", "wanted"});
     const QString most(MaxUnits, u'ｶ');
     QTest::newRow("beyond the units looked at") << most + u"a"_s << most + u"b"_s << 0;
     QTest::newRow("the last unit looked at") << most << most.chopped(1) + u'ｷ' << -1;
     QTest::newRow("half-width letters with their marks") << u"ｶﾞ"_s.repeated(40) << u"ｶﾞ"_s.repeated(39) + u'ｷ' << 0;
-    QTest::newRow("sorts as several characters") << u"㈱a"_s << u"㈱b"_s << 0;
-    QTest::newRow("before it") << u"1日㈱a"_s << u"2日㈱b"_s << -1;
-    QTest::newRow("outside the BMP") << u"\U00020BB7"_s << u"あ"_s << 0;
 }
 
 void tst_TextRoughOrder::Decides()
