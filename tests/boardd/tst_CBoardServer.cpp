@@ -99,11 +99,11 @@ QList<int> Numbers(const QByteArray& Page)
     return numbers;
 }
 
+/// Up or down; none from 0 on.
 QList<int> Range(int From, int To)
 {
-    QList<int> numbers;
-    for (int number = From; number <= To; ++number)
-        numbers += number;
+    QList<int> numbers(From == 0 ? 0 : std::abs(To - From) + 1);
+    std::generate(numbers.begin(), numbers.end(), [=, next = From]() mutable { return From < To ? next++ : next--; });
     return numbers;
 }
 
@@ -214,36 +214,18 @@ void tst_CBoardServer::SideRecordByteForByte()
 
 void tst_CBoardServer::Paging_data()
 {
-    QTest::addColumn<QByteArray>("cookie"); // value of the board's cookie
-    QTest::addColumn<QByteArray>("query");
-    QTest::addColumn<QList<int>>("wanted");
-    const QByteArray unread = "dousa=log&logmidoku=1&logno=";
-    const QByteArray all = "dousa=log&logmidoku=0&logno=";
-    QTest::newRow("no cookie, first page") << QByteArray() << all + "0" << Range(1, 30);
-    QTest::newRow("no cookie, last page") << QByteArray() << all + "3" << Range(91, 100);
-    QTest::newRow("past the end") << QByteArray() << all + "4" << QList<int>();
-    QTest::newRow("far past the end") << QByteArray() << all + "2147483647" << QList<int>();
-    QTest::newRow("without a cookie all is unread") << QByteArray() << unread + "1" << Range(31, 60);
-    QTest::newRow("unread from the point on") << QByteArray(",,,,20,,,77,10") << unread + "0" << Range(78, 87);
-    QTest::newRow("unread, second page") << QByteArray(",,,,20,,,77,10") << unread + "1" << Range(88, 97);
-    QTest::newRow("all in spite of the point") << QByteArray(",,,,20,,,77,10") << all + "0" << Range(1, 10);
-    QTest::newRow("nothing unread") << QByteArray(",,,,20,,,100,10") << unread + "0" << QList<int>();
-    QTest::newRow("exact page") << QByteArray(",,,,20,,,0,50") << all + "1" << Range(51, 100);
-    QTest::newRow("after an exact page") << QByteArray(",,,,20,,,0,50") << all + "2" << QList<int>();
-    QTest::newRow("words for numbers") << QByteArray(",,,,x,y,z,many,some") << unread + "0" << Range(1, 30);
-    QTest::newRow("count of zero") << QByteArray(",,,,20,,,0,0") << all + "0" << Range(1, 30);
-    QTest::newRow("count below zero") << QByteArray(",,,,20,,,0,-5") << all + "0" << Range(1, 30);
-    QTest::newRow("huge count") << QByteArray(",,,,20,,,0,2147483647") << all + "0" << Range(1, 100);
-    QTest::newRow("huge count, next page") << QByteArray(",,,,20,,,0,2147483647") << all + "2147483647" << QList<int>();
-    QTest::newRow("too few fields") << QByteArray("a,b") << unread + "0" << Range(1, 30);
-    QTest::newRow("empty pair in front") << QByteArray() << "&l_or_r=0&" + all + "3" << Range(91, 100);
+    // cookie: value of the board's cookie; first: message numbers from top to bottom, 0: none
+    mdlTable::AddRows<QByteArray, QByteArray, int, int>("board-server.json", "Paging",
+                                                        {"cookie", "query", "first", "last"});
 }
 
 void tst_CBoardServer::Paging()
 {
     QFETCH(QByteArray, cookie);
     QFETCH(QByteArray, query);
-    QFETCH(QList<int>, wanted);
+    QFETCH(int, first);
+    QFETCH(int, last);
+    const QList<int> wanted = Range(first, last);
     const auto server = WithMessages(100);
     // Neighbours that must not be taken for it: another board's cookie and a name that only ends alike.
     const QByteArray cookies = "x" + CookieName("keyaki") + "=,,,,20,,,99,3; " + CookieName("keyaki2") + "=,,,,20,,,99,3" +
@@ -272,28 +254,18 @@ void tst_CBoardServer::UnreadOfEachSide()
 
 void tst_CBoardServer::PageOfABoard_data()
 {
-    QTest::addColumn<QByteArray>("cookie");
-    QTest::addColumn<QByteArray>("query");
-    QTest::addColumn<QList<int>>("wanted"); // message numbers from top to bottom
-    const auto down = [](int from, int to) {
-        QList<int> numbers = Range(to, from);
-        std::reverse(numbers.begin(), numbers.end());
-        return numbers;
-    };
-    QTest::newRow("no cookie") << QByteArray() << QByteArray() << down(100, 81);
-    QTest::newRow("oldest first") << QByteArray(",,,,5,1,1,0,30") << QByteArray() << Range(96, 100);
-    QTest::newRow("next page") << QByteArray(",,,,5,0,1,0,30") << QByteArray("?page=1") << down(95, 91);
-    QTest::newRow("unread ones only") << QByteArray(",,,,20,0,0,97,30") << QByteArray() << down(100, 98);
-    QTest::newRow("nothing unread shows the newest") << QByteArray(",,,,4,0,0,100,30") << QByteArray() << down(100, 97);
-    QTest::newRow("page past the end") << QByteArray(",,,,20,0,1,0,30") << QByteArray("?page=9999999") << QList<int>();
-    QTest::newRow("a thread") << QByteArray() << QByteArray("?dousa=thread&no=10") << Range(8, 14);
+    // first: message numbers from top to bottom, 0: none
+    mdlTable::AddRows<QByteArray, QByteArray, int, int>("board-server.json", "PageOfABoard",
+                                                        {"cookie", "query", "first", "last"});
 }
 
 void tst_CBoardServer::PageOfABoard()
 {
     QFETCH(QByteArray, cookie);
     QFETCH(QByteArray, query);
-    QFETCH(QList<int>, wanted);
+    QFETCH(int, first);
+    QFETCH(int, last);
+    const QList<int> wanted = Range(first, last);
     const auto server = WithMessages(100);
     const CAnswer answer = Get(*server, "/cgi-bin/keyaki.cgi" + query,
                                cookie.isEmpty() ? cookie : CookieName("keyaki") + "=" + cookie);
