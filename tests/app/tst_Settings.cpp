@@ -46,16 +46,12 @@ public:
     }
 
     /// Opens a database whose boards are pairs of number and place in the menu, -1 being hidden.
-    void OpenBoards(const std::vector<std::pair<int, int>>& Boards)
+    void OpenBoards(const QList<int>& Pairs)
     {
         App.SetLogDB(dao::Database::Create(App.DatabaseFileName()));
-        App.LogDB()->AppendTable({u"BBS"_s,
-                                  {{u"BBS_ID"_s, dao::FieldType::Long, 0, false, false, {}},
-                                   {u"ListOrder"_s, dao::FieldType::Long, 0, false, false, {}}},
-                                  {},
-                                  0});
-        for (const auto& [id, order] : Boards)
-            App.LogDB()->Execute(u"INSERT INTO BBS (BBS_ID, ListOrder) VALUES (%1, %2)"_s.arg(id).arg(order));
+        App.LogDB()->Execute(u"CREATE TABLE BBS (BBS_ID LONG, ListOrder LONG)"_s);
+        for (qsizetype i = 0; i < Pairs.size(); i += 2)
+            App.LogDB()->Execute(u"INSERT INTO BBS VALUES (%1, %2)"_s.arg(Pairs[i]).arg(Pairs[i + 1]));
     }
 
     CScriptedDesktop Desktop;
@@ -123,31 +119,18 @@ void tst_Settings::TextsAndFlags()
 
 void tst_Settings::StartBoard_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QList<QPair<int, int>>>("boards");
-    QTest::addColumn<qint32>("wanted");
-    using Boards = QList<QPair<int, int>>;
-    const Boards boards = {{3, 2}, {5, 1}, {7, -1}};
-    QTest::newRow("saved one") << QByteArray("BBS_ID=3") << boards << 3;
-    QTest::newRow("none saved") << QByteArray() << boards << 5;
-    QTest::newRow("missing") << QByteArray("BBS_ID=4") << boards << 5;
-    QTest::newRow("hidden") << QByteArray("BBS_ID=7") << boards << 5;
-    QTest::newRow("negative") << QByteArray("BBS_ID=-3") << boards << 5;
-    QTest::newRow("no number") << QByteArray("BBS_ID=first") << boards << 5;
-    QTest::newRow("all hidden") << QByteArray("BBS_ID=3") << Boards{{3, -1}} << 0;
-    QTest::newRow("no boards") << QByteArray("BBS_ID=3") << Boards{} << 0;
+    // boards: their numbers and places, -1: hidden
+    mdlTable::AddRows<QByteArray, QList<int>, int>("settings.json", "StartBoard", {"line", "boards", "wanted"});
 }
 
 void tst_Settings::StartBoard()
 {
     QFETCH(QByteArray, line);
-    using Boards = QList<QPair<int, int>>;
-    QFETCH(Boards, boards);
-    QFETCH(qint32, wanted);
+    QFETCH(QList<int>, boards);
     CProgram program("[Option]\r\n" + line + "\r\n");
-    program.OpenBoards({boards.cbegin(), boards.cend()});
+    program.OpenBoards(boards);
     mdlSettings::ReadSettings(program.App);
-    QCOMPARE(program.App.Option().BBS_ID, wanted);
+    QTEST(program.App.Option().BBS_ID, "wanted");
 }
 
 void tst_Settings::BoardsThatCannotBeRead()
@@ -162,7 +145,7 @@ void tst_Settings::BoardsThatCannotBeRead()
 void tst_Settings::WrittenInOrder()
 {
     CProgram program("; mine\r\n[Option]\r\nInterval=45\r\nOld=1\r\n[Position]\r\nLeft=10\r\n");
-    program.OpenBoards({{2, 0}});
+    program.OpenBoards({2, 0});
     mdlSettings::ReadSettings(program.App);
     Settings& option = program.App.Option();
     option.ErrorLogFilePath = u"D:\\log\\"_s;

@@ -117,8 +117,6 @@ private Q_SLOTS:
     void TheWindowMayCloseDuringTheQuestion();
     void EnterEndsAFinishedRun();
     void PlaceIsKept();
-    void PlaceFallsBack_data();
-    void PlaceFallsBack();
     void PlaceIsForgottenWhenNotWanted();
 };
 
@@ -435,39 +433,15 @@ void tst_frmLoadDlg::PlaceIsKept()
     QCOMPARE(saved.Data(u"Height"_s).toInt(), 420 * TwipsPerPixel);
 }
 
-void tst_frmLoadDlg::PlaceFallsBack_data()
-{
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("width");
-    QTest::newRow("nothing stored") << QString() << QString();
-    QTest::newRow("words") << u"abc"_s << u"wide"_s;
-    QTest::newRow("off every screen") << u"9999999"_s << QString();
-    QTest::newRow("too small to grip") << QString() << u"-5"_s;
-}
-
-void tst_frmLoadDlg::PlaceFallsBack()
-{
-    QFETCH(QString, left);
-    QFETCH(QString, width);
-    CDialogFixture fixture;
-    fixture.SetPlace(u"Left"_s, left);
-    fixture.SetPlace(u"Width"_s, width);
-    QWidget owner;
-    owner.setGeometry(100, 50, 600, 500);
-    fixture.Dialog.ShowDialog(u"受信"_s, &owner);
-    const QRect screen = fixture.Dialog.screen()->availableGeometry();
-    QVERIFY(screen.intersects(fixture.Dialog.geometry()));
-    QVERIFY(fixture.Dialog.width() >= fixture.Dialog.minimumSizeHint().width());
-    if (left.isEmpty() && width.isEmpty())
-        QVERIFY((fixture.Dialog.geometry().center() - owner.geometry().center()).manhattanLength() <= 2);
-}
-
 void tst_frmLoadDlg::PlaceIsForgottenWhenNotWanted()
 {
     CDialogFixture fixture;
     fixture.SetPlace(u"Left"_s, u"750"_s);
     fixture.App.Option().SaveLoadDialogPosition = false;
-    fixture.Dialog.ShowDialog(u"受信"_s, nullptr);
+    QWidget owner;
+    owner.setGeometry(100, 50, 600, 500);
+    fixture.Dialog.ShowDialog(u"受信"_s, &owner);
+    QVERIFY((fixture.Dialog.geometry().center() - owner.geometry().center()).manhattanLength() <= 2);
     fixture.Dialog.SetButtonMode(frmLoadDlg::OkMode);
     fixture.Dialog.close();
     QCOMPARE(fixture.Place(u"Left"_s), QString());

@@ -3,6 +3,7 @@
 
 #include "store/Store.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -139,22 +140,8 @@ void tst_SqlShellProgram::GoesOnBehindErrors()
 
 void tst_SqlShellProgram::WritesJsonLines_data()
 {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QByteArray>("wanted"); // keys in alphabetical order
-    QTest::newRow("rows") << u"SELECT ID, Subject, Read, PostDate, Body FROM Message WHERE BBS_ID=3 AND ID=7"_s
-                          << QByteArray("{\"columns\":[\"ID\",\"Subject\",\"Read\",\"PostDate\",\"Body\"],"
-                                        "\"rows\":[[7,\"お礼\",false,\"2002/02/20 23:10:00\",null]],\"type\":0}");
-    QTest::newRow("no rows") << u"SELECT ID FROM Mark WHERE ID = 0 UNION SELECT 1 FROM Mark WHERE False"_s
-                             << QByteArray("{\"columns\":[\"ID\"],\"rows\":[],\"type\":128}");
-    QTest::newRow("update") << u"UPDATE Message SET Mark = 3 WHERE BBS_ID = 4"_s
-                            << QByteArray("{\"affected\":3,\"type\":48}");
-    QTest::newRow("append") << u"INSERT INTO Mark SELECT ID + 10 AS ID, Name FROM Mark"_s
-                            << QByteArray("{\"affected\":4,\"type\":64}");
-    QTest::newRow("delete") << u"DELETE FROM Mark WHERE ID > 2"_s << QByteArray("{\"affected\":2,\"type\":32}");
-    QTest::newRow("refused") << u"SELECT a, b FROM Mark"_s
-                             << QByteArray("{\"error\":3061,\"message\":\"パラメータが足りません。2 個が必要です。\","
-                                           "\"parameters\":[\"a\",\"b\"]}");
-    QTest::newRow("tables") << u".tables"_s << QByteArray("{\"tables\":[\"BBS\",\"Message\",\"Mark\",\"Version\"]}");
+    // wanted: keys in alphabetical order
+    mdlTable::AddRows<QString, QByteArray>("sql-program.json", "WritesJsonLines", {"statement", "wanted"});
 }
 
 void tst_SqlShellProgram::WritesJsonLines()

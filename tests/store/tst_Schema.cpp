@@ -5,7 +5,6 @@
 #include "store/Store.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "tests/support/CRawDatabase.h"
-#include "tests/support/DaoHelpers.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -14,7 +13,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using namespace mdlDaoHelpers;
 using dao::Database;
 
 class tst_Schema : public QObject
@@ -30,8 +28,6 @@ private Q_SLOTS:
     void FirstRows();
     void Versions();
     void WriteVersionTable();
-    void ZeroLengthRules_data();
-    void ZeroLengthRules();
     void StepsFailQuietly();
     void NeverReplaces();
     void NothingLeftBehindWhenRefused();
@@ -133,32 +129,6 @@ void tst_Schema::WriteVersionTable()
     QCOMPARE(mdlStore::GetTableVersion(*db, QString()), u"Ver.0.00"_s);
     db->Execute(u"INSERT INTO Version VALUES('BBS', 'Ver.1')"_s);
     QCOMPARE(mdlStore::GetTableVersion(*db, u"BBS"_s), u"Ver.0.00"_s);
-}
-
-void tst_Schema::ZeroLengthRules_data()
-{
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<int>("number");
-
-    for (const char* field : {"BBS_Name", "ShortName", "URL", "HowtouseURL"})
-        QTest::newRow(field) << u"UPDATE BBS SET %1 = ''"_s.arg(QLatin1StringView(field)) << 3315;
-    for (const char* field : {"DefaultLogFile", "Identifier"})
-        QTest::newRow(field) << u"UPDATE BBS SET %1 = ''"_s.arg(QLatin1StringView(field)) << 0;
-    for (const char* field : {"Subject", "Homepage", "Mail", "PostName", "Body"})
-        QTest::newRow(field) << u"UPDATE Message SET %1 = ''"_s.arg(QLatin1StringView(field))
-                             << (qstrcmp(field, "Body") == 0 ? 3315 : 0);
-    QTest::newRow("Body Null") << u"UPDATE Message SET Body = Null"_s << 0;
-    QTest::newRow("long subject") << u"UPDATE Message SET Subject = '%1'"_s.arg(QString(256, u'題')) << 3163;
-    QTest::newRow("subject that just fits") << u"UPDATE Message SET Subject = '%1'"_s.arg(QString(255, u'題')) << 0;
-}
-
-void tst_Schema::ZeroLengthRules()
-{
-    QFETCH(QString, sql);
-    QFETCH(int, number);
-    const auto db = mdlStore::CreateNewDatabase(m_file);
-    db->Execute(u"INSERT INTO Message(BBS_ID, ID) VALUES(3, 1)"_s);
-    QCOMPARE(ErrorNumber([&] { db->Execute(sql); }), number);
 }
 
 void tst_Schema::StepsFailQuietly()

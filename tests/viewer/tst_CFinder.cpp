@@ -4,11 +4,11 @@
 #include "board/work_watch.h"
 #include "tests/viewer/CViewerFixture.h"
 #include "viewer/CFinder.h"
+#include "tests/support/Table.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using BodyRange = ViewerHost::BodyRange;
 
 namespace
 {
@@ -78,39 +78,10 @@ private Q_SLOTS:
 
 void tst_CFinder::Steps_data()
 {
-    QTest::addColumn<QString>("mode"); // "plain", "exact" or "ignoring case"
-    QTest::addColumn<QString>("sought");
-    QTest::addColumn<QStringList>("bodies");
-    QTest::addColumn<BodyRange>("selected"); // in the first one, to begin with
-    QTest::addColumn<QString>("steps");      // > forward, < back
-    QTest::addColumn<QString>("places");
-    const auto row = [](const char* What, const QString& Mode, const QString& Sought, const QStringList& Bodies,
-                        BodyRange Selected, const QString& Steps, const QString& Places) {
-        QTest::newRow(What) << Mode << Sought << Bodies << Selected << Steps << Places;
-    };
-    const QString plain = u"plain"_s;
-    const QString exact = u"exact"_s;
-    row("to the end and back", plain, u"b"_s, {u"abb"_s, u"x"_s, u"b"_s}, {}, u">>>>><<<<<"_s,
-        u"0:1+1 0:2+1 2:0+1 none none 0:2+1 0:1+1 none none none"_s);
-    row("from the caret", plain, u"b"_s, {u"b b b"_s}, {1, 0}, u">"_s, u"0:2+1"_s);
-    row("the selection itself is left out", plain, u"b"_s, {u"b b b"_s}, {1, 3}, u"<"_s, u"0:0+1"_s);
-    row("last of the numbers", exact, u"[0-9]+"_s, {u"a1 b22 c333"_s}, {11, 0}, u"<<<<"_s, u"0:8+3 0:4+2 0:1+1 none"_s);
-    row("last of the message before", exact, u"[0-9]+"_s, {u"1"_s, u"1 22"_s, u"x"_s}, {}, u">>><<"_s,
-        u"0:0+1 1:0+1 1:2+2 1:0+1 0:0+1"_s);
-    row("zero-length matches", exact, u"x*"_s, {u"axxbx"_s, u"b"_s, u"x"_s}, {}, u">>>>"_s,
-        u"0:1+2 0:4+1 2:0+1 none"_s);
-    row("the start is that of the body", exact, u"^a"_s, {u"aaa"_s, u"ba"_s, u"ab"_s}, {1, 0}, u">"_s, u"2:0+1"_s);
-    row("a word begins where it begins", exact, u"\\bcat"_s, {u"concat cat"_s}, {3, 0}, u">"_s, u"0:7+3"_s);
-    row("what follows the caret counts", exact, u"cat(?!alog)|log$"_s, {u"cat catalog"_s}, {7, 0}, u"<<"_s,
-        u"0:0+3 none"_s);
-    row("a match is not cut by the caret", exact, u"[0-9]+"_s, {u"1 2345"_s}, {4, 0}, u"<"_s, u"0:0+1"_s);
-    row("case counts", exact, u"abc"_s, {u"ABC"_s}, {}, u">"_s, u"none"_s);
-    row("case does not count", u"ignoring case"_s, u"abc"_s, {u"xABC"_s}, {}, u">"_s, u"0:1+3"_s);
-    row("plain text has no case and no signs", plain, u"a.C"_s, {u"abc"_s, u"x A.c"_s}, {}, u">"_s, u"1:2+3"_s);
-    row("plain text by its fold", plain, u"がぱ"_s, {u"ｱｶﾞﾊﾟ ガパ"_s}, {}, u">><"_s, u"0:1+4 0:6+2 0:1+4"_s);
-    row("line breaks and wide characters", plain, u"表"_s, {u"\U0001F600\r\n\r\n表\n表"_s}, {}, u">>"_s,
-        u"0:6+1 0:8+1"_s);
-    row("a line break", exact, u"\\n"_s, {u"a\r\nb\r\nc"_s}, {}, u">>"_s, u"0:2+1 0:5+1"_s);
+    // mode: "plain", "exact" or "ignoring case"; start: of what is selected in the first body to begin with; steps: >
+    // forward, < back
+    mdlTable::AddRows<QString, QString, QStringList, int, int, QString, QString>(
+        "find-steps.json", "Steps", {"mode", "sought", "bodies", "start", "length", "steps", "places"});
 }
 
 void tst_CFinder::Steps()
@@ -118,12 +89,13 @@ void tst_CFinder::Steps()
     QFETCH(QString, mode);
     QFETCH(QString, sought);
     QFETCH(QStringList, bodies);
-    QFETCH(BodyRange, selected);
+    QFETCH(int, start);
+    QFETCH(int, length);
     QFETCH(QString, steps);
     CFindFixture f(bodies);
     f.App.Option().UseRegExp = mode != u"plain";
     f.App.Option().IgnoreCase = mode == u"ignoring case";
-    f.Host.Selected = selected;
+    f.Host.Selected = {start, length};
     QStringList places;
     for (const QChar step : steps) {
         const QString before = f.Place();
