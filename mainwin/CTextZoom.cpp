@@ -117,7 +117,7 @@ bool CTextZoom::eventFilter(QObject* Watched, QEvent* Event)
     if (Event->type() != QEvent::Wheel)
         return QObject::eventFilter(Watched, Event);
     const auto& wheel = static_cast<QWheelEvent&>(*Event);
-    if (wheel.modifiers() != Qt::ControlModifier) {
+    if (!wheel.modifiers().testFlag(Qt::ControlModifier)) { // with Shift as well the pane would zoom by itself
         m_wheel = 0;
         return false;
     }

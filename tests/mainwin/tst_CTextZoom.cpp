@@ -155,8 +155,8 @@ void tst_CTextZoom::Wheel()
     p.Wheel(-1, Qt::NoModifier); // what was left of the notch is forgotten
     p.Wheel(-90, Qt::ControlModifier);
     QCOMPARE(p.Zoom.Size(), 10.0);
-    p.Wheel(240, Qt::ControlModifier);
-    QCOMPARE(p.Zoom.Size(), 12.0);
+    p.Wheel(240, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(p.Zoom.Chosen().value_or(0), 12.0);
     QVERIFY(qAbs(p.Pane.verticalScrollBar()->value() - scrolled) <= 2);
 }
 
