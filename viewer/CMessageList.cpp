@@ -290,3 +290,17 @@ void CMessageList::SetMark(const std::vector<CMessageId>& Ids, qint32 Mark, std:
         return true;
     });
 }
+
+void CMessageList::SetRoots(qint32 BBS_ID, const QHash<qint32, qint32>& Roots)
+{
+    bool hasChanged = false;
+    for (const int place : m_order) {
+        CMessage& message = m_items[static_cast<std::size_t>(place)].Message;
+        const qint32 root = message.BBS_ID == BBS_ID ? Roots.value(message.ID, message.RootThread) : message.RootThread;
+        hasChanged = std::exchange(message.RootThread, root) != root || hasChanged;
+    }
+    if (hasChanged && m_sortColumn == mdlColumns::ParentThread)
+        Sort(m_sortColumn, m_sortOrder);
+    if (hasChanged)
+        Q_EMIT RowsChanged(0, Count() - 1);
+}

@@ -74,6 +74,10 @@ public:
     /// The same. Without a ForeColor the rows keep those that they have.
     void SetMark(const std::vector<CMessageId>& Ids, qint32 Mark, std::optional<quint32> ForeColor);
 
+    /// Gives the messages of a board, by number, other first messages of their threads; those that Roots does not name
+    /// keep theirs. A list that is sorted by them is sorted anew.
+    void SetRoots(qint32 BBS_ID, const QHash<qint32, qint32>& Roots);
+
     /// Column that the rows are kept sorted by, -1 when sorting is off.
     int SortColumn() const { return m_sortColumn; }
     /// Sorts by the texts of Column and keeps the list sorted. Messages with equal texts keep board and number order.

@@ -6,7 +6,9 @@
 #include "app/Application.h"
 #include "board/CBBS.h"
 #include "board/work_watch.h"
+#include "platform/dao/Database.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/Recordset.h"
 #include "viewer/mdlBodyLines.h"
 #include "viewer/mdlColumns.h"
 
@@ -196,6 +198,7 @@ void CViewer::RefreshAfterRun()
 {
     ReadBoardProperty();
     AddNewer();
+    RereadRoots();
     RecountBoards();
     ChangeBBSViewMenu();
     ShowNoReadPoint();
@@ -239,6 +242,22 @@ void CViewer::ReloadNewest()
     list.SetFocus(focused ? list.Find(*focused) : -1);
     m_host.EndListUpdate(BoardList);
     m_host.SelectionChanged(BoardList);
+}
+
+/// A message is told before its thread is known, and a run may have mended older threads.
+void CViewer::RereadRoots()
+{
+    QHash<qint32, qint32> roots;
+    try {
+        const auto rows = m_app.LogDB()->OpenRecordset(
+            u"SELECT ID, RootThread  FROM Message WHERE BBS_ID = %1   AND ID >= %2"_s.arg(m_currentBoard)
+                .arg(m_modes.LowestID()));
+        for (; !rows->Eof(); rows->MoveNext())
+            roots.insert(rows->Get(u"ID").ToLong(), rows->Get(u"RootThread").ToLong());
+    } catch (const dao::Error&) {
+        return; // the list goes on showing what it knows
+    }
+    m_lists[BoardList]->SetRoots(m_currentBoard, roots);
 }
 
 // Lists

@@ -144,6 +144,7 @@ private:
     void ShowText(const CMessage& Msg);
     void AddNewer();
     void ReloadNewest();
+    void RereadRoots();
 
     std::optional<CMessageId> IdOfKey(const QString& Key) const;
     std::optional<CMessageId> FocusedId(int List) const;

@@ -398,7 +398,10 @@ void tst_CViewer::AfterAReceive()
     F().Add(3, 4, 8); // as a receive stores and tells them
     for (qint32 id = 4; id <= 8; ++id)
         F().Viewer.AddMessageItem(0, MakeMessage(3, id));
+    F().Run(u"UPDATE Message SET RootThread = 2 WHERE ID IN (1, 5)"_s); // as its end links and mends threads
     F().Viewer.RefreshAfterRun();
+    QCOMPARE(F().List(0).Text(3, mdlColumns::ParentThread), u"000002"_s);
+    QCOMPARE(F().List(0).Text(7, mdlColumns::ParentThread), u"000002"_s);
     QCOMPARE(Ids(F().List(0)), u"3/8 3/7 3/6 3/5 3/4 3/3 3/2 3/1"_s);
     QCOMPARE(F().List(0).Focus(), 6);
     QCOMPARE(F().Host.Body, QStringList({u"b2"_s}));
