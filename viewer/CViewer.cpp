@@ -374,6 +374,8 @@ void CViewer::ShowMessage(int List, int Row, bool KeepSelection)
 void CViewer::ShowText(const CMessage& Msg)
 {
     m_shown = CMessageId{Msg.BBS_ID, Msg.ID};
+    if (m_timerMessage != m_shown)
+        StopReadTimer(); // of a message that is no longer looked at
     m_host.ShowBody(mdlBodyLines::Split(Msg.Body));
     m_host.ChangeStatusBarStyle(0);
     m_host.ShowMail(Msg.Mail.isEmpty() ? QString() : u"mailto:"_s + Msg.Mail);
