@@ -124,8 +124,8 @@ void uSeparator::Arrange()
     PlaceBar(bar);
     if (m_panel1)
         m_panel1->setGeometry(Part(0, std::max(0, bar)).translated(pos()));
-    if (m_panel2 && InnerLength() > behind)
-        m_panel2->setGeometry(Part(behind, InnerLength() - behind).translated(pos()));
+    if (m_panel2) // without room it is empty: where it was before, or was made, it would lie upon others
+        m_panel2->setGeometry(Part(behind, std::max(0, InnerLength() - behind)).translated(pos()));
     raise();
     TellPlace();
 }

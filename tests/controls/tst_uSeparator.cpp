@@ -258,6 +258,7 @@ void tst_uSeparator::ShrinkingKeepsTheBarInside()
     window.Separator.resize(300, 200);
     QCOMPARE(window.Separator.Offset(), 196 * 15); // 60 twips inside
     QCOMPARE(window.Bar().geometry(), QRect(0, 196, 300, 4));
+    QVERIFY(window.Panel2.geometry().isEmpty()); // not upon the other one
     window.Separator.resize(300, 2); // nearly nothing left
     QCOMPARE(window.Separator.Offset(), 0);
     window.Separator.resize(300, 504);
