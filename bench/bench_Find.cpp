@@ -1,12 +1,12 @@
 // bench/bench_Find.cpp
 // A find through the bodies of 100,000 messages that finds nothing, against grep -P over the same text: at most 1 time.
 
+#include "bench/support/CNoWindow.h"
 #include "bench/support/CRatioReporter.h"
 #include "bench/support/Samples.h"
 #include "app/Application.h"
 #include "board/CBBS.h"
 #include "tests/support/CScriptedDesktop.h"
-#include "tests/viewer/CRecordingHost.h"
 #include "viewer/CFinder.h"
 #include "viewer/CViewer.h"
 
@@ -64,7 +64,7 @@ struct CFilledViewer
     CScriptedDesktop Desk;
     Application App{Desk, Folder().path(), u"tavora"_s};
     CBBS Board{App};
-    CRecordingHost Host;
+    CNoWindow Host;
     CViewer Viewer{App, Board, Host};
     CFinder Finder{App, Board, Viewer, Host};
 
