@@ -6,6 +6,7 @@
 #include "app/Path.h"
 #include "app/Shell.h"
 #include "platform/text/DateTime.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -14,18 +15,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-
-void MakeFile(const QString& FileName, const QByteArray& Bytes = "12345")
-{
-    QFile file(FileName);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(Bytes);
-}
-
-} // namespace
 
 class tst_CFile : public QObject
 {
@@ -115,7 +104,7 @@ void tst_CFile::ExistingFile()
     QVERIFY(file.IsExistDir());
     QCOMPARE(file.DateLastModified(), 0.0);
     const double before = text::ToSerial(QDateTime::currentDateTime().addSecs(-60));
-    MakeFile(file.FullPath());
+    mdlFiles::Write(file.FullPath(), "12345");
     QVERIFY(file.IsExist());
     QCOMPARE(file.Size(), 5);
     const double after = text::ToSerial(QDateTime::currentDateTime().addSecs(60));
@@ -142,7 +131,7 @@ void tst_CFile::FolderIsNoFile()
 void tst_CFile::Move()
 {
     const QTemporaryDir folder;
-    MakeFile(folder.filePath(u"log.mdb"_s));
+    mdlFiles::Write(folder.filePath(u"log.mdb"_s), "12345");
     CFile file(folder.filePath(u"log.mdb"_s));
     QVERIFY(!file.Move()); // nothing was edited
     file.SetExt(u"bak"_s);
@@ -158,8 +147,8 @@ void tst_CFile::Move()
 void tst_CFile::MoveNeverReplaces()
 {
     const QTemporaryDir folder;
-    MakeFile(folder.filePath(u"log.mdb"_s), "new");
-    MakeFile(folder.filePath(u"log.bak"_s), "old");
+    mdlFiles::Write(folder.filePath(u"log.mdb"_s), "new");
+    mdlFiles::Write(folder.filePath(u"log.bak"_s), "old");
     CFile file(folder.filePath(u"log.mdb"_s));
     file.SetExt(u"bak"_s);
     QVERIFY(!file.Move());
@@ -182,11 +171,11 @@ void tst_CFile::MakeDirAndDelete()
     QVERIFY(QDir(folder.filePath(u"a/b/c"_s)).exists());
     QVERIFY(!QFile::exists(file.FullPath()));
     QVERIFY(!file.Delete());
-    MakeFile(file.FullPath());
+    mdlFiles::Write(file.FullPath(), "12345");
     QVERIFY(file.Delete());
     QVERIFY(!file.IsExist());
 
-    MakeFile(folder.filePath(u"plain"_s));
+    mdlFiles::Write(folder.filePath(u"plain"_s), "12345");
     QVERIFY(!CFile(folder.filePath(u"plain/below/"_s)).MakeDir());
 }
 
@@ -218,7 +207,7 @@ void tst_CFile::BackslashesFindFolders()
 
     // A folder whose name really has one is not looked for elsewhere.
     QVERIFY(QDir(folder.path()).mkdir(u"x\\y"_s));
-    MakeFile(folder.filePath(u"x\\y/f"_s));
+    mdlFiles::Write(folder.filePath(u"x\\y/f"_s), "12345");
     QVERIFY(CFile(folder.filePath(u"x\\y/f"_s)).IsExist());
     QVERIFY(!CFile(folder.filePath(u"x\\y/new"_s)).IsExist());
 }
@@ -271,7 +260,7 @@ void tst_CFile::FindAppPath()
     // Data that is there already wins over not being able to write.
     const QString readOnly = program.filePath(u"sub"_s);
     QVERIFY(QDir().mkpath(readOnly));
-    MakeFile(readOnly + u"/tavora.ini"_s);
+    mdlFiles::Write(readOnly + u"/tavora.ini"_s, "12345");
     QVERIFY(QFile::setPermissions(readOnly, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
     QCOMPARE(mdlAppPath::Find(readOnly, u"tavora"_s, data), readOnly + u'/');
     QVERIFY(QFile::setPermissions(readOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
@@ -282,10 +271,10 @@ void tst_CFile::FindProgramFile()
     const QTemporaryDir app;
     const QTemporaryDir program;
     QVERIFY(mdlAppPath::FindProgramFile(u"ReadMe.txt"_s, app.path(), program.path()).isEmpty());
-    MakeFile(program.filePath(u"ReadMe.txt"_s));
+    mdlFiles::Write(program.filePath(u"ReadMe.txt"_s), "12345");
     QCOMPARE(mdlAppPath::FindProgramFile(u"ReadMe.txt"_s, app.path(), program.path()),
              program.filePath(u"ReadMe.txt"_s));
-    MakeFile(app.filePath(u"ReadMe.txt"_s));
+    mdlFiles::Write(app.filePath(u"ReadMe.txt"_s), "12345");
     QCOMPARE(mdlAppPath::FindProgramFile(u"ReadMe.txt"_s, app.path() + u'/', program.path()),
              app.filePath(u"ReadMe.txt"_s));
 }

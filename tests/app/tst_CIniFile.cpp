@@ -3,6 +3,7 @@
 
 #include "app/CIniFile.h"
 #include "tests/support/CFileSizeLimit.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -28,18 +29,9 @@ public:
 
     QString FileName() const { return m_folder.filePath(u"settings.ini"_s); }
 
-    void Write(const QByteArray& Bytes) const
-    {
-        QFile file(FileName());
-        if (file.open(QIODevice::WriteOnly))
-            file.write(Bytes);
-    }
+    void Write(const QByteArray& Bytes) const { mdlFiles::Write(FileName(), Bytes); }
 
-    QByteArray Bytes() const
-    {
-        QFile file(FileName());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    QByteArray Bytes() const { return mdlFiles::Read(FileName()); }
 
 private:
     QTemporaryDir m_folder;

@@ -6,6 +6,7 @@
 #include "app/Shutdown.h"
 #include "platform/dao/Database.h"
 #include "tests/support/CScriptedDesktop.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -26,24 +27,13 @@ public:
         : App(Desktop, m_folder.path(), u"tavora"_s)
     {
         if (!Ini.isEmpty())
-            Write(Ini);
+            mdlFiles::Write(App.IniFileName(), Ini);
         App.SettingsIni().Load(App.IniFileName());
     }
 
     QString Path(const QString& Name) const { return m_folder.filePath(Name); }
 
-    void Write(const QByteArray& Ini) const
-    {
-        QFile file(App.IniFileName());
-        if (file.open(QIODevice::WriteOnly))
-            file.write(Ini);
-    }
-
-    QByteArray Ini() const
-    {
-        QFile file(App.IniFileName());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    QByteArray Ini() const { return mdlFiles::Read(App.IniFileName()); }
 
     /// Opens a database whose boards are pairs of number and place in the menu, -1 being hidden.
     void OpenBoards(const QList<int>& Pairs)

@@ -5,6 +5,7 @@
 #include "tests/support/CFileSizeLimit.h"
 
 #include "boardd/Record.h"
+#include "tests/support/Files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -48,8 +49,8 @@ private Q_SLOTS:
 
 private:
     QString FileName() const { return m_folder->filePath(u"posts.dat"_s); }
-    QByteArray Bytes(const QString& Name) const;
-    void Overwrite(const QByteArray& Content) const;
+    QByteArray Bytes(const QString& Name) const { return mdlFiles::Read(m_folder->filePath(Name)); }
+    void Overwrite(const QByteArray& Content) const { mdlFiles::Write(FileName(), Content); }
     /// A file with three posts of these bodies; returns the file's length after each.
     QList<qint64> WriteThree() const;
     static QStringList Bodies(const CPostStore& Store);
@@ -61,19 +62,6 @@ void tst_PostStore::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
-}
-
-QByteArray tst_PostStore::Bytes(const QString& Name) const
-{
-    QFile file(m_folder->filePath(Name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void tst_PostStore::Overwrite(const QByteArray& Content) const
-{
-    QFile file(FileName());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(Content) != Content.size())
-        qFatal("the sample file cannot be written");
 }
 
 QList<qint64> tst_PostStore::WriteThree() const

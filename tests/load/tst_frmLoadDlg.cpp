@@ -8,6 +8,7 @@
 #include "tests/board/CBoardFixture.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "tests/support/CLoopServer.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QBuffer>
@@ -58,17 +59,12 @@ struct CDialogFixture : CBoardFixture
     }
     void WriteCache(const QByteArray& Content, int AgeHours)
     {
+        mdlFiles::Write(CacheFile, Content);
         QFile file(CacheFile);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(Content);
-        QVERIFY(file.flush()); // writing later would make it young again
+        QVERIFY(file.open(QIODevice::ReadWrite));
         QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * AgeHours), QFileDevice::FileModificationTime));
     }
-    QByteArray Cached() const
-    {
-        QFile file(CacheFile);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    }
+    QByteArray Cached() const { return mdlFiles::Read(CacheFile); }
     void SetPlace(const QString& Key, const QString& Value)
     {
         App.SettingsIni().SetNowSection(u"LoadDialogPosition"_s);
@@ -292,27 +288,27 @@ void tst_frmLoadDlg::AFullDiskIsTold()
 void tst_frmLoadDlg::OnlyOwnImagesAreFetched()
 {
     CDialogFixture fixture;
-    QFile secret(fixture.Folder.filePath(u"secret.png"_s));
-    QVERIFY(secret.open(QIODevice::WriteOnly));
-    secret.write(Png());
-    secret.close();
+    const QString secret = fixture.Folder.filePath(u"secret.png"_s);
+    mdlFiles::Write(secret, Png());
     const quint16 port = fixture.Server.Port();
-    fixture.Serve(u"<html><head><link rel=stylesheet href=/s.css><base href='http://localhost:%1/'></head><body>"
-                  "<img src='/own.png'><img src='/away.png'><img src='http://localhost:%1/host.png'>"
-                  "<img src='file://%2'><img src='%2'><img src=':/qt-project.org/x.png'><iframe src='/f.html'></iframe><img src='/last.png'></body></html>"_s
-                      .arg(port).arg(secret.fileName()));
+    fixture.Serve(
+        u"<html><head><link rel=stylesheet href=/s.css><base href='http://localhost:%1/'></head><body>"
+        "<img src='/own.png'><img src='/away.png'><img src='http://localhost:%1/host.png'>"
+        "<img src='file://%2'><img src='%2'><img src=':/qt-project.org/x.png'><iframe src='/f.html'></iframe><img src='/last.png'></body></html>"_s
+            .arg(port)
+            .arg(secret));
     fixture.Server.Add(CLoopServer::Page(Png(), "200 OK", "Content-Type: image/png\r\n"));
     fixture.Server.Add(CLoopServer::Redirect("http://localhost:" + QByteArray::number(port) + "/stolen.png"));
     fixture.Open();
     QTRY_VERIFY(fixture.Server.Requests().contains("GET /last.png"));
     QByteArrayList requests = fixture.Server.Requests();
-    requests.removeAll("GET " + secret.fileName().toUtf8()); // "/tmp/…" is a path on the board's host as well
+    requests.removeAll("GET " + secret.toUtf8()); // "/tmp/…" is a path on the board's host as well
     QCOMPARE(requests, QByteArrayList({"GET /keyaki.cgi", "GET /own.png", "GET /away.png", "GET /last.png"}));
     const auto shown = [&](const QString& Name) {
         return fixture.Page()->document()->resource(QTextDocument::ImageResource, QUrl(Name)).value<QImage>().size();
     };
     QCOMPARE(shown(fixture.Server.Url(u"/own.png"_s).toString()), QSize(30, 20));
-    QCOMPARE(shown(u"file://"_s + secret.fileName()), QSize(1, 1));
+    QCOMPARE(shown(u"file://"_s + secret), QSize(1, 1));
 }
 
 void tst_frmLoadDlg::LinksOpenOutside_data()

@@ -2,6 +2,7 @@
 // The painted pictures: each draws something of its own on light and dark; foreign icon files are bounded.
 
 #include "mainwin/CIconSet.h"
+#include "tests/support/Files.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -45,13 +46,6 @@ QPalette Shades(const QColor& Ground, const QColor& Text)
     palette.setColor(QPalette::Window, Ground);
     palette.setColor(QPalette::WindowText, Text);
     return palette;
-}
-
-void Store(const QString& FileName, const QByteArray& Bytes)
-{
-    QFile file(FileName);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(Bytes);
 }
 
 } // namespace
@@ -114,10 +108,10 @@ void tst_CIconSet::FromFile()
     const QByteArray bytes = file.readAll();
     QByteArray huge = bytes;
     huge.replace(18, 4, QByteArray("\xff\xff\xff\x00", 4)); // a width of 16 million
-    Store(folder.filePath(u"huge.bmp"_s), huge);
-    Store(folder.filePath(u"text.bmp"_s), "no picture");
-    Store(folder.filePath(u"empty.bmp"_s), {});
-    Store(folder.filePath(u"long.bmp"_s), bytes + QByteArray(2 * 1024 * 1024, '\0'));
+    mdlFiles::Write(folder.filePath(u"huge.bmp"_s), huge);
+    mdlFiles::Write(folder.filePath(u"text.bmp"_s), "no picture");
+    mdlFiles::Write(folder.filePath(u"empty.bmp"_s), {});
+    mdlFiles::Write(folder.filePath(u"long.bmp"_s), bytes + QByteArray(2 * 1024 * 1024, '\0'));
     for (const QString& name : {u"huge.bmp"_s, u"text.bmp"_s, u"empty.bmp"_s, u"long.bmp"_s, u"missing.bmp"_s})
         QVERIFY2(CIconSet::FromFile(folder.filePath(name)).isNull(), qPrintable(name));
     QVERIFY(CIconSet::FromFile({}).isNull());

@@ -4,6 +4,7 @@
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/CReadOnlyUser.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,8 +42,8 @@ private Q_SLOTS:
 
 private:
     QString Path(const QString& Name = u"a.mdb"_s) const { return m_folder->filePath(Name); }
-    void Write(const QByteArray& Bytes) const;
-    QByteArray Contents() const;
+    void Write(const QByteArray& Bytes) const { mdlFiles::Write(Path(), Bytes); }
+    QByteArray Contents() const { return mdlFiles::Read(Path()); }
     void MakeDatabase() const;
     int OpenError() const
     {
@@ -57,19 +58,6 @@ void tst_DaoOpen::init() { m_folder = std::make_unique<QTemporaryDir>(); }
 void tst_DaoOpen::cleanup()
 {
     QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-void tst_DaoOpen::Write(const QByteArray& Bytes) const
-{
-    QFile file(Path());
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(Bytes), Bytes.size());
-}
-
-QByteArray tst_DaoOpen::Contents() const
-{
-    QFile file(Path());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// One table with enough rows for several pages.

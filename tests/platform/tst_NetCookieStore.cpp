@@ -4,6 +4,7 @@
 #include "platform/net/CCookieStore.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "platform/net/CookieText.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -27,17 +28,8 @@ class tst_NetCookieStore : public QObject
 
 private:
     QString FileName() const { return m_folder->filePath(u"Tavora.cookies"_s); }
-    QByteArray FileText() const
-    {
-        QFile file(FileName());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
-    void WriteFile(const QByteArray& Text) const
-    {
-        QFile file(FileName());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(Text);
-    }
+    QByteArray FileText() const { return mdlFiles::Read(FileName()); }
+    void WriteFile(const QByteArray& Text) const { mdlFiles::Write(FileName(), Text); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 

@@ -3,6 +3,7 @@
 
 #include "store/Store.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QFile>
@@ -180,9 +181,7 @@ void tst_SqlShellProgram::FillsParameters()
 
 void tst_SqlShellProgram::OpensAsTheReaderDoes()
 {
-    QFile garbage(Path(u"garbage.mdb"_s));
-    QVERIFY(garbage.open(QIODevice::WriteOnly) && garbage.write(QByteArray(5000, '\xE5')) == 5000);
-    garbage.close();
+    mdlFiles::Write(Path(u"garbage.mdb"_s), QByteArray(5000, '\xE5'));
     QCOMPARE(Json(u"SELECT 1"_s, {u"--create"_s})[u"error"_s], 3204);
     for (const auto& [file, number] :
          {std::pair(u"missing.mdb"_s, 3024), {u"nowhere/x.mdb"_s, 3044}, {u"garbage.mdb"_s, 3343}}) {

@@ -8,6 +8,7 @@
 #include "store/Store.h"
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/CScriptedDesktop.h"
+#include "tests/support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,8 +28,11 @@ struct CStoreFixture
     QStringList Files() const { return QDir(Folder.path()).entryList(QDir::Files, QDir::Name); }
     QByteArray Contents(const QString& Name = QStringLiteral("log.mdb")) const
     {
-        QFile file(Folder.filePath(Name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+        return mdlFiles::Read(Folder.filePath(Name));
+    }
+    void Write(const QByteArray& Bytes, const QString& Name = QStringLiteral("log.mdb")) const
+    {
+        mdlFiles::Write(Folder.filePath(Name), Bytes);
     }
     /// Runs statements behind the program's back; empty or SQLite's message.
     QString Run(const QString& Sql, const QString& Name = QStringLiteral("log.mdb")) const

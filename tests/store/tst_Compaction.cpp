@@ -141,13 +141,11 @@ void tst_Compaction::LeftoversGo()
 {
     CStoreFixture fixture;
     Fill(fixture);
-    const auto write = [&](const QString& Name, const QByteArray& Bytes) {
-        QFile file(fixture.Folder.filePath(Name));
-        return file.open(QIODevice::WriteOnly) && file.write(Bytes) == Bytes.size();
-    };
-    QVERIFY(write(u"TVRabcdef.tmp"_s, "SQLite format 3\0..."_ba) && write(u"TVRabcdef.tmp-wal"_s, "log"_ba));
-    QVERIFY(write(u"TVR123456.tmp"_s, QByteArray(8192, '\0')) && write(u"TVR1A2B.tmp"_s, "short name"_ba));
-    QVERIFY(write(u"TVR12345a.tmp"_s, QByteArray("\0\1\0\0Standard", 12)));
+    fixture.Write("SQLite format 3\0..."_ba, u"TVRabcdef.tmp"_s);
+    fixture.Write("log", u"TVRabcdef.tmp-wal"_s);
+    fixture.Write(QByteArray(8192, '\0'), u"TVR123456.tmp"_s);
+    fixture.Write("short name", u"TVR1A2B.tmp"_s);
+    fixture.Write(QByteArray("\0\1\0\0Standard", 12), u"TVR12345a.tmp"_s);
     QVERIFY(fixture.Open());
     QCOMPARE(fixture.Files(), QStringList({u"TVR12345a.tmp"_s, u"TVR1A2B.tmp"_s, u"log.mdb"_s}));
 }

@@ -33,12 +33,6 @@ private Q_SLOTS:
 
 private:
     CStoreFixture& F() { return *m_fixture; }
-    void Write(const QByteArray& Bytes, const QString& Name = u"log.mdb"_s)
-    {
-        QFile file(F().Folder.filePath(Name));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QCOMPARE(file.write(Bytes), Bytes.size());
-    }
 
     std::unique_ptr<CStoreFixture> m_fixture;
 };
@@ -91,7 +85,7 @@ void tst_OpenLogDatabase::UnrecognisedFileIsKept_data()
 void tst_OpenLogDatabase::UnrecognisedFileIsKept()
 {
     QFETCH(QByteArray, bytes);
-    Write(bytes);
+    F().Write(bytes);
     const QString text =
         F().File +
         u"をデータベースファイルとして認識できませんでした。\nログのバックアップ(log.bak)を作成し、新しいデータベースファイルを作成します。"_s;
@@ -105,8 +99,8 @@ void tst_OpenLogDatabase::UnrecognisedFileIsKept()
 
 void tst_OpenLogDatabase::BackupIsNeverOverwritten()
 {
-    Write("new junk");
-    Write("old backup", u"log.bak"_s);
+    F().Write("new junk");
+    F().Write("old backup", u"log.bak"_s);
     F().Desk.Expect(u"認識できませんでした"_s);
     F().Desk.Expect(u"バックアップ(log.bak)を作成できませんでした。\n同じ名前"_s);
     QVERIFY(!F().Open());
@@ -117,9 +111,9 @@ void tst_OpenLogDatabase::BackupIsNeverOverwritten()
 
 void tst_OpenLogDatabase::LogOfUnrecognisedFileGoesWithIt()
 {
-    Write("junk");
-    Write("its log", u"log.mdb-wal"_s);
-    Write("its index", u"log.mdb-shm"_s);
+    F().Write("junk");
+    F().Write("its log", u"log.mdb-wal"_s);
+    F().Write("its index", u"log.mdb-shm"_s);
     F().Desk.Expect(u"認識できませんでした"_s);
     QVERIFY(F().Open());
     QCOMPARE(F().Contents(u"log.bak"_s), QByteArray("junk"));
@@ -167,7 +161,7 @@ void tst_OpenLogDatabase::DamagedFile()
 {
     mdlStore::CreateNewDatabase(F().File);
     const QByteArray cut = F().Contents().left(5000);
-    Write(cut);
+    F().Write(cut);
     F().Desk.Expect(u"壊れている可能性があります"_s);
     F().Desk.Expect(u"取り出しますか"_s, Desktop::Answer::No);
     QVERIFY(!F().Open());
@@ -183,7 +177,7 @@ void tst_OpenLogDatabase::DamagedVersionTable()
     const int page = F().Rows(u"SELECT rootpage FROM sqlite_master WHERE name = 'Version'"_s)[0].toInt();
     QByteArray bytes = F().Contents();
     bytes.replace((page - 1) * 4096, 4096, QByteArray(4096, '\x7f'));
-    Write(bytes);
+    F().Write(bytes);
     F().Desk.Expect(u"壊れている可能性があります"_s);
     F().Desk.Expect(u"取り出しますか"_s, Desktop::Answer::No);
     QVERIFY(!F().Open());

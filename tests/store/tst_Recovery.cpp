@@ -200,9 +200,7 @@ void tst_Recovery::RandomDamage()
         if (random() % 3 == 0) // a few bytes anywhere
             for (int count = 0; count < 20; ++count)
                 bytes[100 + qsizetype(random()) % (bytes.size() - 100)] = char(random() % 256);
-        QFile file(fixture.File);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size());
-        file.close();
+        fixture.Write(bytes);
         const QString name = u"new%1.mdb"_s.arg(round);
         const dao::Recovered result =
             dao::RecoverDatabase(fixture.File, fixture.Folder.filePath(name), mdlSchema::Tables());

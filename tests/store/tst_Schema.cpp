@@ -5,6 +5,7 @@
 #include "store/Store.h"
 #include "tests/support/CFileSizeLimit.h"
 #include "tests/support/CRawDatabase.h"
+#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
 #include <QDir>
@@ -142,13 +143,9 @@ void tst_Schema::StepsFailQuietly()
 
 void tst_Schema::NeverReplaces()
 {
-    QFile file(m_file);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("mine");
-    file.close();
+    mdlFiles::Write(m_file, "mine");
     QVERIFY(!mdlStore::CreateNewDatabase(m_file));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("mine"));
+    QCOMPARE(mdlFiles::Read(m_file), QByteArray("mine"));
     QCOMPARE(Files(), QStringList({u"log.mdb"_s}));
 }
 

@@ -77,9 +77,7 @@ void tst_StoreKilled::OldOrNew()
     for (int round = 0; round < Rounds; ++round) {
         for (const QString& name : fixture.Files())
             QFile::remove(fixture.Folder.filePath(name));
-        QFile file(fixture.File);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
-        file.close();
+        fixture.Write(old);
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), arguments);
         QVERIFY(child.waitForStarted());

@@ -45,53 +45,30 @@ CLoopReply CLoopReply::InPieces(int Count, int EveryMs) const
 }
 
 /// What both threads look at.
-class CLoopServer::CState
+struct CLoopServer::CState
 {
-public:
-    CLoopReply Next(const QByteArray& Request)
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_requests << Request;
-        if (m_script.empty())
-            return m_default;
-        CLoopReply reply = m_script.front();
-        m_script.pop_front();
-        return reply;
-    }
-    void Add(const CLoopReply& Reply)
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_script.push_back(Reply);
-    }
-    void SetDefault(const CLoopReply& Reply)
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_default = Reply;
-    }
-    void CountConnection()
-    {
-        const QMutexLocker lock(&m_mutex);
-        ++m_connections;
-    }
-    QByteArrayList Requests() const
-    {
-        const QMutexLocker lock(&m_mutex);
-        return m_requests;
-    }
-    int Connections() const
-    {
-        const QMutexLocker lock(&m_mutex);
-        return m_connections;
-    }
-
+    QMutex Mutex;
+    std::deque<CLoopReply> Script;
+    CLoopReply Default = CLoopServer::Page({}, "500 Script over");
+    QByteArrayList Requests;
+    int Connections = 0;
     quint16 Port = 0; // set before the thread starts to serve
 
-private:
-    mutable QMutex m_mutex;
-    std::deque<CLoopReply> m_script;
-    CLoopReply m_default = CLoopServer::Page({}, "500 Script over");
-    QByteArrayList m_requests;
-    int m_connections = 0;
+    CLoopReply Next(const QByteArray& Request)
+    {
+        const QMutexLocker lock(&Mutex);
+        Requests << Request;
+        if (Script.empty())
+            return Default;
+        CLoopReply reply = Script.front();
+        Script.pop_front();
+        return reply;
+    }
+    template<class Member> Member Copy(Member CState::*What)
+    {
+        const QMutexLocker lock(&Mutex);
+        return this->*What;
+    }
 };
 
 /// The side that lives on the server's thread.
@@ -117,7 +94,10 @@ public:
 private:
     void Welcome(QTcpSocket* Socket)
     {
-        m_state->CountConnection();
+        {
+            const QMutexLocker lock(&m_state->Mutex);
+            ++m_state->Connections;
+        }
         connect(Socket, &QTcpSocket::readyRead, this, [this, Socket] {
             m_pending[Socket] += Socket->readAll();
             while (ServeOne(Socket)) {
@@ -182,8 +162,7 @@ private:
 CLoopServer::CLoopServer(std::vector<CLoopReply> Script)
     : m_state(std::make_shared<CState>())
 {
-    for (const CLoopReply& reply : Script)
-        m_state->Add(reply);
+    m_state->Script.assign(Script.begin(), Script.end());
     m_worker = new CWorker(m_state);
     m_worker->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
@@ -226,11 +205,21 @@ CLoopReply CLoopServer::Silence()
     return reply;
 }
 
-void CLoopServer::Add(const CLoopReply& Reply) { m_state->Add(Reply); }
-void CLoopServer::SetDefault(const CLoopReply& Reply) { m_state->SetDefault(Reply); }
+void CLoopServer::Add(const CLoopReply& Reply)
+{
+    const QMutexLocker lock(&m_state->Mutex);
+    m_state->Script.push_back(Reply);
+}
+
+void CLoopServer::SetDefault(const CLoopReply& Reply)
+{
+    const QMutexLocker lock(&m_state->Mutex);
+    m_state->Default = Reply;
+}
+
 quint16 CLoopServer::Port() const { return m_state->Port; }
-QByteArrayList CLoopServer::RawRequests() const { return m_state->Requests(); }
-int CLoopServer::Connections() const { return m_state->Connections(); }
+QByteArrayList CLoopServer::RawRequests() const { return m_state->Copy(&CState::Requests); }
+int CLoopServer::Connections() const { return m_state->Copy(&CState::Connections); }
 
 QUrl CLoopServer::Url(const QString& PathAndQuery) const
 {
@@ -240,7 +229,7 @@ QUrl CLoopServer::Url(const QString& PathAndQuery) const
 QByteArrayList CLoopServer::Requests() const
 {
     QByteArrayList result;
-    for (const QByteArray& request : m_state->Requests()) {
+    for (const QByteArray& request : m_state->Copy(&CState::Requests)) {
         const QByteArray line = request.left(request.indexOf("\r\n"));
         result << line.left(line.lastIndexOf(' '));
     }
@@ -249,7 +238,7 @@ QByteArrayList CLoopServer::Requests() const
 
 QByteArray CLoopServer::RequestHeader(int Index, const QByteArray& Name) const
 {
-    const QByteArrayList requests = m_state->Requests();
+    const QByteArrayList requests = m_state->Copy(&CState::Requests);
     if (Index < 0 || Index >= requests.size())
         return {};
     const QByteArrayList lines = requests[Index].split('\n');

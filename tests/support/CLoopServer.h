@@ -70,7 +70,7 @@ public:
     static quint16 RefusedPort();
 
 private:
-    class CState;
+    struct CState;
     class CWorker;
 
     std::shared_ptr<CState> m_state;
