@@ -57,7 +57,6 @@ private Q_SLOTS:
     void UnreadMessagesAreCounted();
     void ANewAddressTakesTheSettingsAlong();
     void TheSecondSideFindsTheNewerSettings();
-    void PageAddresses_data();
     void PageAddresses();
     void FileNames();
     void TheIconIsFoundInAnyCase();
@@ -225,22 +224,14 @@ void tst_CBBSProperty::TheSecondSideFindsTheNewerSettings()
     QCOMPARE(fixture.Cookie(moved), QByteArray(",,,,30,,,120,50,60"));
 }
 
-void tst_CBBSProperty::PageAddresses_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("ordinary") << -1 << Address;
-    QTest::newRow("left") << 0 << Address + u"?leftonly=1"_s;
-    QTest::newRow("right") << 1 << Address + u"?rightonly=1"_s;
-    QTest::newRow("unknown") << 2 << QString();
-}
-
 void tst_CBBSProperty::PageAddresses()
 {
-    QFETCH(int, kind);
     CBoardFixture fixture;
-    QTEST(Unsaved(fixture.App, kind).GetShowURL(), "wanted");
-    QCOMPARE(Unsaved(fixture.App, kind).GetShowCookiePageURL(), Address + u"?dousa=showcookiepage"_s);
+    const QStringList wanted{Address, Address + u"?leftonly=1"_s, Address + u"?rightonly=1"_s, QString()};
+    for (const int kind : {-1, 0, 1, 2}) {
+        QCOMPARE(Unsaved(fixture.App, kind).GetShowURL(), wanted[kind + 1]);
+        QCOMPARE(Unsaved(fixture.App, kind).GetShowCookiePageURL(), Address + u"?dousa=showcookiepage"_s);
+    }
 }
 
 void tst_CBBSProperty::FileNames()

@@ -54,7 +54,6 @@ private Q_SLOTS:
     void TwoSided();
     void Cutting_data();
     void Cutting();
-    void Keys_data();
     void Keys();
     void AnOddBodyStaysWhole();
 };
@@ -149,23 +148,12 @@ void tst_CMessageParser::Cutting()
     QTEST(Cut(text), "wanted");
 }
 
-void tst_CMessageParser::Keys_data()
-{
-    QTest::addColumn<int>("board");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("wanted");
-    QTest::newRow("padded") << 1 << 123 << u"#001000123"_s;
-    QTest::newRow("full") << 999 << 999999 << u"#999999999"_s;
-    QTest::newRow("wider than its place") << 3 << 1234567 << u"#0031234567"_s;
-}
-
 void tst_CMessageParser::Keys()
 {
-    QFETCH(int, board);
-    QFETCH(int, number);
-    const CMessage message{.BBS_ID = board, .ID = number, .InReplyTo = 7};
-    QTEST(message.Key(), "wanted");
-    QCOMPARE(message.ReplyKey(), CMessage::MakeKey(board, 7));
+    QCOMPARE((CMessage{.BBS_ID = 1, .ID = 123}).Key(), u"#001000123"_s);
+    QCOMPARE((CMessage{.BBS_ID = 999, .ID = 999999}).Key(), u"#999999999"_s);
+    QCOMPARE((CMessage{.BBS_ID = 3, .ID = 1234567}).Key(), u"#0031234567"_s); // wider than its place
+    QCOMPARE((CMessage{.BBS_ID = 3, .ID = 8, .InReplyTo = 7}).ReplyKey(), u"#003000007"_s);
 }
 
 /// Ten megabytes in one record are only slow when the body is cut into lines or copied over and over.

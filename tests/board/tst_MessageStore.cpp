@@ -54,7 +54,6 @@ private Q_SLOTS:
     void WhatGoesInComesOut_data();
     void WhatGoesInComesOut();
     void ManyBarsStayReadable();
-    void RefusalsOfOneMessage_data();
     void RefusalsOfOneMessage();
 
     void BlockIsCountedAndTold();
@@ -141,26 +140,17 @@ void tst_MessageStore::ManyBarsStayReadable()
     QCOMPARE(fixture.Rows(u"SELECT Len(Body) FROM Message ORDER BY ID"_s), u"500 2000000"_s);
 }
 
-void tst_MessageStore::RefusalsOfOneMessage_data()
-{
-    QTest::addColumn<CMessage>("message");
-    QTest::addColumn<int>("number");
-    CMessage message = Message();
-    message.Subject = QString(256, u'a');
-    QTest::newRow("subject too long") << message << 3163;
-    message = Message();
-    message.Mail = QString(300, u'あ');
-    QTest::newRow("mail too long") << message << 3163;
-}
-
 void tst_MessageStore::RefusalsOfOneMessage()
 {
-    QFETCH(CMessage, message);
     CBoardFixture fixture;
-    CMessageWriter writer;
-    QCOMPARE(writer.Save(*fixture.App.LogDB(), message), SaveOutcome::Failed);
-    QTEST(writer.LastError().Number, "number");
-    QVERIFY(!CMessageWriter::ConcernsAll(writer.LastError()));
+    for (QString CMessage::*text : {&CMessage::Subject, &CMessage::HomePage, &CMessage::Mail, &CMessage::PostName}) {
+        CMessage message = Message();
+        message.*text = QString(256, u'あ');
+        CMessageWriter writer;
+        QCOMPARE(writer.Save(*fixture.App.LogDB(), message), SaveOutcome::Failed);
+        QCOMPARE(writer.LastError().Number, 3163);
+        QVERIFY(!CMessageWriter::ConcernsAll(writer.LastError()));
+    }
     QCOMPARE(fixture.Rows(u"SELECT ID FROM Message"_s), QString());
 }
 

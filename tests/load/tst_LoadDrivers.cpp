@@ -64,10 +64,8 @@ class tst_LoadDrivers : public QObject
 private Q_SLOTS:
     void OneBoard_data();
     void OneBoard();
-    void BoardsInListOrder_data();
     void BoardsInListOrder();
     void NoBoardToVisit();
-    void StopsAtStoredOnlyForUnread_data();
     void StopsAtStoredOnlyForUnread();
     void AFailedBoardDoesNotStopTheRun();
     void CancelInTheMiddle_data();
@@ -110,27 +108,20 @@ void tst_LoadDrivers::OneBoard()
     QCOMPARE(fixture.Log(), QStringList({u"けやき掲示板から受信中..."_s, summary}));
 }
 
-void tst_LoadDrivers::BoardsInListOrder_data()
-{
-    QTest::addColumn<int>("command");
-    QTest::addColumn<QString>("boards");
-    QTest::newRow("visit") << 9 << u"5 4"_s;
-    QTest::newRow("all listed") << 10 << u"5 4 3"_s;
-}
-
 void tst_LoadDrivers::BoardsInListOrder()
 {
-    QFETCH(int, command);
-    CDriverFixture fixture({Plain(1, 1), Plain(1, 2), Plain(1, 3)});
-    fixture.Run(u"UPDATE BBS SET VisitLoad = False WHERE BBS_ID = 3"_s);
-    fixture.Drivers.ExecuteCommand(command);
-    QStringList boards;
-    for (const CMessage& message : fixture.Added)
-        boards << QString::number(message.BBS_ID);
-    boards.removeDuplicates();
-    QTEST(boards.join(u' '), "boards");
-    QVERIFY(fixture.Server.Requests().at(0).contains("logmidoku=1"));
-    QCOMPARE(fixture.Host.Events.filter(u"ended"_s).size(), 1);
+    for (const int command : {9, 10}) {
+        CDriverFixture fixture({Plain(1, 1), Plain(1, 2), Plain(1, 3)});
+        fixture.Run(u"UPDATE BBS SET VisitLoad = False WHERE BBS_ID = 3"_s);
+        fixture.Drivers.ExecuteCommand(command);
+        QStringList boards;
+        for (const CMessage& message : fixture.Added)
+            boards << QString::number(message.BBS_ID);
+        boards.removeDuplicates();
+        QCOMPARE(boards.join(u' '), command == 9 ? u"5 4"_s : u"5 4 3"_s);
+        QVERIFY(fixture.Server.Requests().at(0).contains("logmidoku=1"));
+        QCOMPARE(fixture.Host.Events.filter(u"ended"_s).size(), 1);
+    }
 }
 
 void tst_LoadDrivers::NoBoardToVisit()
@@ -145,23 +136,16 @@ void tst_LoadDrivers::NoBoardToVisit()
     QVERIFY(!fixture.Dialog.IsLoad());
 }
 
-void tst_LoadDrivers::StopsAtStoredOnlyForUnread_data()
-{
-    QTest::addColumn<int>("command");
-    QTest::addColumn<int>("pages");
-    QTest::newRow("unread") << 7 << 1;
-    QTest::newRow("all") << 8 << 2;
-}
-
 void tst_LoadDrivers::StopsAtStoredOnlyForUnread()
 {
-    QFETCH(int, command);
-    CDriverFixture fixture({Plain(1, 2), QString()});
-    fixture.Property().SetDownloadCount(2);
-    fixture.App.Option().ExitIfMessageFound = true;
-    fixture.Run(u"INSERT INTO Message(BBS_ID, ID, RootThread) VALUES(3, 2, 2)"_s);
-    fixture.Drivers.ExecuteCommand(command);
-    QTEST(int(fixture.Server.Requests().size()), "pages");
+    for (const int command : {7, 8}) {
+        CDriverFixture fixture({Plain(1, 2), QString()});
+        fixture.Property().SetDownloadCount(2);
+        fixture.App.Option().ExitIfMessageFound = true;
+        fixture.Run(u"INSERT INTO Message(BBS_ID, ID, RootThread) VALUES(3, 2, 2)"_s);
+        fixture.Drivers.ExecuteCommand(command);
+        QCOMPARE(fixture.Server.Requests().size(), command == 7 ? 1 : 2);
+    }
 }
 
 void tst_LoadDrivers::AFailedBoardDoesNotStopTheRun()

@@ -70,7 +70,6 @@ private Q_SLOTS:
     void Input();
     void RefusedTargetIsTold();
     void MissingOwnFileIsNotOpened();
-    void Twips_data();
     void Twips();
     void OnScreen_data();
     void OnScreen();
@@ -174,24 +173,15 @@ void tst_DesktopQt::MissingOwnFileIsNotOpened()
     QVERIFY(!desktop.ShellOpenOwn(QString()));
 }
 
-void tst_DesktopQt::Twips_data()
-{
-    QTest::addColumn<qint64>("twips");
-    QTest::addColumn<int>("pixels");
-    QTest::newRow("exact") << qint64{1500} << 100;
-    QTest::newRow("rounded down") << qint64{1507} << 100;
-    QTest::newRow("rounded up") << qint64{1508} << 101;
-    QTest::newRow("left of the first screen") << qint64{-1500} << -100;
-    QTest::newRow("negative, rounded") << qint64{-22} << -1;
-    QTest::newRow("junk in the settings") << std::numeric_limits<qint64>::max() << 1'000'000;
-}
-
 void tst_DesktopQt::Twips()
 {
-    QFETCH(qint64, twips);
-    QFETCH(int, pixels);
-    QCOMPARE(mdlGeometry::ToPixels(twips), pixels);
-    QCOMPARE(mdlGeometry::ToPixels(qint64{mdlGeometry::ToTwips(pixels)}), pixels); // saved and read again
+    QList<int> pixels;
+    for (const qint64 twips : {1500, 1507, 1508, -1500, -22})
+        pixels.append(mdlGeometry::ToPixels(twips));
+    pixels.append(mdlGeometry::ToPixels(std::numeric_limits<qint64>::max())); // junk in the settings
+    QCOMPARE(pixels, QList<int>({100, 100, 101, -100, -1, 1'000'000}));
+    for (const int saved : pixels)
+        QCOMPARE(mdlGeometry::ToPixels(qint64{mdlGeometry::ToTwips(saved)}), saved);
 }
 
 void tst_DesktopQt::OnScreen_data()

@@ -33,7 +33,6 @@ private Q_SLOTS:
     void MarksAreRead();
     void MarkColours();
     void LoadedMarks();
-    void SelectedMark_data();
     void SelectedMark();
     void UnreadMoves();
     void PagesFirst();
@@ -313,26 +312,18 @@ void tst_ReadState::LoadedMarks()
     QCOMPARE(F().List(0).Item(0).ForeColor, CMessageItem::NormalColor);
 }
 
-void tst_ReadState::SelectedMark_data()
-{
-    QTest::addColumn<QString>("marks"); // of the rows from the top; all are selected
-    QTest::addColumn<int>("wanted");
-    QTest::newRow("none") << u"0 0"_s << 0;
-    QTest::newRow("shared") << u"3 3"_s << 3;
-    QTest::newRow("different") << u"3 1"_s << 0;
-    QTest::newRow("unmarked before") << u"0 3"_s << 3;
-    QTest::newRow("unmarked after") << u"3 0"_s << 0;
-}
-
 void tst_ReadState::SelectedMark()
 {
-    QFETCH(QString, marks);
     F().Add(3, 1, 2);
     F().Viewer.SelectBoard(3);
-    F().Viewer.SetMark(u"#003000002"_s, marks.split(u' ').first().toInt());
-    F().Viewer.SetMark(u"#003000001"_s, marks.split(u' ').last().toInt());
-    F().List(0).Select(0, 1, true);
-    QTEST(int(F().Viewer.GetSelectedMark()), "wanted");
+    QStringList found;
+    for (const auto& [upper, lower] : {std::pair(0, 0), {3, 3}, {3, 1}, {0, 3}, {3, 0}}) {
+        F().Viewer.SetMark(u"#003000002"_s, upper);
+        F().Viewer.SetMark(u"#003000001"_s, lower);
+        F().List(0).Select(0, 1, true);
+        found << u"%1 and %2: %3"_s.arg(upper).arg(lower).arg(F().Viewer.GetSelectedMark());
+    }
+    QCOMPARE(found, QStringList({u"0 and 0: 0"_s, u"3 and 3: 3"_s, u"3 and 1: 0"_s, u"0 and 3: 3"_s, u"3 and 0: 0"_s}));
     F().List(0).ClearSelection();
     QCOMPARE(F().Viewer.GetSelectedMark(), 0);
 }
