@@ -23,6 +23,13 @@ namespace
 constexpr QSize DefaultSize(960, 700); // pixels at 100 %
 constexpr QSize LeastSize(300, 220);   // below it neither list nor text has a line left
 
+/// Where a smaller screen cuts the window, it stays divided as it was: the text would have no line left else.
+int OffsetIn(int Offset, std::optional<int> OldHeight, int NewHeight)
+{
+    const int oldPixels = mdlGeometry::ToPixels(OldHeight.value_or(0));
+    return oldPixels > NewHeight ? static_cast<int>(qint64{Offset} * NewHeight / oldPixels) : Offset;
+}
+
 } // namespace
 
 void frmView::PlaceWindow()
@@ -30,8 +37,10 @@ void frmView::PlaceWindow()
     const mdlPosition::Position saved = mdlPosition::Read(m_app.SettingsIni());
     setMinimumSize(LeastSize);
     setGeometry(mdlGeometry::Restored(saved.Window, mdlGeometry::Centred(DefaultSize)));
-    if (saved.Separator)
-        m_separator->SetOffset(qMax(*saved.Separator, m_separator->SideMin())); // above the window nobody finds it
+    if (saved.Separator) { // above the window nobody finds it
+        const int offset = OffsetIn(*saved.Separator, saved.Window.Height, height());
+        m_separator->SetOffset(qMax(offset, m_separator->SideMin()));
+    }
     mdlPosition::PlaceColumns(saved, *View(CViewer::BoardList).header());
     m_textZoom->SetChosen(saved.TextSize);
     ShowPlaced(saved.WindowState);

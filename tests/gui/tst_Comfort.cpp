@@ -137,6 +137,8 @@ void tst_Comfort::HostileSettings_data()
     QTest::newRow("too large") << QByteArray(
         "[Position]\r\nLeft=999999\r\nTop=999999\r\nWidth=999999\r\nHeight=1E300\r\n"
         "Separator=999999\r\nListItem1=999999\r\nTextSize=1E9\r\n");
+    QTest::newRow("from a larger screen")
+        << QByteArray("[Position]\r\nHeight=30000\r\nWidth=30000\r\nSeparator=15000\r\n");
     QTest::newRow("order names a column twice") << QByteArray("[Position]\r\nColumnOrder=1,1,2,3,4,5,6,7,8,9,10\r\n");
     QTest::newRow("order goes beyond") << QByteArray("[Position]\r\nColumnOrder=99999999999,2,3,4,5,6,7,8,9,10,11\r\n");
     QByteArray history = "[FindText]\r\n";
@@ -158,6 +160,7 @@ void tst_Comfort::HostileSettings()
     QVERIFY(seen.width() >= 300 && seen.height() >= 220);
     QVERIFY(f.Find<QWidget>(u"picBar"_s)->y() >= 0);
     QVERIFY(f.Find<QWidget>(u"picBar"_s)->geometry().bottom() < f.Find<QWidget>(u"sep"_s)->height());
+    QVERIFY(!ini.startsWith("[Position]\r\nHeight=30000") || PaneOf(f).height() > seen.height() / 4);
     const double points = PaneOf(f).font().pointSizeF();
     QVERIFY(points >= 6 && points <= 72);
     for (int column = 0; column < 11; ++column)
