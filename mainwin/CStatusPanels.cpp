@@ -115,8 +115,8 @@ void CStatusPanels::SetStyle(int Style)
     Panel(u"Status")->setVisible(Style != 0);
     Panel(u"Mail")->setVisible(Style == 0);
     Panel(u"HomePage")->setVisible(Style == 0);
-    m_mail->setVisible(Style == 0 && !m_mail->Caption().isEmpty());
-    m_homePage->setVisible(Style == 0 && !m_homePage->Caption().isEmpty());
+    Reveal(m_mail);
+    Reveal(m_homePage);
 }
 
 void CStatusPanels::ShowMail(const QString& Caption) { ShowLink(m_mail, Caption); }
@@ -126,8 +126,18 @@ void CStatusPanels::ShowHomePage(const QString& Caption) { ShowLink(m_homePage, 
 void CStatusPanels::ShowLink(uClickableLabel* Link, const QString& Caption)
 {
     Link->SetCaption(Caption);
-    Link->setVisible(m_style == 0 && !Caption.isEmpty());
+    Reveal(Link);
     PlaceOverPanels();
+}
+
+/// Left alone, the focus of a hidden link goes on along the Tab order, to the bar that the arrow keys move.
+void CStatusPanels::Reveal(uClickableLabel* Link)
+{
+    const bool isShown = m_style == 0 && !Link->Caption().isEmpty();
+    const bool isLeft = !isShown && Link->hasFocus();
+    Link->setVisible(isShown);
+    if (isLeft)
+        Q_EMIT LinkLeft();
 }
 
 void CStatusPanels::PlaceOverPanels()

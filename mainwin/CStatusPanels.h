@@ -71,6 +71,8 @@ Q_SIGNALS:
     void NoReadPointEntered(qint32 Value);
     /// The editor was closed, with or without a value, while it had the keyboard focus.
     void NoReadPointLeft();
+    /// A link was hidden while it had the keyboard focus.
+    void LinkLeft();
 
 protected:
     bool eventFilter(QObject* Watched, QEvent* Event) override;
@@ -83,6 +85,7 @@ private:
     uClickableLabel* MakeLink(Desktop& Shell, QStringView Key, const QString& Name, int Mode);
     void MakeEditor();
     void ShowLink(uClickableLabel* Link, const QString& Caption);
+    void Reveal(uClickableLabel* Link);
     void PlaceOverPanels();
     void OnEditorKey(int Character);
 

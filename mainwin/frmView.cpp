@@ -205,7 +205,8 @@ void frmView::ConnectMenus()
     connect(m_panels, &CStatusPanels::NoReadPointClicked, this, [this] { RunCommand(Command::SetNoRead, 0); });
     connect(m_panels, &CStatusPanels::NoReadPointEntered, this,
             [this](qint32 Value) { Perform([=, this] { StoreNoReadPoint(Value); }); });
-    connect(m_panels, &CStatusPanels::NoReadPointLeft, this, [this] { View(m_viewer->CurrentList()).setFocus(); });
+    for (const auto left : {&CStatusPanels::NoReadPointLeft, &CStatusPanels::LinkLeft})
+        connect(m_panels, left, this, [this] { View(m_viewer->CurrentList()).setFocus(); });
     connect(qApp, &QApplication::focusChanged, this, &frmView::KeepFocus, Qt::QueuedConnection);
     auto* keys = new CKeyFilter(*this, [this](const mdlCommands::Key& Key) { return OnKey(Key); });
     keys->AddEntryField(m_toolbar->FindBox());

@@ -4,6 +4,7 @@
 #include "board/CBBSProperty.h"
 #include "controls/JobWindow.h"
 #include "load/frmLoadDlg.h"
+#include "mainwin/CStatusPanels.h"
 #include "mainwin/frmAbout.h"
 #include "mainwin/frmFind.h"
 #include "mainwin/frmSplash.h"
@@ -151,6 +152,10 @@ void tst_Accessibility::MainWindow()
     QCOMPARE(AllFaults(*f.Window).join(u'\n'), QString());
     QCOMPARE(Names(Round(Qt::Key_Tab)), QStringList({u"lsvMsgList0"_s, u"rtbView"_s, u"cmbFindText"_s, u"uclMailto"_s,
                                                      u"uclHomepage"_s, u"picBar"_s}));
+    f.Find<QWidget>(u"uclMailto"_s)->setFocus();
+    f.Find<CStatusPanels>(u"StatusBar"_s)->SetStyle(1); // takes the links away
+    QCOMPARE(QApplication::focusWidget(), f.Find<QWidget>(u"lsvMsgList0"_s));
+    f.Find<CStatusPanels>(u"StatusBar"_s)->SetStyle(0);
     f.Viewer().LoadList(u"SELECT BBS_Name FROM BBS"_s, CViewer::ResultList); // a raw table; the links stay
     QCOMPARE(AllFaults(*f.Window).join(u'\n'), QString());
     f.Action(u"mnuBBSSetNoRead"_s)->trigger();
