@@ -3,9 +3,8 @@
 
 #include "tests/support/CRawDatabase.h"
 #include "tests/support/DaoHelpers.h"
+#include "tests/support/Table.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -94,23 +93,16 @@ QStringList Outcome(Database& Db, const Step& Done)
     }
 }
 
-void AddBlocks(const QString& FileName, const QStringList& Lines)
+Block ParseBlock(const QStringList& Lines)
 {
     Block block;
-    int begin = 0;
-    for (int number = 0; number < Lines.size(); ++number) {
-        const QString& line = Lines[number];
-        if (line.isEmpty() && !block.empty())
-            QTest::addRow("%s:%d", qPrintable(FileName), begin + 1) << std::exchange(block, {});
-        if (line.isEmpty() || line.startsWith(u'#'))
-            continue;
-        if (block.empty())
-            begin = number;
+    for (const QString& line : Lines) {
         if (u">-?$^"_s.contains(line[0]))
             block.push_back({line[0], line.mid(2), {}});
         else
             block.back().Wanted.append(line);
     }
+    return block;
 }
 
 } // namespace
@@ -120,12 +112,8 @@ Q_DECLARE_METATYPE(Block)
 void tst_DaoDefinition::Steps_data()
 {
     QTest::addColumn<Block>("steps");
-    const QDir folder(QStringLiteral(TAVORA_TEST_DATA "/dao"));
-    for (const QString& name : folder.entryList({u"*.txt"_s}, QDir::Files, QDir::Name)) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        AddBlocks(name, QString::fromUtf8(file.readAll()).split(u'\n') << QString());
-    }
+    for (const mdlTable::CBlock& block : mdlTable::Blocks("dao"))
+        QTest::newRow(qPrintable(block.Place)) << ParseBlock(block.Lines);
 }
 
 void tst_DaoDefinition::Steps()

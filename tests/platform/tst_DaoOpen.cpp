@@ -14,8 +14,6 @@
 using namespace Qt::StringLiterals;
 using namespace mdlDaoHelpers;
 using dao::Database;
-using dao::FieldType;
-using dao::Value;
 
 class tst_DaoOpen : public QObject
 {
@@ -64,18 +62,10 @@ void tst_DaoOpen::cleanup()
 void tst_DaoOpen::MakeDatabase() const
 {
     const auto db = Database::Create(Path());
-    dao::TableDef table;
-    table.Name = u"T"_s;
-    table.Fields = {Field(u"N"_s, FieldType::Long), Field(u"S"_s, FieldType::Text)};
-    db->AppendTable(table);
     dao::CTransaction transaction(*db);
-    const auto rows = db->OpenRecordset(u"T"_s, dao::RecordsetType::Table);
-    for (int number = 0; number < 500; ++number) {
-        rows->AddNew();
-        rows->Set(0, Value::FromLong(number));
-        rows->Set(1, Value::FromText(QString(40, u'あ')));
-        rows->Update();
-    }
+    db->Execute(u"CREATE TABLE T (N LONG, S TEXT(255))"_s);
+    for (int number = 0; number < 500; ++number)
+        db->Execute(u"INSERT INTO T VALUES(%1, '%2')"_s.arg(number).arg(QString(40, u'あ')));
     transaction.Keep();
 }
 
@@ -174,10 +164,7 @@ void tst_DaoOpen::UncommittedLogIsRead()
 {
     MakeDatabase();
     const auto db = Database::Open(Path());
-    dao::TableDef table;
-    table.Name = u"Late"_s;
-    table.Fields = {Field(u"N"_s, FieldType::Long)};
-    db->AppendTable(table);
+    db->Execute(u"CREATE TABLE Late (N LONG)"_s);
     QTemporaryDir elsewhere;
     for (const QString& name : {u"a.mdb"_s, u"a.mdb-wal"_s}) {
         QVERIFY(QFile::copy(Path(name), elsewhere.filePath(name)));

@@ -45,10 +45,7 @@ void tst_DaoProgress::init()
     m_db.reset();
     m_folder = std::make_unique<QTemporaryDir>();
     m_db = Database::Create(m_folder->filePath(u"a.mdb"_s));
-    dao::TableDef table;
-    table.Name = u"N"_s;
-    table.Fields = {Field(u"ID"_s, dao::FieldType::Long), Field(u"T"_s, dao::FieldType::Text, 50, true)};
-    m_db->AppendTable(table);
+    m_db->Execute(u"CREATE TABLE N (ID LONG, T TEXT(50))"_s);
     const dao::CTransaction transaction(*m_db);
     for (int number = 0; number < 500; ++number)
         m_db->Execute(u"INSERT INTO N VALUES(%1, 'text %1')"_s.arg(number));

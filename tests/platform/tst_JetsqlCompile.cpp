@@ -4,8 +4,6 @@
 #include "tests/support/CSqlBench.h"
 #include "tests/support/Table.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -87,24 +85,8 @@ Q_DECLARE_METATYPE(Case)
 void tst_JetsqlCompile::Statements_data()
 {
     QTest::addColumn<Case>("wanted");
-    const QDir folder(QStringLiteral(TAVORA_TEST_DATA "/sql"));
-    for (const QString& name : folder.entryList({u"*.txt"_s}, QDir::Files, QDir::Name)) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QStringList block;
-        int number = 0, begin = 0;
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n') << QString();
-        for (const QString& line : lines) {
-            ++number;
-            if (!line.isEmpty() && !line.startsWith(u'#')) {
-                if (block.isEmpty())
-                    begin = number;
-                block.append(line);
-            } else if (line.isEmpty() && !block.isEmpty()) {
-                QTest::addRow("%s:%d", qPrintable(name), begin) << ParseBlock(std::exchange(block, {}));
-            }
-        }
-    }
+    for (const mdlTable::CBlock& block : mdlTable::Blocks("sql"))
+        QTest::newRow(qPrintable(block.Place)) << ParseBlock(block.Lines);
 }
 
 void tst_JetsqlCompile::Statements()

@@ -1,5 +1,5 @@
 // tests/support/Table.h
-// Cases that are values and nothing else stand in tests/data/tables, one to a line.
+// Cases that are values and nothing else stand in tests/data: tables with one to a line, and blocks of lines.
 
 #ifndef SUPPORT_TABLE_H
 #define SUPPORT_TABLE_H
@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <array>
+#include <vector>
 
 namespace mdlTable
 {
@@ -16,6 +17,16 @@ namespace mdlTable
 /// The rows of Table in tests/data/tables/FileName, each an array of values. A file or table that is missing or cannot
 /// be read ends the program: no rows would mean no test.
 QJsonArray Rows(const char* FileName, const char* Table);
+
+/// Lines of a file that belong together, from one empty line to the next; those that begin with "#" are left out.
+struct CBlock
+{
+    QString Place; ///< "file:line" of the first one
+    QStringList Lines;
+};
+
+/// The blocks of all text files of a folder in tests/data.
+std::vector<CBlock> Blocks(const char* Folder);
 
 template<class Type> Type Cell(const QJsonValue& Value)
 {
