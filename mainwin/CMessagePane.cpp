@@ -49,6 +49,26 @@ QString WithoutBreaks(QString Text)
     return Text;
 }
 
+// A line end within a piece, as long as the CR LF that it stands for; the invisible blank tells it from a bare LF.
+constexpr QStringView InnerLineEnd = u"\u2028\u200b";
+
+// As few lines as may be; those of several kinds are plain.
+std::vector<ViewerHost::BodyLine> Joined(const std::vector<ViewerHost::BodyLine>& Lines)
+{
+    std::vector<ViewerHost::BodyLine> joined;
+    for (const auto& line : Lines) {
+        if (joined.empty() || joined.back().Text.size() + LineEndLength + line.Text.size() > CMessagePane::MaxPiece) {
+            joined.push_back(line);
+            continue;
+        }
+        joined.back().Text += InnerLineEnd;
+        joined.back().Text += line.Text;
+        if (joined.back().Kind != line.Kind)
+            joined.back().Kind = LineKind::Plain;
+    }
+    return joined;
+}
+
 // Length of the next piece; it does not end between the halves of one character.
 qsizetype PieceLength(QStringView Rest)
 {
@@ -99,7 +119,8 @@ CMessagePane::~CMessagePane() = default;
 void CMessagePane::ShowLines(const std::vector<ViewerHost::BodyLine>& Lines)
 {
     setUpdatesEnabled(false);
-    setPlainText(TakePieces(Lines));
+    m_isJoined = Lines.size() > MaxLines;
+    setPlainText(TakePieces(m_isJoined ? Joined(Lines) : Lines));
     moveCursor(QTextCursor::Start);
     setUpdatesEnabled(true);
 }
@@ -146,8 +167,9 @@ QString CMessagePane::TextBetween(int Start, int End, QStringView LineEnd) const
         if (!isLast && !(number < m_pieces.size() && m_pieces[number].Continues))
             text += LineEnd;
     }
-    text.replace(QChar::LineSeparator, LineEnd.toString());
-    return text;
+    if (m_isJoined)
+        text = text.split(InnerLineEnd.toString()).join(LineEnd);
+    return text.split(QChar::LineSeparator).join(LineEnd);
 }
 
 QString CMessagePane::SelectedText() const

@@ -18,6 +18,9 @@ public:
     /// megabytes, whose layout would hold the window up for minutes; it is shown, and copied, as it stands all the
     /// same.
     static constexpr qsizetype MaxPiece = 4000;
+    /// Of a text with more lines, which nobody writes but a hostile log may bring, many are laid out as one piece: each
+    /// line by itself would take seconds, and hundreds of bytes of memory.
+    static constexpr std::size_t MaxLines = 100'000;
 
     explicit CMessagePane(QWidget* Parent = nullptr);
     ~CMessagePane() override;
@@ -70,6 +73,7 @@ private:
 
     std::vector<Piece> m_pieces; // one for each block of the document but the empty one at the end
     qsizetype m_bodyLength = 0;
+    bool m_isJoined = false; // pieces hold many lines
     CLineColors* m_colors;
 };
 

@@ -55,6 +55,7 @@ class tst_CMessagePane : public QObject
 private Q_SLOTS:
     void PlacesOfRandomBodies();
     void RangesBeyondTheText();
+    void MoreLinesThanAnybodyWrites();
 };
 
 void tst_CMessagePane::PlacesOfRandomBodies()
@@ -99,6 +100,21 @@ void tst_CMessagePane::RangesBeyondTheText()
     QCOMPARE(pane.SelectedRange(), (BodyRange{2, 2}));
     pane.SelectBodyRange({3, 1});
     QCOMPARE(pane.SelectedRange(), (BodyRange{2, 2}));
+}
+
+void tst_CMessagePane::MoreLinesThanAnybodyWrites()
+{
+    const QString body = u"> 表\nい\r\n\r\n"_s.repeated(qsizetype(CMessagePane::MaxLines) / 2) + u"ab"_s;
+    CMessagePane pane;
+    pane.ShowLines(mdlBodyLines::Split(body));
+    QVERIFY(pane.document()->blockCount() < 1000);
+    for (const BodyRange range : {BodyRange{9 * 30'000 + 4, 7}, {9 * 44'000, 9}, {body.size() - 2, 2}}) {
+        pane.SelectBodyRange(range);
+        QCOMPARE(pane.SelectedRange(), range);
+        QCOMPARE(pane.SelectedText(), body.mid(range.Start, range.Length).remove(u'\r').replace(u"\n"_s, u"\r\n"_s));
+    }
+    pane.selectAll();
+    QCOMPARE(pane.SelectedText().size(), body.size() + qsizetype(CMessagePane::MaxLines) / 2 + 2);
 }
 
 QTEST_MAIN(tst_CMessagePane)
