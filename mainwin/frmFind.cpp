@@ -166,6 +166,7 @@ void frmFind::UpdateEnabled()
     const bool canFind = m_isAllowed && !m_cmbFindText->currentText().isEmpty();
     m_cmdFindNext->setEnabled(canFind);
     m_cmdFindPrev->setEnabled(canFind);
+    m_cmdCancel->setEnabled(m_isAllowed); // last: the focus of those above came here, and goes on to the box
     m_chkIgnoreCase->setEnabled(m_chkUseRegExp->isChecked());
 }
 

@@ -29,7 +29,7 @@ public:
     /// comes to the front and takes Text, unless that is empty.
     void ShowDialog(const QString& Text, const QStringList& History);
 
-    /// While it is not allowed, the find buttons are disabled.
+    /// While it is not allowed, the buttons are disabled.
     void SetFindAllowed(bool IsAllowed);
 
     /// Moves the dialog aside when it covers Place (in screen coordinates).

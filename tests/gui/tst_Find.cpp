@@ -3,6 +3,7 @@
 
 #include "mainwin/CListView.h"
 #include "mainwin/CMessagePane.h"
+#include "mainwin/frmFind.h"
 #include "tests/gui/CWindowFixture.h"
 
 #include <QCheckBox>
@@ -173,6 +174,10 @@ void tst_Find::DialogFinds()
     QCOMPARE(f.Box->currentText(), u"[a-z]+"_s);
     QCOMPARE(text->itemText(0), u"[a-z]+"_s);
     caseCounts->click();
+    next->setFocus();
+    for (const bool allowed : {false, true}) // a find that takes long
+        static_cast<frmFind*>(f.Dialog())->SetFindAllowed(allowed);
+    QVERIFY(text->hasFocus());
     f.Press(Qt::Key_F3, Qt::ShiftModifier);
     QCOMPARE(f.Selected(), u"2: ABC at 4"_s);
     f.Press(Qt::Key_F3);
