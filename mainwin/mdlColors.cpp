@@ -40,7 +40,9 @@ QColor FromStored(quint32 Stored, const QPalette& Palette)
 
 QColor MarkColor(quint32 Stored, const QPalette& Palette)
 {
-    return mdlContrast::Legible(FromStored(Stored, Palette), Palette.color(QPalette::Base));
+    const QColor color = FromStored(Stored, Palette);
+    const QColor ground = Palette.color(QPalette::Base);
+    return mdlContrast::Ratio(color, ground) >= MarkContrast ? color : mdlContrast::Legible(color, ground);
 }
 
 } // namespace mdlColors

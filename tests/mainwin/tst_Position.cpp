@@ -125,7 +125,7 @@ void tst_Position::MarkColors_data()
     QTest::newRow("dark red") << 128U << QColor(Qt::white) << QColor(128, 0, 0);
     QTest::newRow("dark blue is blue last") << 8388608U << QColor(Qt::white) << QColor(0, 0, 128);
     QTest::newRow("green is dark enough") << 32768U << QColor(Qt::white) << QColor(0, 128, 0);
-    QTest::newRow("grey on white") << 8421504U << QColor(Qt::white) << QColor(118, 118, 118);
+    QTest::newRow("grey as the user chose it") << 8421504U << QColor(Qt::white) << QColor(128, 128, 128);
     QTest::newRow("window text") << 0x80000008U << QColor(Qt::white) << QColor(1, 2, 3);
 }
 
