@@ -8,6 +8,9 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -43,23 +46,29 @@ bool IsEscape(const QEvent& Event)
     return isKey && static_cast<const QKeyEvent&>(Event).key() == Qt::Key_Escape;
 }
 
-QString Doing(Work What)
+struct CWords
 {
-    switch (What) {
-    case Work::Query:
-    case Work::Find:
-        return u"検索しています…"_s;
-    case Work::Sort:
-        return u"並べ替えています…"_s;
-    case Work::Change:
-        return u"メッセージの状態を変更しています…"_s;
-    case Work::Delete:
-        return u"メッセージを削除しています…"_s;
-    }
-    return {};
+    Work What;
+    QStringView Doing;
+    QStringView Cancelled;
+};
+
+constexpr CWords Words[] = {
+    {Work::Query, u"検索しています…", u"検索を中止しました。"},
+    {Work::Find, u"検索しています…", u"検索を中止しました。"},
+    {Work::Sort, u"並べ替えています…", u"並べ替えを中止しました。"},
+    {Work::Change, u"メッセージの状態を変更しています…", u"変更を中止しました。メッセージの状態は元のままです。"},
+    {Work::Delete, u"メッセージを削除しています…", u"削除を中止しました。メッセージはどれも削除されていません。"},
+};
+
+const CWords& WordsFor(Work What)
+{
+    return *std::find_if(std::begin(Words), std::end(Words), [What](const CWords& Line) { return Line.What == What; });
 }
 
 } // namespace
+
+QString CWorkProgress::CancelledText() const { return WordsFor(m_what).Cancelled.toString(); }
 
 void CWorkProgress::WorkBegins(Work What)
 {
@@ -111,7 +120,7 @@ void CWorkProgress::Tell()
     if (seconds == m_toldSeconds)
         return;
     m_toldSeconds = seconds;
-    Q_EMIT Told(Doing(m_what) + u" Esc で中止 (%1 秒)"_s.arg(seconds));
+    Q_EMIT Told(WordsFor(m_what).Doing.toString() + u" Esc で中止 (%1 秒)"_s.arg(seconds));
 }
 
 /// What goes to a window comes again for the widget in it, so only widgets are kept from it.

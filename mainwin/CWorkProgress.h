@@ -31,6 +31,8 @@ public:
     bool IsWorking() const { return m_isWorking; }
     /// What is, or was last, worked on.
     Work What() const { return m_what; }
+    /// What the user is told of work that was stopped.
+    QString CancelledText() const;
     /// Stops the work; it returns soon after.
     void Cancel() { m_isCancelled = true; }
 

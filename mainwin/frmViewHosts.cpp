@@ -45,22 +45,6 @@ void TakeToolTip(QAction& Button, const QString& ToolTip)
     Button.setToolTip(ToolTip);
 }
 
-QString CancelledText(Work What)
-{
-    switch (What) {
-    case Work::Query:
-    case Work::Find:
-        return u"検索を中止しました。"_s;
-    case Work::Sort:
-        return u"並べ替えを中止しました。"_s;
-    case Work::Change:
-        return u"変更を中止しました。メッセージの状態は元のままです。"_s;
-    case Work::Delete:
-        return u"削除を中止しました。メッセージはどれも削除されていません。"_s;
-    }
-    return {};
-}
-
 } // namespace
 
 // State
@@ -341,7 +325,7 @@ void frmView::OnWorkEnded(bool IsCancelled)
 {
     m_busy = m_busyBefore;
     ChangeStatusBarStyle(IsCancelled ? 1 : m_styleBefore);
-    SetStatus(IsCancelled ? CancelledText(m_work->What()) : m_statusBefore);
+    SetStatus(IsCancelled ? m_work->CancelledText() : m_statusBefore);
     m_viewer->ShowCounts(m_viewer->CurrentList()); // the reading of rows may have counted there
     UpdateCaption();
     UpdateEnabled();
