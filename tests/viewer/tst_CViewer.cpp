@@ -1,6 +1,7 @@
 // tests/viewer/tst_CViewer.cpp
 // View modes, loads and the shown message, over a real database.
 
+#include "tests/viewer/CBreakingWatch.h"
 #include "tests/viewer/CViewerFixture.h"
 #include "viewer/mdlColumns.h"
 #include "tests/support/Table.h"
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void Actions();
     void RefusedStatement();
     void LongLoadsTellTheirProgress();
+    void VainLoadsLeaveBoardAndList();
     void ShownMessage();
     void SeveralSelected();
     void ShowListGoesBack();
@@ -266,6 +268,35 @@ void tst_CViewer::LongLoadsTellTheirProgress()
     QCOMPARE(F().Host.Steps, QStringList({u"2000/4100"_s, u"4000/4100"_s, u"4100/4100"_s}));
     QCOMPARE(F().List(0).Count(), 4100);
     QCOMPARE(F().Host.Count, u"4100/4100"_s);
+}
+
+void tst_CViewer::VainLoadsLeaveBoardAndList()
+{
+    F().Add(3, 1, 2100); // more than are read before the watch is asked
+    F().Add(4, 1, 2100);
+    F().Viewer.SelectBoard(3);
+    F().Click(0, 1);
+    F().App.Option().AddMax = 5000;
+    CBreakingWatch watch;
+    watch.Patience = 0;
+    F().Board.SetWatch(&watch);
+    const auto isUntouched = [this] {
+        return Ids(F().List(0)) == u"3/2100 3/2099 3/2098"_s && F().List(0).Focus() == 1 &&
+               F().Host.Count == u"3/3"_s && F().Host.Body == QStringList(u"b2099"_s) &&
+               F().Viewer.CurrentBoard() == 3 && F().App.Option().BBS_ID == 3 &&
+               F().Viewer.BoardProperty().Name == u"けやき掲示板"_s;
+    };
+    F().Viewer.ShowViewMode(4);
+    QVERIFY(isUntouched());
+    watch.Patience = 0;
+    F().Viewer.SelectBoard(4);
+    QVERIFY(isUntouched());
+    QCOMPARE(watch.Open, 0);
+    F().Board.SetWatch(nullptr);
+    F().App.LogDB()->DeleteTable(u"Message"_s);
+    F().Desk.Expect(u"実行時エラー '3078'"_s);
+    F().Viewer.SelectBoard(4);
+    QVERIFY(isUntouched());
 }
 
 void tst_CViewer::ShownMessage()
