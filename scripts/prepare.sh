@@ -3,7 +3,7 @@
 
 # Headers and tools for the build; the fonts and Qt's Japanese texts are what the window needs to be read.
 build_packages=(build-essential cmake ninja-build ccache pkg-config
-  qt6-base-dev libsqlite3-dev libicu-dev libpcre2-dev libcpp-httplib-dev)
+  qt6-base-dev libsqlite3-dev libicu-dev libpcre2-dev liblhasa-dev libcpp-httplib-dev)
 run_packages=(fonts-noto-cjk qt6-translations-l10n libqt6network6)
 test_packages=(sqlite3 curl)
 

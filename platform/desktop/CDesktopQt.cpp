@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QUrl>
 
 #include <vector>
@@ -176,3 +177,5 @@ bool CDesktopQt::ShellOpenOwn(const QString& PathOrUrl)
 
 void CDesktopQt::SetClipboard(const QString& Text) { QGuiApplication::clipboard()->setText(Text); }
 QString CDesktopQt::Clipboard() const { return QGuiApplication::clipboard()->text(); }
+
+bool CDesktopQt::HasTray() const { return QSystemTrayIcon::isSystemTrayAvailable(); }

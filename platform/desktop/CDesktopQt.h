@@ -27,6 +27,7 @@ public:
     bool ShellOpenOwn(const QString& PathOrUrl) override;
     void SetClipboard(const QString& Text) override;
     QString Clipboard() const override;
+    bool HasTray() const override;
 
 private:
     QWidget* BoxParent() const;

@@ -48,6 +48,9 @@ public:
 
     virtual void SetClipboard(const QString& Text) = 0;
     virtual QString Clipboard() const = 0;
+
+    /// Whether there is a place for status icons at the moment.
+    virtual bool HasTray() const = 0;
 };
 
 #endif

@@ -21,8 +21,10 @@ const QHash<QString, QStringList>& Allowed()
         {u"load"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
         {u"viewer"_s, {u"board"_s, u"store"_s, u"app"_s, u"platform"_s}},
         {u"query"_s, {u"app"_s, u"controls"_s, u"platform"_s}},
+        {u"settings_ui"_s, {u"board"_s, u"store"_s, u"app"_s, u"controls"_s, u"platform"_s}},
         {u"mainwin"_s,
-         {u"query"_s, u"load"_s, u"viewer"_s, u"board"_s, u"store"_s, u"app"_s, u"controls"_s, u"platform"_s}},
+         {u"query"_s, u"settings_ui"_s, u"load"_s, u"viewer"_s, u"board"_s, u"store"_s, u"app"_s, u"controls"_s,
+          u"platform"_s}},
         {u"boardd"_s, {u"platform"_s}},
         {u"sqlshell"_s, {u"platform"_s}},
     };
@@ -37,7 +39,7 @@ bool KnowsNoWidget(const QString& Room)
 
 QStringList FaultsOf(const QString& Path, const QString& Room)
 {
-    static const QRegularExpression own(u"^\\s*#\\s*include\\s*\"([a-z]+)/"_s);
+    static const QRegularExpression own(u"^\\s*#\\s*include\\s*\"([a-z_]+)/"_s);
     static const QRegularExpression widget(
         u"^\\s*#\\s*include\\s*<Q(Widget|Application|Dialog|MessageBox|MainWindow|TreeView|TextEdit|Menu|Action)>"_s);
     QFile file(Path);

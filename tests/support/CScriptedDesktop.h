@@ -52,10 +52,12 @@ public:
     bool ShellOpenOwn(const QString& PathOrUrl) override;
     void SetClipboard(const QString& Text) override;
     QString Clipboard() const override;
+    bool HasTray() const override { return IsTrayThere; }
 
     std::vector<CShownBox> Boxes; ///< every box, expected or not
     QStringList Opened;           ///< what ShellOpen and ShellOpenOwn were given, in order
     QString ClipboardText;
+    bool IsTrayThere = true;
     bool OpenSucceeds = true; ///< what the two opening calls return
 
 private:
