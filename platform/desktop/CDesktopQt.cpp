@@ -154,6 +154,17 @@ QStringList CDesktopQt::OpenFileDialog(const QString& Title, const QString& Init
     return files;
 }
 
+QString CDesktopQt::FolderDialog(const QString& Title, const QString& InitialDir)
+{
+    QFileDialog dialog(BoxParent(), Title);
+    dialog.setObjectName(u"FolderDialog"_s);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    if (!InitialDir.isEmpty() && QFileInfo(InitialDir).isDir())
+        dialog.setDirectory(InitialDir);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 bool CDesktopQt::ShellOpen(const QString& Target)
 {
     const std::optional<QString> target = mdlShell::AcceptTarget(Target);

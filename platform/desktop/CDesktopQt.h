@@ -23,6 +23,7 @@ public:
     std::optional<QString> InputBox(const QString& Prompt, const QString& Title, const QString& Text) override;
     QStringList OpenFileDialog(const QString& Title, const QString& InitialDir, const QString& InitialFile,
                                const QString& Filter) override;
+    QString FolderDialog(const QString& Title, const QString& InitialDir) override;
     bool ShellOpen(const QString& Target) override;
     bool ShellOpenOwn(const QString& PathOrUrl) override;
     void SetClipboard(const QString& Text) override;

@@ -113,6 +113,11 @@ QStringList CScriptedDesktop::OpenFileDialog(const QString& Title, const QString
     return answer ? answer->Files : QStringList();
 }
 
+QString CScriptedDesktop::FolderDialog(const QString& Title, const QString& InitialDir)
+{
+    return OpenFileDialog(Title, InitialDir, {}, {}).value(0);
+}
+
 bool CScriptedDesktop::ShellOpen(const QString& Target)
 {
     Opened << Target;

@@ -1,0 +1,50 @@
+// settings_ui/PageParts.cpp
+// What the pages of the options and board dialogs are put together from.
+
+#include "settings_ui/PageParts.h"
+
+#include "app/Application.h"
+#include "platform/desktop/WindowServices.h"
+#include "platform/desktop/desktop.h"
+
+#include <QGridLayout>
+#include <QLabel>
+
+namespace mdlPage
+{
+
+QLabel* AddField(QGridLayout& Form, const QString& Caption, QWidget* Field, QWidget* Behind)
+{
+    const int row = Form.rowCount();
+    auto* label = new QLabel(Caption, Field->parentWidget());
+    label->setBuddy(Field);
+    Form.addWidget(label, row, 0);
+    Form.addWidget(Field, row, 1);
+    if (Behind)
+        Form.addWidget(Behind, row, 2);
+    return label;
+}
+
+QLabel* Note(const QString& Text, QWidget* Page)
+{
+    auto* note = new QLabel(Text, Page);
+    note->setTextFormat(Qt::PlainText);
+    return note;
+}
+
+QLabel* LongNote(const QString& Text, QWidget* Page)
+{
+    QLabel* note = Note(Text, Page);
+    note->setWordWrap(true);
+    return note;
+}
+
+bool Refuse(Application& App, QWidget* Field, const QString& Text)
+{
+    App.Shell.MessageBox(Text, App.AppTitle(), Desktop::Icon::Information);
+    Field->setFocus();
+    mdlWindow::SelectAllText(Field);
+    return false;
+}
+
+} // namespace mdlPage

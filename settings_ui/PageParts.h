@@ -1,0 +1,40 @@
+// settings_ui/PageParts.h
+// What the pages of the options and board dialogs are put together from.
+
+#ifndef SETTINGS_UI_PAGEPARTS_H
+#define SETTINGS_UI_PAGEPARTS_H
+
+#include <QString>
+
+class Application;
+class QGridLayout;
+class QLabel;
+class QVBoxLayout;
+class QWidget;
+
+namespace mdlPage
+{
+
+/// Gives Made its object name and hands it back.
+template<typename Widget> Widget* Named(Widget* Made, const QString& Name)
+{
+    Made->setObjectName(Name);
+    return Made;
+}
+
+/// Adds a row to Form: Caption as the label (and buddy) of Field, then Field, then Unit or another small thing that
+/// belongs to it. The label.
+QLabel* AddField(QGridLayout& Form, const QString& Caption, QWidget* Field, QWidget* Behind = nullptr);
+
+/// A text that stands in a page, such as the unit of a number. It shows "&" as it is.
+QLabel* Note(const QString& Text, QWidget* Page);
+
+/// A note as wide as the page, of as many lines as that takes.
+QLabel* LongNote(const QString& Text, QWidget* Page);
+
+/// Tells Text and puts the focus on Field, its text selected. Always false.
+bool Refuse(Application& App, QWidget* Field, const QString& Text);
+
+} // namespace mdlPage
+
+#endif

@@ -1,0 +1,214 @@
+// settings_ui/frmProperty.cpp
+// The dialog with tabs that shows either the program's options or the properties of one board.
+
+#include "settings_ui/frmProperty.h"
+
+#include "app/Application.h"
+#include "app/Settings.h"
+#include "board/CBBSProperty.h"
+#include "platform/dao/CTransaction.h"
+#include "platform/dao/Database.h"
+#include "platform/desktop/Geometry.h"
+#include "platform/desktop/desktop.h"
+#include "settings_ui/CGeneralPage.h"
+#include "settings_ui/CPageFrame.h"
+#include "settings_ui/CSearchPage.h"
+#include "settings_ui/CTransferPage.h"
+#include "settings_ui/CWebSearchPage.h"
+#include "store/Recovery.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+frmProperty::frmProperty(Application& App, QWidget* Owner)
+    : QDialog(Owner)
+    , m_app(App)
+{
+    setObjectName(u"frmProperty"_s);
+    setModal(true);
+    if (Owner)
+        setWindowIcon(Owner->windowIcon());
+    BuildFrame();
+}
+
+frmProperty::~frmProperty() = default;
+
+// Building
+
+void frmProperty::BuildFrame()
+{
+    m_tabStrip = new QTabWidget(this);
+    m_tabStrip->setObjectName(u"TabStrip"_s);
+    auto* buttons = new QDialogButtonBox(this);
+    QPushButton* ok = buttons->addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
+    ok->setObjectName(u"cmdOK"_s);
+    ok->setDefault(true);
+    QPushButton* cancel = buttons->addButton(u"キャンセル"_s, QDialogButtonBox::RejectRole);
+    cancel->setObjectName(u"cmdCancel"_s);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_tabStrip, 1);
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmProperty::OnOK);
+    connect(buttons, &QDialogButtonBox::rejected, this, &frmProperty::reject);
+
+    const auto onKey = [this](QKeyCombination Key, int Step) {
+        connect(new QShortcut(QKeySequence(Key), this), &QShortcut::activated, this, [this, Step] { StepTab(Step); });
+    };
+    onKey(Qt::CTRL | Qt::Key_Tab, 1);
+    onKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+    onKey(Qt::CTRL | Qt::Key_PageDown, 1);
+    onKey(Qt::CTRL | Qt::Key_PageUp, -1);
+}
+
+void frmProperty::AddPage(int Number, const QString& Caption, CPropertyPage* Page)
+{
+    auto* frame = new CPageFrame(Page, m_tabStrip);
+    frame->setObjectName(u"fraTabStrip%1"_s.arg(Number));
+    m_tabStrip->addTab(frame, Caption);
+    m_pages.push_back(Page);
+}
+
+void frmProperty::AddOptionPages()
+{
+    auto* general = new CGeneralPage(m_app, this);
+    auto* transfer = new CTransferPage(m_app, this);
+    auto* search = new CSearchPage(m_app, this);
+    auto* webSearch = new CWebSearchPage(m_app, this);
+    AddPage(3, u"全般"_s, general);
+    AddPage(8, u"送受信"_s, transfer);
+    AddPage(4, u"検索"_s, search);
+    AddPage(5, u"WebSearch"_s, webSearch);
+    m_settingsPages = {general, search, transfer};
+    m_lastPages = {webSearch};
+}
+
+// Showing
+
+bool frmProperty::ShowOption([[maybe_unused]] CBBSProperty& Board, qint32& InitialTab)
+{
+    setWindowTitle(u"設定 - "_s + m_app.AppTitle());
+    AddOptionPages();
+    return Show(InitialTab);
+}
+
+bool frmProperty::ShowProperty(CBBSProperty& Board, qint32& InitialTab)
+{
+    setWindowTitle(Board.Name + u"のプロパティ - "_s + m_app.AppTitle());
+    return Show(InitialTab);
+}
+
+bool frmProperty::Show(qint32& InitialTab)
+{
+    if (!LoadPages())
+        return false;
+    m_tabStrip->setCurrentIndex(qBound(0, InitialTab - 1, m_tabStrip->count() - 1));
+    m_current = m_tabStrip->currentIndex();
+    connect(m_tabStrip, &QTabWidget::currentChanged, this, &frmProperty::OnTabChanged);
+    FitToScreen();
+    FocusPage();
+    const bool isOk = exec() == QDialog::Accepted;
+    InitialTab = m_current + 1;
+    return isOk;
+}
+
+bool frmProperty::LoadPages()
+{
+    try {
+        for (CPropertyPage* page : m_pages)
+            page->Load();
+        return true;
+    } catch (const dao::Error& error) {
+        return Tell(error);
+    }
+}
+
+/// Large enough for every page; on a small screen the pages scroll.
+void frmProperty::FitToScreen()
+{
+    ensurePolished();
+    const QRect wanted = mdlGeometry::Centred(sizeHint());
+    resize(mdlGeometry::OnScreen(wanted).size());
+}
+
+// Tabs
+
+void frmProperty::StepTab(int Step)
+{
+    const int count = m_tabStrip->count();
+    m_tabStrip->setCurrentIndex((m_current + Step + count) % count);
+}
+
+/// The page that is being left is checked while it is still to be seen, and stays when the check fails.
+void frmProperty::OnTabChanged(int Index)
+{
+    if (m_isChanging)
+        return;
+    const QScopedValueRollback changing(m_isChanging, true);
+    m_tabStrip->setCurrentIndex(m_current);
+    if (!m_pages[std::size_t(m_current)]->Validate())
+        return;
+    m_current = Index;
+    m_tabStrip->setCurrentIndex(Index);
+}
+
+void frmProperty::FocusPage()
+{
+    const QWidget* page = m_pages[std::size_t(m_current)];
+    for (QWidget* next = page->nextInFocusChain(); next != page; next = next->nextInFocusChain()) {
+        const bool takesFocus = next->isEnabledTo(this) && (next->focusPolicy() & Qt::TabFocus) && !next->focusProxy();
+        if (takesFocus && page->isAncestorOf(next)) {
+            next->setFocus();
+            return;
+        }
+    }
+}
+
+// Closing
+
+void frmProperty::OnOK()
+{
+    if (m_pages[std::size_t(m_current)]->Validate() && ApplyAll())
+        accept();
+}
+
+/// False leaves everything as it was before.
+bool frmProperty::ApplyAll()
+{
+    const Settings before = m_app.Option();
+    try {
+        for (CPropertyPage* page : m_settingsPages)
+            page->Apply();
+        if (mdlSettings::CheckFolders(m_app)) {
+            ApplyToDatabase();
+            for (CPropertyPage* page : m_lastPages)
+                page->Apply();
+            return true;
+        }
+    } catch (const dao::Error& error) {
+        Tell(error);
+    }
+    m_app.Option() = before;
+    return false;
+}
+
+void frmProperty::ApplyToDatabase()
+{
+    if (m_databasePages.empty())
+        return;
+    dao::CTransaction transaction(*m_app.LogDB());
+    for (CPropertyPage* page : m_databasePages)
+        page->Apply();
+    transaction.Keep();
+}
+
+bool frmProperty::Tell(const dao::Error& Refusal)
+{
+    m_app.Shell.MessageBox(mdlStore::RefusalText(Refusal), m_app.AppTitle(), Desktop::Icon::Information);
+    return false;
+}
