@@ -8,30 +8,33 @@
 #include <QString>
 
 #include <functional>
-#include <memory>
 #include <optional>
+
+struct CLzhHeader;
 
 /// One file of an archive.
 struct CLzhMember
 {
     enum class Fault {
         None,
-        BadChecksum,   ///< unpacked to other bytes than were packed
+        BadChecksum,   ///< unpacked to other bytes than were packed, or to fewer
         CutShort,      ///< the archive ends within it
         UnknownMethod, ///< packed in a way that cannot be read
-        TooLarge,      ///< would exceed MaxMemberSize, or the archive MaxTotalSize
+        TooLarge,      ///< would exceed MaxMemberSize, or the archive MaxTotalSize; nothing is unpacked
         Stopped,       ///< GoesOn said no
     };
 
-    QString Name;     ///< for show only: never a path to write to
-    QByteArray Bytes; ///< what could be unpacked; whole only without a Fault
+    QString Name;      ///< for show only: never a path to write to; may be empty
+    QByteArray Method; ///< "-lh5-" and so on
+    QByteArray Bytes;  ///< what could be unpacked; whole only without a Fault
     Fault Problem = Fault::None;
 };
 
 /// Reads an archive of any header level and method, also behind a self-extracting stub, one member at a time.
 ///
 /// Nothing is believed that the archive says of itself: sizes are counted, checksums are made anew, and nothing is ever
-/// written to a file.
+/// written to a file. Behind a damaged header the next sound one is looked for, so that one bad sector does not cost
+/// the members after it.
 class CLzhReader
 {
 public:
@@ -39,24 +42,31 @@ public:
     static constexpr qint64 MaxTotalSize = 1024LL * 1024 * 1024;
     static constexpr int MaxMembers = 10000;
 
-    /// Opens FileName; IsOpen tells whether that worked.
-    explicit CLzhReader(const QString& FileName);
-    ~CLzhReader();
-    CLzhReader(const CLzhReader&) = delete;
-    CLzhReader& operator=(const CLzhReader&) = delete;
+    /// Asked about every 64 KiB while something is searched or unpacked; false ends that. May be empty.
+    using CGoesOn = std::function<bool()>;
 
-    bool IsOpen() const;
+    /// Whether Bytes hold a sound header anywhere, that is one that Next would give.
+    static bool IsArchive(QByteArrayView Bytes);
 
-    /// The next member that is a file; empty at the end. GoesOn is asked now and then while a member is unpacked.
-    std::optional<CLzhMember> Next(const std::function<bool()>& GoesOn = {});
+    explicit CLzhReader(QByteArray Archive);
 
-    /// After Next came to the end: whether the archive ended as an archive does, not in a damaged header or in the
-    /// middle of a member.
-    bool IsWhole() const;
+    /// The next member that is a file; empty at the end, and when GoesOn said no between members.
+    std::optional<CLzhMember> Next(const CGoesOn& GoesOn = {});
+
+    /// After Next came to the end: whether the archive ended as an archive does, without a damaged header on the way,
+    /// not in the middle of a member and not at MaxMembers.
+    bool IsWhole() const { return m_isWhole; }
 
 private:
-    struct Private;
-    std::unique_ptr<Private> m;
+    std::optional<CLzhHeader> NextHeader(const CGoesOn& GoesOn);
+    CLzhMember Unpack(const CLzhHeader& Header, const CGoesOn& GoesOn);
+
+    QByteArray m_archive;
+    qsizetype m_place = 0;
+    qint64 m_unpacked = 0; ///< bytes, of all members
+    int m_headers = 0;
+    int m_damaged = 0;
+    bool m_isWhole = true;
 };
 
 #endif
