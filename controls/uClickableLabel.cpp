@@ -4,13 +4,13 @@
 #include "controls/uClickableLabel.h"
 
 #include "controls/AccessibleControls.h"
+#include "controls/CElidedLabel.h"
 #include "platform/desktop/Contrast.h"
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/desktop.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -27,22 +27,6 @@ constexpr qsizetype MaxTipCaption = 1000;
 constexpr qsizetype TipColumns = 80;
 
 float Twips(double Pixels) { return static_cast<float>(Pixels * mdlGeometry::TwipsPerPixel); }
-
-/// Shows that an address goes on where its panel ends; half a letter at the edge would pass for the end of it.
-class CElidedLabel : public QLabel
-{
-public:
-    using QLabel::QLabel;
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-        style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(), shown,
-                              foregroundRole());
-    }
-};
 } // namespace
 
 uClickableLabel::uClickableLabel(Desktop& Shell, QWidget* Parent)
