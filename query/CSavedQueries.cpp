@@ -13,14 +13,23 @@ CSavedQueries::CSavedQueries(Application& App)
     : m_app(App)
 {}
 
-QStringList CSavedQueries::Names() const { return m_app.LogDB() ? m_app.LogDB()->QueryDefs() : QStringList(); }
+QStringList CSavedQueries::Names() const
+{
+    try {
+        return m_app.LogDB() ? m_app.LogDB()->QueryDefs() : QStringList();
+    } catch (const dao::Error&) {
+        return {}; // a damaged or locked file: the statement can be written and run all the same
+    }
+}
 
 std::optional<QString> CSavedQueries::Statement(const QString& Name) const
 {
-    if (!m_app.LogDB())
+    try {
+        const auto query = m_app.LogDB() ? m_app.LogDB()->FindQueryDef(Name) : nullptr;
+        return query ? std::optional(query->Sql()) : std::nullopt;
+    } catch (const dao::Error&) {
         return std::nullopt;
-    const auto query = m_app.LogDB()->FindQueryDef(Name);
-    return query ? std::optional(query->Sql()) : std::nullopt;
+    }
 }
 
 QString CSavedQueries::AskName() const
@@ -64,15 +73,16 @@ void CSavedQueries::Store(const QString& Name, const QString& Sql) const
 
 bool CSavedQueries::AskReplace(const QString& Name) const
 {
-    return m_app.Shell.MessageBox(u"既に"_s + Name + u"は存在します。\r\n上書きしてもよろしいですか？"_s, m_app.AppTitle(),
-                                  Desktop::Icon::Information, Desktop::Buttons::OkCancel,
+    return m_app.Shell.MessageBox(u"既に"_s + Name + u"は存在します。\r\n上書きしてもよろしいですか？"_s,
+                                  m_app.AppTitle(), Desktop::Icon::Information, Desktop::Buttons::OkCancel,
                                   Desktop::Answer::Cancel) == Desktop::Answer::Ok;
 }
 
 bool CSavedQueries::AskDelete(const QString& Name) const
 {
-    return m_app.Shell.MessageBox(Name + u"を削除してもよろしいですか？\r\n"_s, m_app.AppTitle(), Desktop::Icon::Information,
-                                  Desktop::Buttons::OkCancel, Desktop::Answer::Cancel) == Desktop::Answer::Ok;
+    return m_app.Shell.MessageBox(Name + u"を削除してもよろしいですか？\r\n"_s, m_app.AppTitle(),
+                                  Desktop::Icon::Information, Desktop::Buttons::OkCancel,
+                                  Desktop::Answer::Cancel) == Desktop::Answer::Ok;
 }
 
 void CSavedQueries::Delete(const QString& Name)

@@ -18,7 +18,7 @@ class CSavedQueries
 public:
     explicit CSavedQueries(Application& App);
 
-    /// In the order of the database's collection.
+    /// In the order of the database's collection; none where it cannot be read.
     QStringList Names() const;
     std::optional<QString> Statement(const QString& Name) const;
 

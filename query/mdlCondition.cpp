@@ -3,6 +3,9 @@
 
 #include "query/mdlCondition.h"
 
+#include "platform/jetsql/Characters.h"
+#include "platform/jetsql/Keyword.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -15,9 +18,9 @@ namespace
 
 bool IsPlainName(const QString& Name)
 {
-    return !Name.isEmpty() && Name[0].isLetter() && std::all_of(Name.begin(), Name.end(), [](QChar Unit) {
-        return Unit.isLetterOrNumber() || Unit == u'_' || Unit.isSurrogate();
-    });
+    return !Name.isEmpty() && jetsql::ClassOf(Name[0].unicode()) == jetsql::CharClass::Letter &&
+           jetsql::KeywordOf(Name) == jetsql::Keyword::None &&
+           std::all_of(Name.begin(), Name.end(), [](QChar Unit) { return jetsql::IsNameUnit(Unit.unicode()); });
 }
 
 } // namespace

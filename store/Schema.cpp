@@ -69,16 +69,16 @@ dao::TableDef MessageTable()
     table.Name = u"Message"_s;
     table.Fields = {
         Field(u"BBS_ID"_s, FieldType::Long, u"掲示板の番号 (BBS.BBS_ID)"_s),
-        Field(u"ID"_s, FieldType::Long, u"発言番号"_s),
+        Field(u"ID"_s, FieldType::Long, u"掲示板の中での発言番号"_s),
         Field(u"Read"_s, FieldType::Boolean, u"既読 (True / False)"_s),
         TextField(u"Subject"_s, ZeroLength::Allowed, u"題名"_s),
         TextField(u"Homepage"_s, ZeroLength::Allowed, u"投稿者のホームページ"_s),
         TextField(u"Mail"_s, ZeroLength::Allowed, u"投稿者のメールアドレス"_s),
         TextField(u"PostName"_s, ZeroLength::Allowed, u"投稿者の名前"_s),
-        Field(u"PostDate"_s, FieldType::Date, u"投稿日時"_s),
+        Field(u"PostDate"_s, FieldType::Date, u"投稿日時。#2002/1/15 9:05# の形で比べる"_s),
         Field(u"InReplyTo"_s, FieldType::Long, u"返信先の発言番号。0 は返信でない"_s),
         Field(u"Body"_s, FieldType::Memo, u"本文。空のときは Null"_s),
-        Field(u"RootThread"_s, FieldType::Long, u"スレッドの最初の発言番号"_s),
+        Field(u"RootThread"_s, FieldType::Long, u"スレッドの最初の発言番号。自分が最初なら自分の番号"_s),
         Field(u"Mark"_s, FieldType::Long, u"マークの番号 (Mark.ID)。0 はマークなし"_s),
     };
     table.Indexes = {
@@ -99,9 +99,9 @@ dao::TableDef MarkTable()
     table.Name = u"Mark"_s;
     table.Fields = {
         Field(u"ID"_s, FieldType::Long, u"マークの番号"_s),
-        TextField(u"Name"_s, ZeroLength::Allowed, u"マークの名前"_s),
-        Field(u"ForeColor"_s, FieldType::Long, u"文字の色 (赤 + 256 × 緑 + 65536 × 青)"_s),
-        Field(u"BackColor"_s, FieldType::Long, u"背景の色 (赤 + 256 × 緑 + 65536 × 青)"_s),
+        TextField(u"Name"_s, ZeroLength::Allowed, u"マークの名前。& の次の文字がメニューのキー"_s),
+        Field(u"ForeColor"_s, FieldType::Long, u"文字の色 (赤 + 256 × 緑 + 65536 × 青)。負の数はシステムの色"_s),
+        Field(u"BackColor"_s, FieldType::Long, u"背景の色 (赤 + 256 × 緑 + 65536 × 青)。負の数はシステムの色"_s),
     };
     table.Indexes = {PrimaryIndex({u"ID"_s})};
     return table;
