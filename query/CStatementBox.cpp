@@ -3,6 +3,9 @@
 
 #include "query/CStatementBox.h"
 
+#include "query/CStatementColours.h"
+
+#include <QEvent>
 #include <QFontDatabase>
 #include <QTextDocument>
 
@@ -27,21 +30,26 @@ QFont FixedFont()
 
 CStatementBox::CStatementBox(QWidget* Parent)
     : QPlainTextEdit(Parent)
+    , m_colours(new CStatementColours(document()))
 {
     setFont(FixedFont());
     setTabChangesFocus(true);
+    m_colours->SetPalette(palette());
 }
 
 /// The raw text: the plain one would turn blanks that do not break into others, also within constants.
 QString CStatementBox::Statement() const
 {
     QString text = document()->toRawText();
-    return text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n').replace(u"\n"_s, u"\r\n"_s);
+    return text.replace(QChar::ParagraphSeparator, u'\n')
+        .replace(QChar::LineSeparator, u'\n')
+        .replace(u"\n"_s, u"\r\n"_s);
 }
 
 void CStatementBox::SetStatement(const QString& Sql)
 {
-    setPlainText(Sql);
+    if (Statement() != Sql)
+        setPlainText(Sql);
     selectAll();
 }
 
@@ -71,4 +79,18 @@ void CStatementBox::Insert(const QString& Text, qsizetype Caret)
     cursor.insertText(Text);
     cursor.setPosition(start + int(Caret));
     setTextCursor(cursor);
+}
+
+void CStatementBox::changeEvent(QEvent* Event)
+{
+    QPlainTextEdit::changeEvent(Event);
+    if (Event->type() == QEvent::PaletteChange)
+        m_colours->SetPalette(palette());
+}
+
+/// The caret may have been put somewhere while the box had another size or none.
+void CStatementBox::showEvent(QShowEvent* Event)
+{
+    QPlainTextEdit::showEvent(Event);
+    ensureCursorVisible();
 }

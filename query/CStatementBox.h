@@ -6,8 +6,10 @@
 
 #include <QPlainTextEdit>
 
-/// Plain text in a font of fixed pitch. Lines end in CR LF outside of the box; places count in UTF-16 units of that
-/// text.
+class CStatementColours;
+
+/// Plain text in a font of fixed pitch, its words and constants in colours. Lines end in CR LF outside of the box;
+/// places count in UTF-16 units of that text.
 class CStatementBox : public QPlainTextEdit
 {
     Q_OBJECT
@@ -16,14 +18,22 @@ public:
     explicit CStatementBox(QWidget* Parent = nullptr);
 
     QString Statement() const;
-    /// A new statement, with nothing to undo. All of it is selected.
+    /// A new statement, with nothing to undo; the one that stands there already, after a run that failed, can be undone
+    /// as before. All of it is selected.
     void SetStatement(const QString& Sql);
     /// The same, but Undo brings the one before it back.
     void ReplaceStatement(const QString& Sql);
-    /// Puts the caret to Offset of Statement(); what is beyond its end is its end.
+    /// Puts the caret to Offset of Statement() and into view; what is beyond its end is its end.
     void SetCaret(qsizetype Offset);
     /// Text in place of the selection, with the caret Caret units behind its beginning.
     void Insert(const QString& Text, qsizetype Caret);
+
+protected:
+    void changeEvent(QEvent* Event) override;
+    void showEvent(QShowEvent* Event) override;
+
+private:
+    CStatementColours* m_colours; // the document's
 };
 
 #endif // QUERY_CSTATEMENTBOX_H

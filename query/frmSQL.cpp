@@ -7,6 +7,7 @@
 #include "query/mdlCondition.h"
 #include "app/Application.h"
 #include "app/WindowPlace.h"
+#include "controls/CElidedLabel.h"
 #include "controls/uSeparator.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/CFocusRim.h"
@@ -17,7 +18,6 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QShortcut>
@@ -81,7 +81,6 @@ void frmSQL::BuildQueries()
             [this](const QString& Text) { m_cmdDelete->setEnabled(!Text.isEmpty()); });
     connect(m_cmdSave, &QPushButton::clicked, this, &frmSQL::OnSave);
     connect(m_cmdDelete, &QPushButton::clicked, this, &frmSQL::OnDelete);
-    connect(m_txtSQL, &QPlainTextEdit::textChanged, this, [this] { m_isModified = true; });
     auto* save = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), m_txtSQL, nullptr, nullptr, Qt::WidgetShortcut);
     connect(save, &QShortcut::activated, m_cmdSave, &QPushButton::click);
 }
@@ -95,7 +94,7 @@ void frmSQL::BuildTables()
     m_lstField->setAccessibleName(u"フィールド"_s);
     m_lstField->installEventFilter(this);
     new CFocusRim(*m_lstField);
-    m_lblInfo = Named(new QLabel(this), u"lblInfo"_s);
+    m_lblInfo = Named(new CElidedLabel(this), u"lblInfo"_s);
     m_lblInfo->setTextFormat(Qt::PlainText);
     m_lblInfo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(m_cmbTable, &QComboBox::currentIndexChanged, this, &frmSQL::FillFields);
@@ -168,15 +167,15 @@ void frmSQL::Prepare(const QString& SQLString, const QWidget* Owner, int ErrorOf
     if (Owner)
         setWindowIcon(Owner->windowIcon());
     m_txtSQL->SetStatement(SQLString);
-    if (ErrorOffset >= 0)
-        m_txtSQL->SetCaret(ErrorOffset);
     m_txtSQL->setFocus();
+    if (ErrorOffset >= 0)
+        ShowError(ErrorOffset);
     FillQueries();
     m_cmbQuery->setCurrentIndex(-1);
     m_cmdDelete->setEnabled(false);
     FillTables();
     m_separator->Initialize(m_txtSQL, m_picList);
-    m_isModified = false;
+    m_txtSQL->document()->setModified(false);
     PlaceWindow();
 }
 
@@ -234,12 +233,12 @@ void frmSQL::FillQueries()
 void frmSQL::OnQueryChosen(int Index)
 {
     const QString name = m_cmbQuery->itemText(Index);
-    if (m_isModified && !MayLeaveStatement())
+    if (m_txtSQL->document()->isModified() && !MayLeaveStatement())
         return;
     m_cmbQuery->setEditText(name);
     if (const auto sql = m_queries.Statement(name)) {
         m_txtSQL->ReplaceStatement(*sql);
-        m_isModified = false;
+        m_txtSQL->document()->setModified(false);
     }
 }
 
@@ -258,11 +257,18 @@ bool frmSQL::SaveAs(const QString& Name)
 {
     const bool isSaved = m_queries.Save(Name, m_txtSQL->Statement());
     if (isSaved)
-        m_isModified = false;
+        m_txtSQL->document()->setModified(false);
     else if (m_queries.ErrorOffset() >= 0)
-        m_txtSQL->SetCaret(m_queries.ErrorOffset());
+        ShowError(m_queries.ErrorOffset());
     FillQueries();
     return isSaved;
+}
+
+/// Where the caret blinks the user goes on writing.
+void frmSQL::ShowError(int Offset)
+{
+    m_txtSQL->SetCaret(Offset);
+    m_txtSQL->setFocus();
 }
 
 void frmSQL::OnSave()
@@ -290,46 +296,62 @@ void frmSQL::OnDelete()
 
 // Tables and fields
 
+/// Read once for each showing; what cannot be read leaves the lists empty.
 void frmSQL::FillTables()
 {
-    m_cmbTable->clear();
-    if (!m_app.LogDB())
-        return;
-    for (const dao::TableDef& table : m_app.LogDB()->TableDefs()) {
-        if (table.Attributes == 0)
-            m_cmbTable->addItem(table.Name);
+    m_tables.clear();
+    try {
+        if (m_app.LogDB())
+            m_tables = m_app.LogDB()->TableDefs();
+    } catch (const dao::Error&) {
+        // The statement can be written without the lists, and running it tells what is wrong with the file.
     }
+    std::erase_if(m_tables, [](const dao::TableDef& Table) { return Table.Attributes != 0; });
+    const QSignalBlocker quiet(m_cmbTable);
+    m_cmbTable->clear();
+    for (const dao::TableDef& table : m_tables)
+        m_cmbTable->addItem(table.Name);
     mdlWindow::AdjustComboDropDown(m_cmbTable, 0);
     m_cmbTable->setCurrentIndex(m_cmbTable->findText(u"Message"_s));
+    FillFields();
+}
+
+const std::vector<dao::FieldDef>& frmSQL::Fields() const
+{
+    static const std::vector<dao::FieldDef> none;
+    const int table = m_cmbTable->currentIndex();
+    return table >= 0 && std::size_t(table) < m_tables.size() ? m_tables[std::size_t(table)].Fields : none;
 }
 
 void frmSQL::FillFields()
 {
-    m_fields.clear();
     m_lstField->clear();
     m_lblInfo->clear();
-    if (!m_app.LogDB() || m_cmbTable->currentIndex() < 0)
-        return;
-    for (const dao::TableDef& table : m_app.LogDB()->TableDefs()) {
-        if (table.Name == m_cmbTable->currentText())
-            m_fields = table.Fields;
+    for (const dao::FieldDef& field : Fields()) {
+        auto* item = new QListWidgetItem(field.Name, m_lstField);
+        item->setToolTip(field.Description);
+        item->setData(Qt::AccessibleDescriptionRole, field.Description);
     }
-    for (const dao::FieldDef& field : m_fields)
-        m_lstField->addItem(field.Name);
+}
+
+const dao::FieldDef* frmSQL::Field(int Row) const
+{
+    return Row >= 0 && std::size_t(Row) < Fields().size() ? &Fields()[std::size_t(Row)] : nullptr;
 }
 
 void frmSQL::ShowDescription(int Row)
 {
-    m_lblInfo->setText(Row >= 0 && std::size_t(Row) < m_fields.size() ? m_fields[std::size_t(Row)].Description : QString());
+    const dao::FieldDef* field = Field(Row);
+    m_lblInfo->setText(field ? field->Description : QString());
     m_lblInfo->setToolTip(m_lblInfo->text()); // it may be longer than the dialog is wide
 }
 
 void frmSQL::InsertCondition(int Row)
 {
-    if (Row < 0 || std::size_t(Row) >= m_fields.size())
+    const dao::FieldDef* field = Field(Row);
+    if (!field)
         return;
-    const dao::FieldDef& field = m_fields[std::size_t(Row)];
-    const mdlCondition::Condition condition = mdlCondition::On(field.Name, field.Type);
+    const mdlCondition::Condition condition = mdlCondition::On(field->Name, field->Type);
     m_txtSQL->Insert(condition.Text, condition.Caret);
     m_txtSQL->setFocus();
 }

@@ -49,12 +49,15 @@ private:
     void FillQueries();
     void FillTables();
     void FillFields();
+    const std::vector<dao::FieldDef>& Fields() const;
+    const dao::FieldDef* Field(int Row) const;
 
     void OnQueryChosen(int Index);
     bool MayLeaveStatement();
     void OnSave();
     void OnDelete();
     bool SaveAs(const QString& Name);
+    void ShowError(int Offset);
     void ShowDescription(int Row);
     void InsertCondition(int Row);
     void Execute();
@@ -73,9 +76,8 @@ private:
     QLabel* m_lblInfo = nullptr;
     QPushButton* m_cmdExec = nullptr;
     QPushButton* m_cmdCancel = nullptr;
-    std::vector<dao::FieldDef> m_fields; // of the chosen table, in the order of the list
+    std::vector<dao::TableDef> m_tables; // those of the list, in its order
     QString m_result;
-    bool m_isModified = false; // since the statement was shown, saved or loaded
 };
 
 #endif // QUERY_FRMSQL_H

@@ -47,7 +47,7 @@ struct CDialogFixture
     {
         auto db = dao::Database::Create(App.DatabaseFileName());
         db->AppendTable({u"Secret"_s, {Field(u"x"_s, FieldType::Long)}, {}, dao::TableDef::HiddenAttributes});
-        db->AppendTable({u"BBS"_s, {Field(u"名前 全部"_s, FieldType::Text)}, {}, 0});
+        db->AppendTable({u"BBS"_s, {Field(u"名前 全部"_s, FieldType::Text), Field(u"Table"_s, FieldType::Boolean)}, {}, 0});
         db->AppendTable({u"Message"_s,
                          {Field(u"ID"_s, FieldType::Long, u"番号"_s), Field(u"Subject"_s, FieldType::Text),
                           Field(u"PostDate"_s, FieldType::Date), Field(u"Body"_s, FieldType::Memo, u"本文"_s)},
@@ -133,6 +133,7 @@ private:
 void tst_frmSQL::Opening()
 {
     F().Show(u"SELECT 1"_s, [&] {
+        QVERIFY(F().Box().hasFocus());
         QCOMPARE(F().Dialog.windowTitle(), u"クエリー検索 - Tavora Ver.0.50"_s);
         QCOMPARE(F().Items(u"cmbQuery"_s), QStringList({u"abc"_s, u"古い順"_s}));
         QCOMPARE(F().Names().currentText(), QString());
@@ -141,11 +142,13 @@ void tst_frmSQL::Opening()
         QCOMPARE(F().Find<QComboBox>(u"cmbTable"_s)->currentText(), u"Message"_s);
         auto* fields = F().Find<QListWidget>(u"lstField"_s);
         QCOMPARE(fields->count(), 4);
-        fields->setCurrentRow(3);
+        fields->setFocus();
+        QTest::keyClick(fields, Qt::Key_End);
         QCOMPARE(F().Find<QLabel>(u"lblInfo"_s)->text(), u"本文"_s);
-        fields->setCurrentRow(1);
+        QCOMPARE(fields->item(3)->toolTip(), u"本文"_s);
+        QTest::keyClick(fields, Qt::Key_Up);
+        QTest::keyClick(fields, Qt::Key_Up);
         QCOMPARE(F().Find<QLabel>(u"lblInfo"_s)->text(), QString());
-        QVERIFY(F().Box().hasFocus());
         QCOMPARE(F().Box().textCursor().selectedText(), u"SELECT 1"_s);
         F().Find<QComboBox>(u"cmbTable"_s)->setCurrentIndex(0);
         QCOMPARE(fields->item(0)->text(), u"名前 全部"_s);
@@ -161,6 +164,15 @@ void tst_frmSQL::CaretAtTheError()
     const auto place = [&] { return F().Box().textCursor().block().text().mid(F().Box().textCursor().positionInBlock()); };
     F().Show(sql, [&] { QCOMPARE(place(), u"* 2"_s); }, int(sql.lastIndexOf(u'*')));
     F().Show(sql, [&] { QCOMPARE(place(), QString()); }, int(sql.size()) + 50);
+    const QString tall = u"SELECT *\r\n"_s + u"\r\n"_s.repeated(200) + sql;
+    F().Show(tall, [&] {
+        QVERIFY(F().Box().rect().contains(F().Box().cursorRect()));
+        QTest::keyClicks(&F().Box(), u"3"_s);
+    }, int(tall.lastIndexOf(u'*')));
+    F().Show(QString(tall).insert(tall.lastIndexOf(u'*'), u'3'), [&] { // run in vain: what was written can be undone
+        F().Box().undo();
+        QCOMPARE(F().Box().Statement(), tall);
+    });
 }
 
 void tst_frmSQL::Conditions_data()
@@ -173,6 +185,7 @@ void tst_frmSQL::Conditions_data()
     QTest::newRow("date") << u"Message"_s << 2 << u"WHERE PostDate = #|#"_s;
     QTest::newRow("memo") << u"Message"_s << 3 << u"WHERE Body Like '*|*'"_s;
     QTest::newRow("name with a blank") << u"BBS"_s << 0 << u"WHERE [名前 全部] Like '*|*'"_s;
+    QTest::newRow("word of the dialect") << u"BBS"_s << 1 << u"WHERE [Table] = |"_s;
 }
 
 void tst_frmSQL::Conditions()
@@ -262,8 +275,9 @@ void tst_frmSQL::RefusedSaveShowsThePlace()
     F().Desk.Expect(u"既にabcは"_s);
     F().Desk.Expect(u"\r\n\r\nクエリーを保存できませんでした。"_s);
     F().Show(u"SELECT *\r\nFROM (Message"_s, [&] {
+        F().Button(u"cmdSave"_s).setFocus();
         F().Button(u"cmdSave"_s).click();
-        QVERIFY(!F().Box().textCursor().hasSelection());
+        QVERIFY(F().Box().hasFocus() && !F().Box().textCursor().hasSelection());
         QCOMPARE(F().Saved(u"abc"_s), u"abc:SELECT 1"_s); // the old one is still there
         F().Desk.Expect(u"クエリー名を入力"_s, Desktop::Answer::Cancel);
         F().Names().clearEditText();
@@ -375,6 +389,8 @@ void tst_frmSQL::PlaceIsForgotten()
 
 void tst_frmSQL::WithoutADatabase()
 {
+    F().App.LogDB()->Close(); // as one that cannot be read
+    F().Show(u"SELECT 1"_s, [&] { QCOMPARE(F().Items(u"cmbQuery"_s) + F().Items(u"cmbTable"_s), QStringList()); });
     F().App.SetLogDB(nullptr);
     QCOMPARE(F().Show(u"SELECT 1"_s, [&] {
         F().Names().setEditText(u"q"_s);
