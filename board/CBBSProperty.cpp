@@ -39,8 +39,9 @@ QByteArray ExpiryDate()
     return QLocale::c().toString(end, u"ddd, dd-MMM-yyyy hh:mm:ss 'GMT'"_s).toLatin1();
 }
 
-/// The cookie has no escaping: what would end a field, the cookie or its line is replaced by its wide form or dropped.
-QString FieldText(const QString& Value)
+/// The bytes of a text field. The cookie has no escaping: what would end a field, the cookie or its line is replaced by
+/// its wide form or dropped.
+QByteArray FieldBytes(const QString& Value)
 {
     QString clean;
     clean.reserve(Value.size());
@@ -53,12 +54,12 @@ QString FieldText(const QString& Value)
         default: clean += unit;
         }
     }
-    return clean;
+    return text::To932(text::WithWindowsForms(clean));
 }
 
-void StoreCookie(CCookieStore& Cookies, const QString& Address, const QByteArray& Value)
+bool StoreCookie(CCookieStore& Cookies, const QString& Address, const QByteArray& Value)
 {
-    Cookies.Set(QUrl(Address), text::To932(Address), Value + "; expires=" + ExpiryDate());
+    return Cookies.Set(QUrl(Address), text::To932(Address), Value + "; expires=" + ExpiryDate());
 }
 
 QString FileIn(const QString& Folder, const QString& Identifier, QLatin1StringView Extension)
@@ -128,22 +129,22 @@ qint32 CBBSProperty::NoReadCount() const
 }
 
 qint32 CBBSProperty::NoReadPoint() const { return Number(NoReadPointField(), 0); }
-void CBBSProperty::SetNoReadPoint(qint32 NewNoReadPoint) { SetNumber(NoReadPointField(), NewNoReadPoint); }
+bool CBBSProperty::SetNoReadPoint(qint32 NewNoReadPoint) { return SetNumber(NoReadPointField(), NewNoReadPoint); }
 QString CBBSProperty::PostName() const { return Text(FieldPostName); }
-void CBBSProperty::SetPostName(const QString& NewPostName) { SetText(FieldPostName, NewPostName); }
+bool CBBSProperty::SetPostName(const QString& NewPostName) { return SetText(FieldPostName, NewPostName); }
 QString CBBSProperty::Mail() const { return Text(FieldMail); }
-void CBBSProperty::SetMail(const QString& NewMail) { SetText(FieldMail, NewMail); }
+bool CBBSProperty::SetMail(const QString& NewMail) { return SetText(FieldMail, NewMail); }
 QString CBBSProperty::HomePage() const { return Text(FieldHomePage); }
-void CBBSProperty::SetHomePage(const QString& NewHomePage) { SetText(FieldHomePage, NewHomePage); }
+bool CBBSProperty::SetHomePage(const QString& NewHomePage) { return SetText(FieldHomePage, NewHomePage); }
 QString CBBSProperty::Password() const { return Text(FieldPassword); }
-void CBBSProperty::SetPassword(const QString& NewPassword) { SetText(FieldPassword, NewPassword); }
+bool CBBSProperty::SetPassword(const QString& NewPassword) { return SetText(FieldPassword, NewPassword); }
 qint32 CBBSProperty::ViewCount() const { return Number(FieldViewCount, DefaultViewCount(IsTwoSided())); }
-void CBBSProperty::SetViewCount(qint32 NewViewCount) { SetNumber(FieldViewCount, NewViewCount); }
-void CBBSProperty::SetDownloadCount(qint32 NewDownloadCount) { SetNumber(FieldDownloadCount, NewDownloadCount); }
+bool CBBSProperty::SetViewCount(qint32 NewViewCount) { return SetNumber(FieldViewCount, NewViewCount); }
+bool CBBSProperty::SetDownloadCount(qint32 NewDownloadCount) { return SetNumber(FieldDownloadCount, NewDownloadCount); }
 qint32 CBBSProperty::ViewOrder() const { return Number(FieldViewOrder, 0); }
-void CBBSProperty::SetViewOrder(qint32 NewViewOrder) { SetNumber(FieldViewOrder, NewViewOrder); }
+bool CBBSProperty::SetViewOrder(qint32 NewViewOrder) { return SetNumber(FieldViewOrder, NewViewOrder); }
 qint32 CBBSProperty::NoReadView() const { return Number(FieldNoReadView, 0); }
-void CBBSProperty::SetNoReadView(qint32 NewNoReadView) { SetNumber(FieldNoReadView, NewNoReadView); }
+bool CBBSProperty::SetNoReadView(qint32 NewNoReadView) { return SetNumber(FieldNoReadView, NewNoReadView); }
 
 qint32 CBBSProperty::DownloadCount() const
 {
@@ -212,28 +213,42 @@ QByteArrayList CBBSProperty::ReadFields() const
     return fields;
 }
 
-void CBBSProperty::WriteField(Field Which, const QByteArray& Value)
+bool CBBSProperty::WriteFields(std::initializer_list<std::pair<Field, QByteArray>> Values)
 {
     if (URL.isEmpty())
-        return;
+        return false;
     TakeCookieAlong();
     QByteArrayList fields = ReadFields();
-    while (fields.size() <= Which)
-        fields << QByteArray();
-    fields[Which] = Value;
-    StoreCookie(m_app.Cookies(), URL, fields.join(','));
+    for (const auto& [field, value] : Values) {
+        while (fields.size() <= field)
+            fields << QByteArray();
+        fields[field] = value;
+    }
+    return StoreCookie(m_app.Cookies(), URL, fields.join(','));
 }
 
 QString CBBSProperty::Text(Field Which) const { return text::From932(ReadFields().at(Which)); }
 
-void CBBSProperty::SetText(Field Which, const QString& Value) { WriteField(Which, text::To932(FieldText(Value))); }
+bool CBBSProperty::SetText(Field Which, const QString& Value) { return WriteFields({{Which, FieldBytes(Value)}}); }
+
+QString CBBSProperty::StoredText(const QString& Text) { return text::From932(FieldBytes(Text)); }
+
+CVisitor CBBSProperty::Visitor() const { return {PostName(), Mail(), HomePage(), Password()}; }
+
+bool CBBSProperty::SetVisitor(const CVisitor& NewVisitor)
+{
+    return WriteFields({{FieldPostName, FieldBytes(NewVisitor.PostName)},
+                        {FieldMail, FieldBytes(NewVisitor.Mail)},
+                        {FieldHomePage, FieldBytes(NewVisitor.HomePage)},
+                        {FieldPassword, FieldBytes(NewVisitor.Password)}});
+}
 
 qint32 CBBSProperty::Number(Field Which, qint32 Default) const
 {
     return text::TextToLong(text::From932(ReadFields().value(Which))).value_or(Default);
 }
 
-void CBBSProperty::SetNumber(Field Which, qint32 Value) { WriteField(Which, QByteArray::number(Value)); }
+bool CBBSProperty::SetNumber(Field Which, qint32 Value) { return WriteFields({{Which, QByteArray::number(Value)}}); }
 
 bool CBBSProperty::AnotherBoardAt(const QString& Address) const
 {

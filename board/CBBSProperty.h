@@ -7,14 +7,29 @@
 #include <QByteArrayList>
 #include <QString>
 
+#include <initializer_list>
 #include <optional>
+#include <utility>
 
 class Application;
+
+/// What a visitor tells a board about himself: the four texts of its cookie.
+struct CVisitor
+{
+    QString PostName;
+    QString Mail;
+    QString HomePage;
+    QString Password;
+
+    bool operator==(const CVisitor&) const = default;
+};
 
 /// One board. GetProperty fills the fields; the cookie's settings are read from the shared cookie store on every get and
 /// written to it on every set, so the board's own pages and the reader always see the same values.
 ///
-/// Both sides of a two-sided board are rows of their own with one address, and so share one cookie.
+/// Both sides of a two-sided board are rows of their own with one address, and so share one cookie. Every set leaves all
+/// other fields as they are, and tells whether it reached the cookie file: not without an address, with one that no
+/// cookie can be kept for, or when the file cannot be written.
 /// What the database refuses reaches the caller as dao::Error.
 class CBBSProperty
 {
@@ -48,27 +63,33 @@ public:
 
     /// Number of the last message that counts as read on the board; 0 when nothing is known.
     qint32 NoReadPoint() const;
-    void SetNoReadPoint(qint32 NewNoReadPoint);
+    bool SetNoReadPoint(qint32 NewNoReadPoint);
     QString PostName() const;
-    void SetPostName(const QString& NewPostName);
+    bool SetPostName(const QString& NewPostName);
     QString Mail() const;
-    void SetMail(const QString& NewMail);
+    bool SetMail(const QString& NewMail);
     QString HomePage() const;
-    void SetHomePage(const QString& NewHomePage);
+    bool SetHomePage(const QString& NewHomePage);
     QString Password() const;
-    void SetPassword(const QString& NewPassword);
+    bool SetPassword(const QString& NewPassword);
+    /// The four texts at once, in one write.
+    CVisitor Visitor() const;
+    bool SetVisitor(const CVisitor& NewVisitor);
+    /// Text as the cookie gives it back. "," ";" "%" become their wide forms, CR, LF and NUL go, and what code page 932
+    /// has no code for is "?".
+    static QString StoredText(const QString& Text);
     /// Messages per web page.
     qint32 ViewCount() const;
-    void SetViewCount(qint32 NewViewCount);
+    bool SetViewCount(qint32 NewViewCount);
     /// Messages per log page, 1 and up.
     qint32 DownloadCount() const;
-    void SetDownloadCount(qint32 NewDownloadCount);
+    bool SetDownloadCount(qint32 NewDownloadCount);
     /// Order on the web pages: 0 newest first, 1 oldest first.
     qint32 ViewOrder() const;
-    void SetViewOrder(qint32 NewViewOrder);
+    bool SetViewOrder(qint32 NewViewOrder);
     /// Unread reading on the web pages: 0 on, 1 off.
     qint32 NoReadView() const;
-    void SetNoReadView(qint32 NewNoReadView);
+    bool SetNoReadView(qint32 NewNoReadView);
 
     /// Path of the board's picture, found without regard to letter case; empty when there is none.
     QString GetIconFileName() const;
@@ -86,11 +107,11 @@ private:
     QByteArray DefaultCookie() const;
     std::optional<QByteArray> StoredCookie(const QString& Address) const;
     QByteArrayList ReadFields() const;
-    void WriteField(Field Which, const QByteArray& Value);
+    bool WriteFields(std::initializer_list<std::pair<Field, QByteArray>> Values);
     QString Text(Field Which) const;
-    void SetText(Field Which, const QString& Value);
+    bool SetText(Field Which, const QString& Value);
     qint32 Number(Field Which, qint32 Default) const;
-    void SetNumber(Field Which, qint32 Value);
+    bool SetNumber(Field Which, qint32 Value);
     bool AnotherBoardAt(const QString& Address) const;
     void TakeCookieAlong();
 
