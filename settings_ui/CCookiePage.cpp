@@ -1,0 +1,233 @@
+// settings_ui/CCookiePage.cpp
+// The page "クッキーの情報": what a visitor tells a board, and how the board's pages are shown to him.
+
+#include "settings_ui/CCookiePage.h"
+
+#include "app/Application.h"
+#include "controls/uSpinButton.h"
+#include "platform/dao/Database.h"
+#include "platform/desktop/desktop.h"
+#include "settings_ui/mdlPageParts.h"
+
+#include <QButtonGroup>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using mdlPageParts::Named;
+
+namespace
+{
+
+struct CPersonal
+{
+    QString CVisitor::*Value;
+    bool (CBBSProperty::*Set)(const QString&);
+    QString Box;
+    QString Caption;
+    QString Word; ///< in sentences
+};
+
+const std::array<CPersonal, 4> Personal = {{
+    {&CVisitor::PostName, &CBBSProperty::SetPostName, u"txtPostName"_s, u"名前(&N):"_s, u"名前"_s},
+    {&CVisitor::Mail, &CBBSProperty::SetMail, u"txtMail"_s, u"メール(&M):"_s, u"メール"_s},
+    {&CVisitor::Password, &CBBSProperty::SetPassword, u"txtPassword"_s, u"パスワード(&W):"_s, u"パスワード"_s},
+    {&CVisitor::HomePage, &CBBSProperty::SetHomePage, u"txtHomePage"_s, u"自分のホームページ(&H):"_s,
+     u"自分のホームページ"_s},
+}};
+
+QString Rule()
+{
+    return u"掲示板は「,」「;」「%」を区切りの記号と間違えるため、全角の「，」「；」「％」にして保存します。"_s;
+}
+
+/// What Text becomes in the cookie, as a sentence; empty when it stays as it is. A password is not told.
+QString Warning(const CPersonal& Kind, const QLineEdit& Box)
+{
+    const QString stored = CBBSProperty::StoredText(Box.text());
+    if (stored == Box.text())
+        return {};
+    if (Box.echoMode() == QLineEdit::Password)
+        return Kind.Word + u"の「,」「;」「%」は全角に、掲示板で使えない文字は「?」になります。"_s;
+    return Kind.Word + u"は「"_s + stored + u"」と保存されます。"_s;
+}
+
+} // namespace
+
+CCookiePage::CCookiePage(Application& App, CBBSProperty& Board, QWidget* Parent)
+    : CPropertyPage(Parent)
+    , m_app(App)
+    , m_board(Board)
+    , m_uspnViewCount(Named(new uSpinButton(this), u"uspnViewCount"_s))
+    , m_uspnDownloadCount(Named(new uSpinButton(this), u"uspnDownloadCount"_s))
+{
+    auto* form = new QFormLayout(this);
+    form->addRow(BuildPersonal());
+    form->addRow(u"1ページあたりの表示記事数(&V):"_s, m_uspnViewCount);
+    form->addRow(u"一度にダウンロードするログの記事数(&D):"_s, m_uspnDownloadCount);
+    auto* order = Named(new QGroupBox(u"表示順(&O)"_s, this), u"fraViewOrder"_s);
+    m_optViewOrder = mdlPageParts::AddOptions(*new QHBoxLayout(order), u"optViewOrder"_s,
+                                              {u"新しい → 古い(&1)"_s, u"古い → 新しい(&2)"_s});
+    auto* unread = Named(new QGroupBox(u"未読読み(&R)"_s, this), u"fraNoReadView"_s);
+    m_optNoReadView = mdlPageParts::AddOptions(*new QHBoxLayout(unread), u"optNoReadView"_s,
+                                               {u"設定する(&3)"_s, u"設定しない(&4)"_s});
+    auto* options = new QHBoxLayout;
+    options->addWidget(order);
+    options->addWidget(unread);
+    form->addRow(options);
+}
+
+QGroupBox* CCookiePage::BuildPersonal()
+{
+    auto* personal = Named(new QGroupBox(u"個人情報(&P)"_s, this), u"fraParsonal"_s);
+    auto* form = new QFormLayout(personal);
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        m_texts[text] = Named(new QLineEdit(personal), Personal[text].Box);
+        m_texts[text]->setToolTip(Rule());
+        form->addRow(Personal[text].Caption, m_texts[text]);
+        connect(m_texts[text], &QLineEdit::textChanged, this, &CCookiePage::OnTextChanged);
+    }
+    m_texts[2]->setEchoMode(QLineEdit::Password);
+    m_lblNote = Named(new QLabel(personal), u"lblNote"_s);
+    m_lblNote->setTextFormat(Qt::PlainText);
+    m_lblNote->setWordWrap(true);
+    m_lblNote->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_cmdAllBBS = Named(new QPushButton(u"全ての掲示板に適応する(&S)"_s, personal), u"cmdAllBBS"_s);
+    connect(m_cmdAllBBS, &QPushButton::clicked, this, &CCookiePage::ApplyToAll);
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(m_lblNote, 1);
+    bottom->addWidget(m_cmdAllBBS);
+    form->addRow(bottom);
+    return personal;
+}
+
+void CCookiePage::Load()
+{
+    m_visitor = m_board.Visitor();
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        const QString& value = m_visitor.*Personal[text].Value;
+        m_texts[text]->setMaxLength(std::max(MaxText, int(value.size())));
+        m_texts[text]->setText(value);
+        m_texts[text]->setCursorPosition(0);
+    }
+    mdlPageParts::Show(*m_uspnViewCount, m_viewCount = m_board.ViewCount(), 1, MostMessages);
+    mdlPageParts::Show(*m_uspnDownloadCount, m_downloadCount = m_board.DownloadCount(), 1, MostMessages);
+    mdlPageParts::Choose(*m_optViewOrder, m_board.ViewOrder());
+    mdlPageParts::Choose(*m_optNoReadView, m_board.NoReadView());
+    m_viewOrder = m_optViewOrder->checkedId();
+    m_noReadView = m_optNoReadView->checkedId();
+    m_cmdAllBBS->setEnabled(false);
+}
+
+void CCookiePage::Tell(const QString& Text)
+{
+    m_lblNote->setText(Text);
+    m_lblNote->setToolTip(Text);
+}
+
+void CCookiePage::OnTextChanged()
+{
+    m_cmdAllBBS->setEnabled(true);
+    QStringList warnings;
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        if (IsChanged(text))
+            warnings << Warning(Personal[text], *m_texts[text]);
+    }
+    warnings.removeAll(QString());
+    Tell(warnings.join(u'\n'));
+}
+
+bool CCookiePage::IsChanged(std::size_t Text) const { return m_texts[Text]->text() != m_visitor.*Personal[Text].Value; }
+
+bool CCookiePage::Validate()
+{
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        if (IsChanged(text) && !MayLose(text)) {
+            m_texts[text]->setFocus();
+            return false;
+        }
+    }
+    return true;
+}
+
+/// True when nothing of the text would be lost, or the user does not mind. He is asked once: the box then holds what is
+/// left of it.
+bool CCookiePage::MayLose(std::size_t Text)
+{
+    const QString typed = m_texts[Text]->text();
+    const QString stored = CBBSProperty::StoredText(typed);
+    if (stored.count(u'?') <= typed.count(u'?'))
+        return true;
+    const auto answer = m_app.Shell.MessageBox(
+        Personal[Text].Word + u"に掲示板で使えない文字があります。\r\n「?」に置き換えて保存してもよろしいですか？"_s,
+        m_app.AppTitle(), Desktop::Icon::Exclamation, Desktop::Buttons::OkCancel, Desktop::Answer::Cancel);
+    if (answer != Desktop::Answer::Ok)
+        return false;
+    m_texts[Text]->setText(stored);
+    return true;
+}
+
+CVisitor CCookiePage::Entered() const
+{
+    CVisitor visitor;
+    for (std::size_t text = 0; text < TextCount; ++text)
+        visitor.*Personal[text].Value = m_texts[text]->text();
+    return visitor;
+}
+
+void CCookiePage::Apply()
+{
+    bool isKept = true;
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        if (IsChanged(text))
+            isKept = (m_board.*Personal[text].Set)(m_texts[text]->text()) && isKept;
+    }
+    if (m_uspnViewCount->Value() != m_viewCount)
+        isKept = m_board.SetViewCount(m_uspnViewCount->Value()) && isKept;
+    if (m_uspnDownloadCount->Value() != m_downloadCount)
+        isKept = m_board.SetDownloadCount(m_uspnDownloadCount->Value()) && isKept;
+    if (m_optViewOrder->checkedId() != m_viewOrder)
+        isKept = m_board.SetViewOrder(m_optViewOrder->checkedId()) && isKept;
+    if (m_optNoReadView->checkedId() != m_noReadView)
+        isKept = m_board.SetNoReadView(m_optNoReadView->checkedId()) && isKept;
+    if (!isKept)
+        m_app.Shell.MessageBox(u"クッキーを保存できませんでした。"_s, m_app.AppTitle(), Desktop::Icon::Exclamation);
+}
+
+/// Takes effect at once: what Cancel of the dialog gives back is what stands there from now on.
+void CCookiePage::ApplyToAll()
+{
+    if (!Validate())
+        return;
+    const QStringList failed = StoreEverywhere();
+    m_visitor = m_board.Visitor();
+    OnTextChanged();
+    m_cmdAllBBS->setEnabled(false);
+    if (failed.isEmpty())
+        Tell(u"全ての掲示板に適応しました。"_s);
+    else
+        m_app.Shell.MessageBox(u"次の掲示板には適応できませんでした。\r\n"_s + failed.join(u"\r\n"_s), m_app.AppTitle(),
+                               Desktop::Icon::Exclamation);
+}
+
+/// Stores the texts for every board that has an address, hidden ones too. The names of those where that failed.
+QStringList CCookiePage::StoreEverywhere()
+{
+    QStringList failed;
+    if (!m_app.LogDB())
+        return failed;
+    const CVisitor visitor = Entered();
+    const auto rows = m_app.LogDB()->OpenRecordset(u"SELECT BBS_ID FROM BBS"_s);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        CBBSProperty board(m_app);
+        if (board.GetProperty(rows->Long(0)) && !board.URL.isEmpty() && !board.SetVisitor(visitor))
+            failed << board.Name;
+    }
+    return failed;
+}
