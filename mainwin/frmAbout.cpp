@@ -63,7 +63,7 @@ void frmAbout::AddTitle(QGridLayout& Grid)
     Grid.addWidget(MakeLabel(u"lblFullName"_s, mdlProduct::Description()), 2, 1, 1, 2);
     Grid.addWidget(MakeLabel(u"lblLegal"_s, mdlProduct::LegalNotice()), 3, 1, 1, 2);
     Grid.addWidget(MakeLabel(u"lblCredits"_s, u"掲示板に書き込み、見守ってきた入門者ひろばのみなさんに感謝します。\n"
-                                              "Qt、SQLite、ICU を利用しています。"_s),
+                                              "Qt、SQLite、ICU、PCRE2、lhasa を利用しています。"_s),
                    4, 1, 1, 2);
     Grid.setRowMinimumHeight(5, 8);
 }
