@@ -29,7 +29,8 @@ QString WithSide(const QString& Address, const CBBSProperty& Property)
     if (!Property.IsTwoSided())
         return Address;
     const qsizetype behind = Address.indexOf(u'?') + 1;
-    return Address.first(behind) + u"&l_or_r="_s + (Property.Hitokoto == 0 ? u'0' : u'1') + u'&' + Address.sliced(behind);
+    return Address.first(behind) + u"&l_or_r="_s + (Property.Hitokoto == 0 ? u'0' : u'1') + u'&' +
+           Address.sliced(behind);
 }
 
 QString LogAddress(const CBBSProperty& Property, bool NoReadLoad)
@@ -69,6 +70,7 @@ CBBS::CBBS(Application& App, QObject* Parent)
     connect(m_store.get(), &CBlockStore::ChangeState, this, &CBBS::ChangeState);
     connect(m_store.get(), &CBlockStore::AddMessage, this, &CBBS::AddMessage);
     connect(m_store.get(), &CBlockStore::BatchWithdrawn, this, &CBBS::BatchWithdrawn);
+    connect(m_store.get(), &CBlockStore::StoreProgress, this, &CBBS::StoreProgress);
     connect(m_store.get(), &CBlockStore::LogError, this, &CBBS::LogError);
 }
 
@@ -92,7 +94,7 @@ qint32 CBBS::SaveCount() const { return m_state->SaveCount; }
 
 bool CBBS::LoadBBS(qint32 BBS_ID, bool NoReadLoad, bool ExitIfMessageFound)
 {
-    if (m_state->IsLoad)
+    if (m_state->IsLoad || m_state->IsImport)
         return false;
     *m_state = CRunState{.IsLoad = true};
     const auto done = qScopeGuard([this] { m_state->IsLoad = false; });

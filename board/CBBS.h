@@ -18,20 +18,21 @@ class CBlockStore;
 class CPageFetcher;
 class CQueryRunner;
 class WorkWatch;
+struct CLogBlock;
 struct CRunState;
 
 namespace dao
 {
 class Database;
 class Recordset;
-}
+} // namespace dao
 
 /// Board access of the main window; one object for the whole run.
 ///
-/// LoadBBS runs inside the caller's event and keeps the event loop turning: slots of the signals, and anything that the
-/// user does meanwhile, run before it returns. Only one receive runs at a time; the callers see to that.
-/// Received messages of one page are one transaction. Whoever writes to the database of the user's own accord calls
-/// CommitPending first, so that a batch that fails later never takes that change with it.
+/// LoadBBS and ImportLog run inside the caller's event and keep the event loop turning: slots of the signals, and
+/// anything that the user does meanwhile, run before they return. Only one of them runs at a time; the callers see to
+/// that. Received messages of one page are one transaction. Whoever writes to the database of the user's own accord
+/// calls CommitPending first, so that a batch that fails later never takes that change with it.
 class CBBS : public QObject
 {
     Q_OBJECT
@@ -49,18 +50,24 @@ public:
 
     bool IsLoad() const;         ///< LoadBBS is running
     bool IsImport() const;       ///< log files are being read
-    bool IsError() const;        ///< a transfer, an error page or the database ended the receive
+    bool IsError() const;        ///< a transfer, an error page or the database ended the run
     bool IsCancel() const;       ///< the user asked to stop
     qint32 AnalyseError() const; ///< -1 when a record of the last block was broken or refused, else 0
-    qint32 AnalyseCount() const; ///< records read since the receive began, broken ones not counted
-    qint32 SaveCount() const;    ///< messages newly stored since the receive began
+    qint32 AnalyseCount() const; ///< records read since the run began, broken ones not counted
+    qint32 SaveCount() const;    ///< messages newly stored since the run began
 
-    /// Receives one board: its unread messages, or all that it still holds. With ExitIfMessageFound the page that brings
-    /// a stored message is the last. The board's unread position moves only after a whole, committed receive.
+    /// Receives one board: its unread messages, or all that it still holds. With ExitIfMessageFound the page that
+    /// brings a stored message is the last. The board's unread position moves only after a whole, committed receive.
     /// False when cancelled or ended by an error, which ChangeState has told then.
     bool LoadBBS(qint32 BBS_ID, bool NoReadLoad, bool ExitIfMessageFound);
 
-    /// Asks a running receive to stop; it returns soon after.
+    /// Stores the messages of a log file, a text or an LZH archive of texts, on a board, with the read flag ReadMode.
+    /// What cannot be read of the file is told by ChangeState, and the rest is stored. The unread position stays. True
+    /// when the whole file was log text without a broken or refused record; messages that were stored before do no
+    /// harm. False also when cancelled (IsCancel stays set then) or ended by an error of the database (IsError is set).
+    bool ImportLog(qint32 BBS_ID, const QString& FileName, bool ReadMode);
+
+    /// Asks a running receive or import to stop; it returns soon after. What was committed stays.
     void Cancel();
     void InitCancel();
 
@@ -72,9 +79,9 @@ public:
     void SetWatch(WorkWatch* Watch);
     WorkWatch* Watch() const;
 
-    /// Runs a statement and gives its query type. Rows are kept until the next query. Parameters are asked from the user;
-    /// cancelling one stops the query as error 3059, and so does the watch. Throws dao::Error; the previous result is then gone or kept, never
-    /// half replaced.
+    /// Runs a statement and gives its query type. Rows are kept until the next query. Parameters are asked from the
+    /// user; cancelling one stops the query as error 3059, and so does the watch. Throws dao::Error; the previous
+    /// result is then gone or kept, never half replaced.
     qint16 ExecSQL(const QString& SQLString);
     /// 0 when the last result has exactly the columns of the messages' table, 1 otherwise.
     qint32 SQLType() const;
@@ -99,6 +106,8 @@ Q_SIGNALS:
     void BatchWithdrawn(const std::vector<CMessage>& Messages);
     /// Progress (both flags false) or an error (both true).
     void ChangeState(const QString& StateMessage, bool IsError, bool AddLog);
+    /// Of a long block so much is stored, 0 to 100. Told a few times a second at the most.
+    void StoreProgress(int Percent);
     /// A record was broken or refused; LogText is the record.
     void LogError(qint32 BBS_ID, const QString& LogText, const QString& ErrorMessage);
 
@@ -109,6 +118,11 @@ private:
     bool StorePage(const CReceivePlan& Plan);
     void MoveNoReadPoint(qint32 BBS_ID);
     void Fail(const QString& Message);
+
+    bool ImportBlocks(qint32 BBS_ID, const QString& FileName, bool ReadMode);
+    bool ImportBlock(qint32 BBS_ID, const QString& FileName, const CLogBlock& Block, bool ReadMode);
+    void SumUpImport(const QString& FileName, bool IsSound);
+    void TellOfFile(const QString& Message);
 
     Application& m_app;
     std::unique_ptr<CRunState> m_state;

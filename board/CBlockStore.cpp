@@ -20,12 +20,12 @@ CBlockStore::CBlockStore(Application& App, CRunState& State, QObject* Parent)
     : QObject(Parent)
     , m_app(App)
     , m_state(State)
-{
-}
+{}
 
 bool CBlockStore::Store(qint32 BBS_ID, QStringView Text, bool Read)
 {
-    m_state.AnalyseError = false;
+    m_state.AnalyseError = m_state.IsEndMissing = false;
+    m_clock.start();
     CBBSProperty property(m_app);
     property.GetProperty(BBS_ID);
     const CLogParser parser(BBS_ID, property.IsTwoSided(), Read);
@@ -34,17 +34,28 @@ bool CBlockStore::Store(qint32 BBS_ID, QStringView Text, bool Read)
     qint32 index = 0;
     for (auto record = records.Next(); record && !m_state.IsCancel && !m_state.IsError; record = records.Next()) {
         result = StoreRecord(parser, *record, index++) && result;
-        QCoreApplication::processEvents(); // the only place where the user can stop a block
+        StayLive(records.Place(), Text.size());
         if (m_batch.size() >= MaxBatchRecords)
             CloseBatch(BBS_ID);
     }
     if (m_state.IsError)
         return false; // the error's text stays in sight
+    m_state.IsEndMissing = !records.Rest().trimmed().isEmpty();
     Q_EMIT ChangeState(u"スレッド情報を更新中..."_s, false, false);
     CloseBatch(BBS_ID);
     if (!m_state.IsError)
         Q_EMIT ChangeState(u"スレッド情報の更新を終了しました。"_s, false, false);
     return result && !m_state.IsCancel && !m_state.IsError;
+}
+
+/// The only place where the user can stop a block.
+void CBlockStore::StayLive(qsizetype Place, qsizetype Size)
+{
+    QCoreApplication::processEvents();
+    if (m_clock.elapsed() < ProgressMs)
+        return;
+    m_clock.start();
+    Q_EMIT StoreProgress(int(Place * 100 / Size));
 }
 
 bool CBlockStore::StoreRecord(const CLogParser& Parser, QStringView Record, qint32 Index)
@@ -53,8 +64,8 @@ bool CBlockStore::StoreRecord(const CLogParser& Parser, QStringView Record, qint
     const auto message = Parser.Parse(Record);
     if (!message) {
         m_state.AnalyseError = true;
-        Q_EMIT LogError(Parser.BBS_ID(), Record.toString(),
-                        QString::number(Index) + u"件目のログが壊れていました。"_s);
+        ++m_state.RefusedCount;
+        Q_EMIT LogError(Parser.BBS_ID(), Record.toString(), QString::number(Index) + u"件目のログが壊れていました。"_s);
         return true;
     }
     m_state.HighestNumber = qMax(m_state.HighestNumber, message->ID);
@@ -87,6 +98,7 @@ bool CBlockStore::StoreMessage(const CMessage& Message, QStringView Record, qint
         return false;
     }
     m_state.AnalyseError = true;
+    ++m_state.RefusedCount;
     Q_EMIT LogError(Message.BBS_ID, Record.toString(),
                     QString::number(Index) + u"件目のログをデータベースに登録できませんでした。"_s);
     return true;

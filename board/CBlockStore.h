@@ -7,6 +7,7 @@
 #include "board/CMessage.h"
 #include "board/CMessageWriter.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QStringView>
 
@@ -19,8 +20,8 @@ struct CRunState;
 /// Stores blocks for CBBS, whose state it counts in.
 ///
 /// The messages of a block are one batch: a transaction that is committed at the block's end together with its thread
-/// links, or earlier when the user's own change must not hang on it. A batch that cannot be committed is rolled back and
-/// withdrawn, and ends the run as an error.
+/// links, or earlier when the user's own change must not hang on it. A batch that cannot be committed is rolled back
+/// and withdrawn, and ends the run as an error.
 class CBlockStore : public QObject
 {
     Q_OBJECT
@@ -28,6 +29,8 @@ class CBlockStore : public QObject
 public:
     /// A long file is committed every so many records, so that a crash late in it costs little.
     static constexpr qint32 MaxBatchRecords = 2000;
+    /// Milliseconds between two StoreProgress. A page of a board is stored sooner and tells none.
+    static constexpr int ProgressMs = 250;
 
     CBlockStore(Application& App, CRunState& State, QObject* Parent = nullptr);
 
@@ -35,7 +38,8 @@ public:
     void SetDatabase(dao::Database* Database) { m_database = Database; }
 
     /// Stores the messages of Text, which belong to board BBS_ID and get the read flag Read. Events are processed after
-    /// every record. False when a message was stored already, when the user cancelled, and after an error of the database.
+    /// every record. False when a message was stored already, when the user cancelled, and after an error of the
+    /// database.
     bool Store(qint32 BBS_ID, QStringView Text, bool Read);
 
     /// Commits the open batch, if there is one. Never throws.
@@ -45,9 +49,11 @@ Q_SIGNALS:
     void AddMessage(const CMessage& Msg);
     void BatchWithdrawn(const std::vector<CMessage>& Messages);
     void ChangeState(const QString& StateMessage, bool IsError, bool AddLog);
+    void StoreProgress(int Percent);
     void LogError(qint32 BBS_ID, const QString& LogText, const QString& ErrorMessage);
 
 private:
+    void StayLive(qsizetype Place, qsizetype Size);
     bool StoreRecord(const CLogParser& Parser, QStringView Record, qint32 Index);
     bool StoreMessage(const CMessage& Message, QStringView Record, qint32 Index);
     bool OpenBatch();
@@ -58,6 +64,7 @@ private:
     CRunState& m_state;
     dao::Database* m_database = nullptr;
     CMessageWriter m_writer;
+    QElapsedTimer m_clock; // since the last StoreProgress
     bool m_isOpen = false;
     std::vector<CMessage> m_batch; // stored since the batch was opened
 };

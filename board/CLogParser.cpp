@@ -34,8 +34,7 @@ class CLineReader
 public:
     explicit CLineReader(QStringView Record)
         : m_rest(Record)
-    {
-    }
+    {}
 
     /// The next line behind its label, empty when it is shorter than that.
     QStringView Line(qsizetype Label)
@@ -82,8 +81,7 @@ QString SubjectFromBody(const QString& Body)
 
 CRecordCutter::CRecordCutter(QStringView Text)
     : m_text(Text)
-{
-}
+{}
 
 std::optional<QStringView> CRecordCutter::Next()
 {
@@ -97,8 +95,10 @@ std::optional<QStringView> CRecordCutter::Next()
     const QStringView rest = m_text.sliced(from);
     const QStringView unended = Separator.chopped(LineEndSize);
     m_place = m_text.size();
-    if (!rest.endsWith(unended))
+    if (!rest.endsWith(unended)) {
+        m_rest = rest;
         return {};
+    }
     return rest.chopped(unended.size());
 }
 
@@ -108,8 +108,7 @@ CLogParser::CLogParser(qint32 BBS_ID, bool TwoSided, bool Read)
     : m_board(BBS_ID)
     , m_twoSided(TwoSided)
     , m_read(Read)
-{
-}
+{}
 
 std::optional<CMessage> CLogParser::Parse(QStringView Record) const
 {

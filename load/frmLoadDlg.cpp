@@ -1,5 +1,6 @@
 // load/frmLoadDlg.cpp
-// The window beside a receive: what is going on, the log of the run, and one tab with the page of each board.
+// The window beside a receive or an import: what is going on, the log of the run, and one tab with the page of each
+// board.
 
 #include "load/frmLoadDlg.h"
 
@@ -40,8 +41,8 @@ QString Literal(QString Caption) { return Caption.replace(u"&"_s, u"&&"_s); }
 } // namespace
 
 frmLoadDlg::frmLoadDlg(Application& App, CBBS& Board, QWidget* Parent)
-    : QDialog(Parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint
-                          | Qt::WindowMinMaxButtonsHint)
+    : QDialog(Parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                          Qt::WindowMinMaxButtonsHint)
     , m_app(App)
     , m_board(Board)
 {
@@ -57,7 +58,6 @@ void frmLoadDlg::BuildControls()
 {
     m_lblInfo = new CInfoLabel(this);
     m_lblInfo->setObjectName(u"lblInfo"_s);
-    m_lblInfo->setAccessibleName(u"受信の状況"_s);
     m_cmdOK = new QPushButton(this);
     m_cmdOK->setObjectName(u"cmdOK"_s);
     connect(m_cmdOK, &QPushButton::clicked, this, &frmLoadDlg::close);
@@ -91,6 +91,7 @@ void frmLoadDlg::ShowDialog(const QString& HeadCaption, QWidget* Owner)
     if (Owner)
         setWindowIcon(Owner->windowIcon());
     m_tabStrip->setTabText(0, HeadCaption + u"ログ"_s);
+    m_lblInfo->setAccessibleName(HeadCaption + u"の状況"_s);
     RemoveBoardTabs();
     m_txtLog->clear();
     SetInfomation({});
@@ -98,6 +99,7 @@ void frmLoadDlg::ShowDialog(const QString& HeadCaption, QWidget* Owner)
     m_isLoad = true;
     m_isNextBBS = false;
     show();
+    m_cmdOK->setFocus();
     SetButtonMode(CancelMode); // after show, which makes the only button the default one
 }
 
@@ -205,8 +207,8 @@ void frmLoadDlg::OnPageCompleted(qint32 BBS_ID)
     if (tab.View->PageAddress() != QUrl(tab.URL))
         return;
     const bool isSaved = mdlPageCache::Write(tab.CacheFile, tab.View->Page());
-    UpdateInfo(tab.Name + (isSaved ? u"をキャッシュに保存しました。"_s : u"をキャッシュに保存できませんでした。"_s), CacheLine,
-               true);
+    UpdateInfo(tab.Name + (isSaved ? u"をキャッシュに保存しました。"_s : u"をキャッシュに保存できませんでした。"_s),
+               CacheLine, true);
 }
 
 bool frmLoadDlg::ButtonEnabled() const { return m_cmdOK->isEnabled(); }

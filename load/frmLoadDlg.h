@@ -1,5 +1,6 @@
 // load/frmLoadDlg.h
-// The window beside a receive: what is going on, the log of the run, and one tab with the page of each board.
+// The window beside a receive or an import: what is going on, the log of the run, and one tab with the page of each
+// board.
 
 #ifndef LOAD_FRMLOADDLG_H
 #define LOAD_FRMLOADDLG_H
@@ -18,13 +19,13 @@ class QPlainTextEdit;
 class QPushButton;
 class QTabWidget;
 
-/// Modeless dialog of one run. Made once and shown anew for each run; closing it during a run cancels the receive.
+/// Modeless dialog of one run. Made once and shown anew for each run; closing it during a run cancels the run.
 class frmLoadDlg : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Numbers of the information lines in use.
+    /// Numbers of the information lines in use. An import has its percentage in the line of the cache.
     enum InfoLine : qint16 { LastLine = 0, BoardLine = 1, StateLine = 2, SummaryLine = 3, CacheLine = 4 };
     /// What the button is: OK at the end of a run, Cancel while it goes on.
     enum Mode : qint16 { OkMode = 0, CancelMode = 1 };
@@ -36,11 +37,12 @@ public:
     /// settings, else the dialog is centred over Owner.
     void ShowDialog(const QString& HeadCaption, QWidget* Owner);
 
-    /// Sets information line Line (from 1; 0: the last one there is); missing lines before it become empty ones. A Message
-    /// that is not empty also goes to the log when AddLog is set.
+    /// Sets information line Line (from 1; 0: the last one there is); missing lines before it become empty ones. A
+    /// Message that is not empty also goes to the log when AddLog is set.
     void UpdateInfo(const QString& Message, qint16 Line, bool AddLog);
 
-    /// Prepares for the next board: its tab with its page, fresh information lines. IsMore tells whether another follows.
+    /// Prepares for the next board: its tab with its page, fresh information lines. IsMore tells whether another
+    /// follows.
     void InitNewBBS(const CBBSProperty& Property, bool IsMore);
 
     /// Whether the run may go on to another board.

@@ -1,5 +1,5 @@
 // load/mdlLoad.cpp
-// The numbered commands of the File and Board menus and the drivers of a receive behind them.
+// The numbered commands of the File and Board menus and the drivers of a receive and an import behind them.
 
 #include "load/mdlLoad.h"
 
@@ -27,13 +27,23 @@ CLoadDrivers::CLoadDrivers(Application& App, CBBS& Board, frmLoadDlg& Dialog, Re
     , m_board(Board)
     , m_dialog(Dialog)
     , m_host(Host)
-{
-}
+{}
 
 void CLoadDrivers::ExecuteCommand(int Number)
 {
+    Run([=, this] { Execute(LoadCommand(Number)); });
+}
+
+void CLoadDrivers::ImportChosen(const QStringList& Paths)
+{
+    Run([&] { ConfirmImport(Paths); });
+}
+
+/// Tells what the database refuses.
+void CLoadDrivers::Run(const std::function<void()>& Action)
+{
     try {
-        Execute(LoadCommand(Number));
+        Action();
     } catch (const dao::Error& error) {
         m_app.Shell.MessageBox(mdlStore::RefusalText(error), m_app.AppTitle(), Desktop::Icon::Information);
     }
@@ -42,6 +52,7 @@ void CLoadDrivers::ExecuteCommand(int Number)
 void CLoadDrivers::Execute(LoadCommand Command)
 {
     switch (Command) {
+    case LoadCommand::ImportFiles: ChooseFiles(); break;
     case LoadCommand::ImportInternet:
     case LoadCommand::Export:
         m_app.Shell.MessageBox(u"未実装m(_ _)m"_s, m_app.AppTitle(), Desktop::Icon::Information);
@@ -82,16 +93,22 @@ std::vector<qint32> CLoadDrivers::BoardsWhere(const QString& Condition) const
     return boards;
 }
 
-/// Whatever happens in between, a run that was started is ended, unless the window is on its way out.
 void CLoadDrivers::ReceiveBoards(const std::vector<qint32>& Boards, bool NoReadLoad)
+{
+    RunAsOne(RunKind::Receive, u"受信"_s, [&] { ReceiveInTurn(Boards, NoReadLoad); });
+}
+
+/// Whatever happens in between, a run that was started is ended, unless the window is on its way out.
+void CLoadDrivers::RunAsOne(RunKind Kind, const QString& HeadCaption, const std::function<void()>& Action)
 {
     if (m_board.IsLoad() || m_board.IsImport())
         return;
-    m_host.RunStarted(RunKind::Receive);
+    m_host.RunStarted(Kind);
     m_board.InitCancel();
     std::optional<dao::Error> refusal;
     try {
-        ReceiveInTurn(Boards, NoReadLoad);
+        OpenDialog(HeadCaption);
+        Action();
     } catch (const dao::Error& error) {
         refusal = error;
     }
@@ -103,11 +120,15 @@ void CLoadDrivers::ReceiveBoards(const std::vector<qint32>& Boards, bool NoReadL
         throw *refusal;
 }
 
-void CLoadDrivers::ReceiveInTurn(const std::vector<qint32>& Boards, bool NoReadLoad)
+void CLoadDrivers::OpenDialog(const QString& HeadCaption)
 {
     if (m_dialog.IsLoad())
         m_dialog.close();
-    m_dialog.ShowDialog(u"受信"_s, m_host.DialogOwner());
+    m_dialog.ShowDialog(HeadCaption, m_host.DialogOwner());
+}
+
+void CLoadDrivers::ReceiveInTurn(const std::vector<qint32>& Boards, bool NoReadLoad)
+{
     for (std::size_t place = 0; place < Boards.size(); ++place) {
         ReceiveBoard(Boards[place], NoReadLoad, place + 1 < Boards.size());
         if (m_host.IsClosing() || !m_dialog.IsNextBBS())

@@ -10,6 +10,7 @@
 #include "load/frmLoadDlg.h"
 #include "load/mdlLoad.h"
 #include "mainwin/CBoardMenus.h"
+#include "mainwin/CFileDrop.h"
 #include "mainwin/CFindCommands.h"
 #include "mainwin/CIconSet.h"
 #include "mainwin/CKeyFilter.h"
@@ -31,6 +32,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QMenu>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -72,6 +74,7 @@ frmView::frmView(Application& App)
     ConnectQueries();
     ConnectFind();
     ConnectMenus();
+    ConnectDrop();
 }
 
 frmView::~frmView()
@@ -211,6 +214,14 @@ void frmView::ConnectMenus()
     auto* keys = new CKeyFilter(*this, [this](const mdlCommands::Key& Key) { return OnKey(Key); });
     keys->AddEntryField(m_toolbar->FindBox());
     keys->AddEntryField(*m_panels->findChild<QWidget*>(u"uspnNoReadPoint"_s));
+}
+
+void frmView::ConnectDrop()
+{
+    auto* drop = new CFileDrop(
+        *this, [this] { return m_busy == BusyState::None && !m_isClosing && !QApplication::activeModalWidget(); });
+    drop->AddTextField(*m_toolbar->FindBox().lineEdit());
+    connect(drop, &CFileDrop::FilesDropped, this, &frmView::DoImport);
 }
 
 // Opening

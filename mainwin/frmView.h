@@ -83,6 +83,7 @@ private:
     void ConnectQueries();
     void ConnectFind();
     void ConnectMenus();
+    void ConnectDrop();
     void PlaceWindow();
     void ShowPlaced(int WindowState);
     bool MakeBBSMenu();
@@ -102,6 +103,7 @@ private:
     void ReportError(const dao::Error& Error);
     void DoExecute(int Number);
     void DoTrayExecute(int Number);
+    void DoImport(const QStringList& Paths);
     void DoTraySelectBoard(int BBS_ID);
     void DoBoardListButton();
     void DoThread();

@@ -149,7 +149,8 @@ void frmView::ReportError(const dao::Error& Error)
 
 void frmView::DoExecute(int Number)
 {
-    const bool startsRun = Number >= int(LoadCommand::Receive) && Number <= int(LoadCommand::ReceiveAllBoards);
+    const bool receives = Number >= int(LoadCommand::Receive) && Number <= int(LoadCommand::ReceiveAllBoards);
+    const bool startsRun = receives || Number == int(LoadCommand::ImportFiles);
     if (!startsRun || m_busy == BusyState::None)
         m_drivers->ExecuteCommand(Number);
 }
@@ -158,6 +159,14 @@ void frmView::DoTrayExecute(int Number)
 {
     ShowMainWindow();
     DoExecute(Number);
+}
+
+void frmView::DoImport(const QStringList& Paths)
+{
+    if (m_busy != BusyState::None)
+        return;
+    activateWindow(); // the files came from another window
+    Perform([&] { m_drivers->ImportChosen(Paths); });
 }
 
 void frmView::DoTraySelectBoard(int BBS_ID)
@@ -319,8 +328,8 @@ void frmView::DoMenuBar()
         menuBar()->setActiveAction(first);
 }
 
-/// What the menu key does; not every platform knows Shift+F10 for it. Posted, since the menu of an entry field waits for
-/// its end, and the command must not.
+/// What the menu key does; not every platform knows Shift+F10 for it. Posted, since the menu of an entry field waits
+/// for its end, and the command must not.
 void frmView::DoContextMenu()
 {
     QWidget* focus = QApplication::focusWidget();

@@ -61,7 +61,7 @@ constexpr MenuItem Side(int Index, QStringView Caption)
 constexpr std::array FileMenu = {
     Top(u"mnuFile", u"ファイル(&F)"),
     Sub(1, u"mnuFileImport", u"インポート(&I)", {}, Rule::Idle),
-    Inert(2, u"mnuFileImportFile", u"ファイルから(&F)..."),
+    Run(2, u"mnuFileImportFile", u"ファイルから(&F)...", 1),
     Inert(2, u"mnuFileImportInternet", u"掲示板過去ログ保存庫から(&I)..."),
     Bar(2, u"mnuImportBar"),
     Run(2, u"mnuFileImportKakolog", u"掲示板過去ログ保存庫へ(&K)...", 3, {}, Rule::Always),
