@@ -123,6 +123,11 @@ bool CIniFile::Write(const QStringList& Names)
     return true;
 }
 
+bool CIniFile::CanHold(const QString& Text) const
+{
+    return CIniText(ReadAll(m_fileName).value_or(QByteArray())).CanHold(Text);
+}
+
 void CIniFile::SetNowSection(const QString& Section)
 {
     const QString name = OnOneLine(Section).trimmed();

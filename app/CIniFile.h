@@ -35,6 +35,9 @@ public:
 
     const QString& FileName() const { return m_fileName; }
 
+    /// Whether Text can stand in the file; in code page 932 a character without a code would be saved as "?".
+    bool CanHold(const QString& Text) const;
+
     /// Name of the current section as it is spelled in the file; empty after Load.
     const QString& NowSection() const { return m_nowSection; }
     /// Makes Section current; one that does not exist is created empty.

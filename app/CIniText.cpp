@@ -122,6 +122,12 @@ QByteArray CIniText::Encode(const QString& Text) const
     }
 }
 
+bool CIniText::CanHold(const QString& Text) const
+{
+    const bool isUnicode = m_encoding != Encoding::Codepage932;
+    return Decode(Encode(Text)) == (isUnicode ? Text : text::WithWindowsForms(Text));
+}
+
 QByteArray CIniText::EncodeLines(const QStringList& Lines) const
 {
     QByteArray bytes;

@@ -30,6 +30,9 @@ public:
 
     const QByteArray& Bytes() const { return m_bytes; }
 
+    /// Whether every character of Text has a code in the encoding of this file.
+    bool CanHold(const QString& Text) const;
+
 private:
     enum class Encoding { Codepage932, Utf8, Utf16 };
 

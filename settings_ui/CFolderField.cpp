@@ -23,7 +23,6 @@ CFolderField::CFolderField(Application& App, const QString& Name, const QString&
     auto* browse = new QPushButton(u"参照..."_s, this);
     browse->setObjectName(u"cmdBrowse"_s + Name.mid(3)); // behind "txt"
     browse->setAccessibleName(Label + u"を参照"_s);
-    browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &CFolderField::Choose);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -39,7 +38,9 @@ void CFolderField::SetFolder(const QString& Folder) { m_box->setText(Folder); }
 
 bool CFolderField::Validate()
 {
-    return !Folder().isEmpty() || mdlPage::Refuse(m_app, m_box, m_label + u"が入っていません。"_s);
+    if (Folder().isEmpty())
+        return mdlPage::Refuse(m_app, m_box, m_label + u"が入っていません。"_s);
+    return mdlPage::CanBeKept(m_app, m_box);
 }
 
 void CFolderField::Choose()

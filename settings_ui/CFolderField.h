@@ -21,7 +21,8 @@ public:
     QString Folder() const;
     void SetFolder(const QString& Folder);
 
-    /// Whether there is something in the box. Where not, the user has been told and the box has the focus.
+    /// Whether there is something in the box that can be kept. Where not, the user has been told and the box has the
+    /// focus.
     bool Validate();
 
 private:

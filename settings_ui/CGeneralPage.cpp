@@ -116,7 +116,8 @@ bool CGeneralPage::Validate()
         return mdlPage::Refuse(m_app, m_txtReplyHeader, u"返信ヘッダが入っていません。"_s);
     if (m_txtDateFormat->text().trimmed().isEmpty())
         return mdlPage::Refuse(m_app, m_txtDateFormat, u"日付の書式が入っていません。"_s);
-    return m_txtIconFilePath->Validate();
+    return mdlPage::CanBeKept(m_app, m_txtReplyHeader) && mdlPage::CanBeKept(m_app, m_txtDateFormat) &&
+           m_txtIconFilePath->Validate();
 }
 
 void CGeneralPage::Apply()

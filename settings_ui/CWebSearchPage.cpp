@@ -78,8 +78,6 @@ void CWebSearchPage::BuildFields()
     m_lblUrlNote = Named(mdlPage::LongNote({}, this), u"lblUrlNote"_s);
     m_cmdAddSearch = Named(new QPushButton(u"追加/置換(&R)"_s, this), u"cmdAddSearch"_s);
     m_cmdDelSearch = Named(new QPushButton(u"削除(&D)"_s, this), u"cmdDelSearch"_s);
-    for (QPushButton* button : {m_cmdAddSearch, m_cmdDelSearch})
-        button->setAutoDefault(false);
     for (QLineEdit* field : {m_txtWebSearchName, m_txtWebSearchURL})
         field->installEventFilter(this);
     connect(m_txtWebSearchURL, &QLineEdit::textChanged, this, &CWebSearchPage::ShowUrlNote);
@@ -162,6 +160,8 @@ void CWebSearchPage::OnAddSearch()
     } else if (!CanBeKey(name)) {
         Refuse(m_txtWebSearchName,
                u"メニュー文字列に「=」は使えません。また、「[」や「;」で始めることはできません。"_s);
+    } else if (!mdlPage::CanBeKept(m_app, m_txtWebSearchName) || !mdlPage::CanBeKept(m_app, m_txtWebSearchURL)) {
+        return; // the user knows
     } else if (QTreeWidgetItem* entry = Find(name)) {
         if (MayReplace(*entry))
             entry->setText(UrlColumn, url);

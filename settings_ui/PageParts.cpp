@@ -9,6 +9,9 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
+
+using namespace Qt::StringLiterals;
 
 namespace mdlPage
 {
@@ -45,6 +48,12 @@ bool Refuse(Application& App, QWidget* Field, const QString& Text)
     Field->setFocus();
     mdlWindow::SelectAllText(Field);
     return false;
+}
+
+bool CanBeKept(Application& App, QLineEdit* Field)
+{
+    return App.SettingsIni().CanHold(Field->text()) ||
+           Refuse(App, Field, u"「"_s + Field->text() + u"」には、設定ファイルに保存できない文字があります。"_s);
 }
 
 } // namespace mdlPage

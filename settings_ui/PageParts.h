@@ -9,7 +9,7 @@
 class Application;
 class QGridLayout;
 class QLabel;
-class QVBoxLayout;
+class QLineEdit;
 class QWidget;
 
 namespace mdlPage
@@ -34,6 +34,9 @@ QLabel* LongNote(const QString& Text, QWidget* Page);
 
 /// Tells Text and puts the focus on Field, its text selected. Always false.
 bool Refuse(Application& App, QWidget* Field, const QString& Text);
+
+/// Whether the settings file can hold what stands in Field. Where not, Refuse has told it.
+bool CanBeKept(Application& App, QLineEdit* Field);
 
 } // namespace mdlPage
 

@@ -18,13 +18,24 @@
 #include "store/Recovery.h"
 
 #include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr QSize SmallestSize(540, 440); // pixels at 100 %, at the beginning; addresses and folders are long
+
+} // namespace
 
 frmProperty::frmProperty(Application& App, QWidget* Owner)
     : QDialog(Owner)
@@ -110,6 +121,7 @@ bool frmProperty::Show(qint32& InitialTab)
     m_tabStrip->setCurrentIndex(qBound(0, InitialTab - 1, m_tabStrip->count() - 1));
     m_current = m_tabStrip->currentIndex();
     connect(m_tabStrip, &QTabWidget::currentChanged, this, &frmProperty::OnTabChanged);
+    WatchFields();
     FitToScreen();
     FocusPage();
     const bool isOk = exec() == QDialog::Accepted;
@@ -132,8 +144,25 @@ bool frmProperty::LoadPages()
 void frmProperty::FitToScreen()
 {
     ensurePolished();
-    const QRect wanted = mdlGeometry::Centred(sizeHint());
+    const QRect wanted = mdlGeometry::Centred(sizeHint().expandedTo(SmallestSize));
     resize(mdlGeometry::OnScreen(wanted).size());
+}
+
+void frmProperty::WatchFields()
+{
+    for (QLineEdit* field : findChildren<QLineEdit*>())
+        field->installEventFilter(this);
+}
+
+/// Enter and Esc that belong to an input method close no dialog.
+bool frmProperty::eventFilter(QObject* Watched, QEvent* Event)
+{
+    m_composing.Watch(*Event);
+    if (m_composing.IsOn() && Event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(Event)->key();
+        return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+    }
+    return QDialog::eventFilter(Watched, Event);
 }
 
 // Tabs
@@ -199,7 +228,11 @@ bool frmProperty::ApplyAll()
 
 void frmProperty::ApplyToDatabase()
 {
-    if (m_databasePages.empty())
+    // The options of a file that cannot be written can be changed all the same.
+    const auto isChanged = [](const CPropertyPage* Page) { return Page->IsChanged(); };
+    const bool isToWrite =
+        !m_app.LogDB()->IsReadOnly() || std::any_of(m_databasePages.begin(), m_databasePages.end(), isChanged);
+    if (!isToWrite)
         return;
     dao::CTransaction transaction(*m_app.LogDB());
     for (CPropertyPage* page : m_databasePages)

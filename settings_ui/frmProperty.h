@@ -5,6 +5,7 @@
 #define SETTINGS_UI_FRMPROPERTY_H
 
 #include "platform/dao/Error.h"
+#include "platform/desktop/CComposing.h"
 
 #include <QDialog>
 
@@ -33,6 +34,8 @@ public:
     /// caller stores them.
     bool ShowProperty(CBBSProperty& Board, qint32& InitialTab);
 
+    bool eventFilter(QObject* Watched, QEvent* Event) override;
+
 private:
     void BuildFrame();
     void AddPage(int Number, const QString& Caption, CPropertyPage* Page);
@@ -42,6 +45,7 @@ private:
     bool Show(qint32& InitialTab);
     bool LoadPages();
     void FitToScreen();
+    void WatchFields();
 
     void StepTab(int Step);
     void OnTabChanged(int Index);
@@ -60,6 +64,7 @@ private:
     std::vector<CPropertyPage*> m_settingsPages;
     std::vector<CPropertyPage*> m_databasePages;
     std::vector<CPropertyPage*> m_lastPages;
+    CComposing m_composing; // in any field
 };
 
 #endif
