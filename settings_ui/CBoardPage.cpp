@@ -7,19 +7,16 @@
 #include "board/CBBSProperty.h"
 #include "controls/uSpinButton.h"
 #include "platform/dao/Database.h"
-#include "platform/desktop/desktop.h"
+#include "settings_ui/COptionArray.h"
+#include "settings_ui/PageParts.h"
 #include "settings_ui/mdlBoardCheck.h"
-#include "settings_ui/mdlPageParts.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QFormLayout>
-#include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
-using mdlPageParts::Named;
+using mdlPage::Named;
 
 namespace
 {
@@ -80,11 +77,9 @@ CBoardPage::CBoardPage(Application& App, CBBSProperty& Board, QWidget* Parent)
     m_chkVisitLoad = Named(new QCheckBox(u"巡回受信の対象にする(&V)"_s, this), u"chkVisitLoad"_s);
     form->addRow(m_chkVisitLoad);
     connect(m_chkVisitLoad, &QCheckBox::clicked, this, &CBoardPage::VisitToggled);
-    auto* kind = Named(new QGroupBox(u"ひとこと掲示板かどうか(&H)"_s, this), u"fraHitokoto"_s);
-    m_optHitokoto =
-        mdlPageParts::AddOptions(*new QHBoxLayout(kind), u"optHitokoto"_s,
-                                 {u"ひとこと掲示板ではない(&1)"_s, u"左ひとこと(&2)"_s, u"右ひとこと(&3)"_s});
-    form->addRow(kind);
+    m_optHitokoto = new COptionArray(u"Hitokoto"_s, u"ひとこと掲示板かどうか(&H)"_s,
+                                     {u"ひとこと掲示板ではない(&1)"_s, u"左ひとこと(&2)"_s, u"右ひとこと(&3)"_s}, this);
+    form->addRow(m_optHitokoto);
 }
 
 void CBoardPage::BuildTexts(QFormLayout& Form)
@@ -104,9 +99,9 @@ void CBoardPage::Load()
         m_texts[column]->setText(m_board.*Columns[column].Value);
         m_texts[column]->setCursorPosition(0);
     }
-    mdlPageParts::Show(*m_uspnMaxCount, m_board.MaxCount, 1, MostMessages);
+    mdlPage::ShowNumber(*m_uspnMaxCount, m_board.MaxCount, 1, MostMessages);
     SetVisit(m_board.VisitLoad);
-    mdlPageParts::Choose(*m_optHitokoto, m_board.Hitokoto + 1);
+    m_optHitokoto->Choose(m_board.Hitokoto + 1);
 }
 
 bool CBoardPage::IsChanged(qsizetype Column) const { return m_texts[Column]->text() != m_board.*Columns[Column].Value; }
@@ -138,12 +133,8 @@ bool CBoardPage::Validate()
 {
     for (qsizetype column = 0; column < m_texts.size(); ++column) {
         const QString problem = Problem(column);
-        if (problem.isEmpty())
-            continue;
-        m_app.Shell.MessageBox(problem, m_app.AppTitle(), Desktop::Icon::Information);
-        m_texts[column]->setFocus();
-        m_texts[column]->selectAll();
-        return false;
+        if (!problem.isEmpty())
+            return mdlPage::Refuse(m_app, m_texts[column], problem);
     }
     return true;
 }
@@ -154,7 +145,7 @@ void CBoardPage::Apply()
         m_board.*Columns[column].Value = Entered(column);
     m_board.MaxCount = m_uspnMaxCount->Value();
     m_board.VisitLoad = m_chkVisitLoad->isChecked();
-    if (const int kind = m_optHitokoto->checkedId(); kind >= 0)
+    if (const int kind = m_optHitokoto->Chosen(); kind >= 0)
         m_board.Hitokoto = kind - 1;
 }
 

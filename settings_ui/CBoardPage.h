@@ -10,7 +10,7 @@
 
 class Application;
 class CBBSProperty;
-class QButtonGroup;
+class COptionArray;
 class QCheckBox;
 class QFormLayout;
 class QLineEdit;
@@ -50,7 +50,7 @@ private:
     QList<QLineEdit*> m_texts; // one for each text column
     uSpinButton* m_uspnMaxCount = nullptr;
     QCheckBox* m_chkVisitLoad = nullptr;
-    QButtonGroup* m_optHitokoto = nullptr;
+    COptionArray* m_optHitokoto = nullptr;
 };
 
 #endif

@@ -7,9 +7,9 @@
 #include "controls/uSpinButton.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/desktop.h"
-#include "settings_ui/mdlPageParts.h"
+#include "settings_ui/COptionArray.h"
+#include "settings_ui/PageParts.h"
 
-#include <QButtonGroup>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -20,7 +20,7 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using mdlPageParts::Named;
+using mdlPage::Named;
 
 namespace
 {
@@ -32,12 +32,13 @@ struct CPersonal
     QString Box;
     QString Caption;
     QString Word; ///< in sentences
+    bool IsSecret = false;
 };
 
 const std::array<CPersonal, 4> Personal = {{
     {&CVisitor::PostName, &CBBSProperty::SetPostName, u"txtPostName"_s, u"名前(&N):"_s, u"名前"_s},
     {&CVisitor::Mail, &CBBSProperty::SetMail, u"txtMail"_s, u"メール(&M):"_s, u"メール"_s},
-    {&CVisitor::Password, &CBBSProperty::SetPassword, u"txtPassword"_s, u"パスワード(&W):"_s, u"パスワード"_s},
+    {&CVisitor::Password, &CBBSProperty::SetPassword, u"txtPassword"_s, u"パスワード(&W):"_s, u"パスワード"_s, true},
     {&CVisitor::HomePage, &CBBSProperty::SetHomePage, u"txtHomePage"_s, u"自分のホームページ(&H):"_s,
      u"自分のホームページ"_s},
 }};
@@ -48,12 +49,12 @@ QString Rule()
 }
 
 /// What Text becomes in the cookie, as a sentence; empty when it stays as it is. A password is not told.
-QString Warning(const CPersonal& Kind, const QLineEdit& Box)
+QString Warning(const CPersonal& Kind, const QString& Text)
 {
-    const QString stored = CBBSProperty::StoredText(Box.text());
-    if (stored == Box.text())
+    const QString stored = CBBSProperty::StoredText(Text);
+    if (stored == Text)
         return {};
-    if (Box.echoMode() == QLineEdit::Password)
+    if (Kind.IsSecret)
         return Kind.Word + u"の「,」「;」「%」は全角に、掲示板で使えない文字は「?」になります。"_s;
     return Kind.Word + u"は「"_s + stored + u"」と保存されます。"_s;
 }
@@ -71,15 +72,13 @@ CCookiePage::CCookiePage(Application& App, CBBSProperty& Board, QWidget* Parent)
     form->addRow(BuildPersonal());
     form->addRow(u"1ページあたりの表示記事数(&V):"_s, m_uspnViewCount);
     form->addRow(u"一度にダウンロードするログの記事数(&D):"_s, m_uspnDownloadCount);
-    auto* order = Named(new QGroupBox(u"表示順(&O)"_s, this), u"fraViewOrder"_s);
-    m_optViewOrder = mdlPageParts::AddOptions(*new QHBoxLayout(order), u"optViewOrder"_s,
-                                              {u"新しい → 古い(&1)"_s, u"古い → 新しい(&2)"_s});
-    auto* unread = Named(new QGroupBox(u"未読読み(&R)"_s, this), u"fraNoReadView"_s);
-    m_optNoReadView = mdlPageParts::AddOptions(*new QHBoxLayout(unread), u"optNoReadView"_s,
-                                               {u"設定する(&3)"_s, u"設定しない(&4)"_s});
+    m_optViewOrder =
+        new COptionArray(u"ViewOrder"_s, u"表示順(&O)"_s, {u"新しい → 古い(&1)"_s, u"古い → 新しい(&2)"_s}, this);
+    m_optNoReadView =
+        new COptionArray(u"NoReadView"_s, u"未読読み(&R)"_s, {u"設定する(&3)"_s, u"設定しない(&4)"_s}, this);
     auto* options = new QHBoxLayout;
-    options->addWidget(order);
-    options->addWidget(unread);
+    options->addWidget(m_optViewOrder);
+    options->addWidget(m_optNoReadView);
     form->addRow(options);
 }
 
@@ -90,10 +89,10 @@ QGroupBox* CCookiePage::BuildPersonal()
     for (std::size_t text = 0; text < TextCount; ++text) {
         m_texts[text] = Named(new QLineEdit(personal), Personal[text].Box);
         m_texts[text]->setToolTip(Rule());
+        m_texts[text]->setEchoMode(Personal[text].IsSecret ? QLineEdit::Password : QLineEdit::Normal);
         form->addRow(Personal[text].Caption, m_texts[text]);
         connect(m_texts[text], &QLineEdit::textChanged, this, &CCookiePage::OnTextChanged);
     }
-    m_texts[2]->setEchoMode(QLineEdit::Password);
     m_lblNote = Named(new QLabel(personal), u"lblNote"_s);
     m_lblNote->setTextFormat(Qt::PlainText);
     m_lblNote->setWordWrap(true);
@@ -116,12 +115,12 @@ void CCookiePage::Load()
         m_texts[text]->setText(value);
         m_texts[text]->setCursorPosition(0);
     }
-    mdlPageParts::Show(*m_uspnViewCount, m_viewCount = m_board.ViewCount(), 1, MostMessages);
-    mdlPageParts::Show(*m_uspnDownloadCount, m_downloadCount = m_board.DownloadCount(), 1, MostMessages);
-    mdlPageParts::Choose(*m_optViewOrder, m_board.ViewOrder());
-    mdlPageParts::Choose(*m_optNoReadView, m_board.NoReadView());
-    m_viewOrder = m_optViewOrder->checkedId();
-    m_noReadView = m_optNoReadView->checkedId();
+    mdlPage::ShowNumber(*m_uspnViewCount, m_viewCount = m_board.ViewCount(), 1, MostMessages);
+    mdlPage::ShowNumber(*m_uspnDownloadCount, m_downloadCount = m_board.DownloadCount(), 1, MostMessages);
+    m_optViewOrder->Choose(m_board.ViewOrder());
+    m_optNoReadView->Choose(m_board.NoReadView());
+    m_viewOrder = m_optViewOrder->Chosen();
+    m_noReadView = m_optNoReadView->Chosen();
     m_cmdAllBBS->setEnabled(false);
 }
 
@@ -137,7 +136,7 @@ void CCookiePage::OnTextChanged()
     QStringList warnings;
     for (std::size_t text = 0; text < TextCount; ++text) {
         if (IsChanged(text))
-            warnings << Warning(Personal[text], *m_texts[text]);
+            warnings << Warning(Personal[text], m_texts[text]->text());
     }
     warnings.removeAll(QString());
     Tell(warnings.join(u'\n'));
@@ -192,10 +191,10 @@ void CCookiePage::Apply()
         isKept = m_board.SetViewCount(m_uspnViewCount->Value()) && isKept;
     if (m_uspnDownloadCount->Value() != m_downloadCount)
         isKept = m_board.SetDownloadCount(m_uspnDownloadCount->Value()) && isKept;
-    if (m_optViewOrder->checkedId() != m_viewOrder)
-        isKept = m_board.SetViewOrder(m_optViewOrder->checkedId()) && isKept;
-    if (m_optNoReadView->checkedId() != m_noReadView)
-        isKept = m_board.SetNoReadView(m_optNoReadView->checkedId()) && isKept;
+    if (m_optViewOrder->Chosen() != m_viewOrder)
+        isKept = m_board.SetViewOrder(m_optViewOrder->Chosen()) && isKept;
+    if (m_optNoReadView->Chosen() != m_noReadView)
+        isKept = m_board.SetNoReadView(m_optNoReadView->Chosen()) && isKept;
     if (!isKept)
         m_app.Shell.MessageBox(u"クッキーを保存できませんでした。"_s, m_app.AppTitle(), Desktop::Icon::Exclamation);
 }

@@ -13,7 +13,7 @@
 #include <array>
 
 class Application;
-class QButtonGroup;
+class COptionArray;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -59,8 +59,8 @@ private:
     QLabel* m_lblNote = nullptr;
     uSpinButton* m_uspnViewCount = nullptr;
     uSpinButton* m_uspnDownloadCount = nullptr;
-    QButtonGroup* m_optViewOrder = nullptr;
-    QButtonGroup* m_optNoReadView = nullptr;
+    COptionArray* m_optViewOrder = nullptr;
+    COptionArray* m_optNoReadView = nullptr;
 
     // as they were loaded; -1: neither option
     CVisitor m_visitor;

@@ -7,7 +7,7 @@
 #include "board/CBBSProperty.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/CFocusRim.h"
-#include "platform/desktop/desktop.h"
+#include "settings_ui/PageParts.h"
 #include "settings_ui/mdlBoardItems.h"
 
 #include <QGridLayout>
@@ -22,6 +22,7 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using mdlPage::Named;
 
 namespace
 {
@@ -62,10 +63,8 @@ COrderPage::COrderPage(Application& App, const CBBSProperty& InView, QWidget* Pa
 
 void COrderPage::BuildLists()
 {
-    m_lstOrder = new QListWidget(this);
-    m_lstOrder->setObjectName(u"lstOrder"_s);
-    m_lstAll = new QListWidget(this);
-    m_lstAll->setObjectName(u"lstAll"_s);
+    m_lstOrder = Named(new QListWidget(this), u"lstOrder"_s);
+    m_lstAll = Named(new QListWidget(this), u"lstAll"_s);
     for (QListWidget* list : {m_lstOrder, m_lstAll}) {
         new CFocusRim(*list);
         list->installEventFilter(this);
@@ -77,15 +76,10 @@ void COrderPage::BuildLists()
 
 void COrderPage::BuildButtons()
 {
-    const auto make = [this](const QString& Name, const QString& Caption) {
-        auto* button = new QPushButton(Caption, this);
-        button->setObjectName(Name);
-        return button;
-    };
-    m_cmdAdd = make(u"cmdAdd"_s, u"← 追加(&A)"_s);
-    m_cmdDelete = make(u"cmdDelete"_s, u"削除(&R) →"_s);
-    m_cmdUp = make(u"cmdUp"_s, u"↑ 上へ(&U)"_s);
-    m_cmdDown = make(u"cmdDown"_s, u"↓ 下へ(&D)"_s);
+    m_cmdAdd = Named(new QPushButton(u"← 追加(&A)"_s, this), u"cmdAdd"_s);
+    m_cmdDelete = Named(new QPushButton(u"削除(&R) →"_s, this), u"cmdDelete"_s);
+    m_cmdUp = Named(new QPushButton(u"↑ 上へ(&U)"_s, this), u"cmdUp"_s);
+    m_cmdDown = Named(new QPushButton(u"↓ 下へ(&D)"_s, this), u"cmdDown"_s);
     connect(m_cmdAdd, &QPushButton::clicked, this, &COrderPage::Add);
     connect(m_cmdDelete, &QPushButton::clicked, this, &COrderPage::Delete);
     connect(m_cmdUp, &QPushButton::clicked, this, [this] { MoveSelected(-1); });
@@ -153,24 +147,17 @@ void COrderPage::FillAll()
     AddSeparator(*m_lstAll);
 }
 
-bool COrderPage::Refuse(const QString& Text)
-{
-    m_app.Shell.MessageBox(Text, m_app.AppTitle(), Desktop::Icon::Information);
-    m_lstAll->setFocus();
-    return false;
-}
-
 bool COrderPage::Validate()
 {
     if (!m_app.LogDB())
         return true;
     if (mdlBoardItems::Numbers(*m_lstOrder).isEmpty())
-        return Refuse(u"掲示板が選択されていません。"_s);
+        return mdlPage::Refuse(m_app, m_lstAll, u"掲示板が選択されていません。"_s);
     const int hidden = mdlBoardItems::RowOf(*m_lstAll, m_inView.ID()); // in neither list: nothing that he could choose
     if (hidden < 0)
         return true;
     m_lstAll->setCurrentRow(hidden);
-    return Refuse(u"現在選択されている["_s + m_inView.Name + u"]は必ず選択してください。"_s);
+    return mdlPage::Refuse(m_app, m_lstAll, u"現在選択されている["_s + m_inView.Name + u"]は必ず選択してください。"_s);
 }
 
 void COrderPage::Apply()

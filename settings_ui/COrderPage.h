@@ -48,7 +48,6 @@ private:
     void Delete();
     void MoveSelected(int Rows);
     void UpdateOrderButtons();
-    bool Refuse(const QString& Text);
 
     Application& m_app;
     const CBBSProperty& m_inView;

@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/CFocusRim.h"
+#include "settings_ui/PageParts.h"
 #include "settings_ui/mdlBoardItems.h"
 
 #include <QLabel>
@@ -27,18 +28,15 @@ bool IsChecked(const QListWidgetItem& Item) { return Item.checkState() == Qt::Ch
 CVisitPage::CVisitPage(Application& App, QWidget* Parent)
     : CPropertyPage(Parent)
     , m_app(App)
-    , m_lstVisitLoad(new QListWidget(this))
+    , m_lstVisitLoad(mdlPage::Named(new QListWidget(this), u"lstVisitLoad"_s))
 {
-    m_lstVisitLoad->setObjectName(u"lstVisitLoad"_s);
     new CFocusRim(*m_lstVisitLoad);
     auto* label = new QLabel(u"巡回受信をする掲示板(&V):"_s, this);
     label->setBuddy(m_lstVisitLoad);
-    auto* note = new QLabel(u"表示対象外の掲示板は巡回受信の対象として指定できません。"_s, this);
-    note->setWordWrap(true);
     auto* all = new QVBoxLayout(this);
     all->addWidget(label);
     all->addWidget(m_lstVisitLoad, 1);
-    all->addWidget(note);
+    all->addWidget(mdlPage::LongNote(u"表示対象外の掲示板は巡回受信の対象として指定できません。"_s, this));
     connect(m_lstVisitLoad, &QListWidget::itemChanged, this,
             [this](QListWidgetItem* Item) { Q_EMIT VisitToggled(mdlBoardItems::NumberOf(*Item), IsChecked(*Item)); });
     connect(m_lstVisitLoad, &QListWidget::itemPressed, this,

@@ -4,6 +4,7 @@
 #include "settings_ui/PageParts.h"
 
 #include "app/Application.h"
+#include "controls/uSpinButton.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
 
@@ -40,6 +41,12 @@ QLabel* LongNote(const QString& Text, QWidget* Page)
     QLabel* note = Note(Text, Page);
     note->setWordWrap(true);
     return note;
+}
+
+void ShowNumber(uSpinButton& Spin, qint32 Value, qint32 Least, qint32 Most)
+{
+    Spin.setRange(qMin(Least, Value), qMax(Most, Value));
+    Spin.SetValue(Value);
 }
 
 bool Refuse(Application& App, QWidget* Field, const QString& Text)

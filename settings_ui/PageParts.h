@@ -11,6 +11,7 @@ class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QWidget;
+class uSpinButton;
 
 namespace mdlPage
 {
@@ -31,6 +32,10 @@ QLabel* Note(const QString& Text, QWidget* Page);
 
 /// A note as wide as the page, of as many lines as that takes.
 QLabel* LongNote(const QString& Text, QWidget* Page);
+
+/// Lets Spin hold Least..Most and shows Value. A Value outside of that came from elsewhere: it widens the bounds, so that
+/// it can be seen and kept.
+void ShowNumber(uSpinButton& Spin, qint32 Value, qint32 Least, qint32 Most);
 
 /// Tells Text and puts the focus on Field, its text selected. Always false.
 bool Refuse(Application& App, QWidget* Field, const QString& Text);
