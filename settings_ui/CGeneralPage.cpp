@@ -97,8 +97,7 @@ void CGeneralPage::Load()
 {
     const Settings& option = m_app.Option();
     m_uspnAddMax->SetValue(option.AddMax);
-    m_uspnReadTiming->SetMax(qMax(LongestReadTiming, option.ReadTiming)); // a longer one of the user's own stays
-    m_uspnReadTiming->SetValue(option.ReadTiming);
+    mdlPage::ShowNumber(*m_uspnReadTiming, option.ReadTiming, 0, LongestReadTiming);
     m_txtReplyHeader->setText(option.ReplyHeader);
     m_txtDateFormat->setText(option.DateFormat);
     m_txtIconFilePath->SetFolder(option.IconFilePath);

@@ -24,7 +24,7 @@ public:
     virtual bool Validate() { return true; }
 
     /// Whether Apply would write anything else than what Load read. A page that cannot tell says yes.
-    virtual bool IsChanged() const { return true; }
+    virtual bool HasChanges() const { return true; }
 
     /// Copies the controls back to where Load read them.
     virtual void Apply() = 0;

@@ -86,8 +86,7 @@ void CTransferPage::BuildFolders(QVBoxLayout& Layout)
 void CTransferPage::Load()
 {
     const Settings& option = m_app.Option();
-    m_uspnTimeout->SetMax(qMax(LongestTimeout, option.Timeout)); // a longer one of the user's own stays
-    m_uspnTimeout->SetValue(option.Timeout);
+    mdlPage::ShowNumber(*m_uspnTimeout, option.Timeout, 0, LongestTimeout);
     m_chkTimer->setChecked(option.Timer);
     m_uspnInterval->SetValue(option.Interval);
     m_chkExitIfMessageFound->setChecked(option.ExitIfMessageFound);

@@ -23,8 +23,8 @@ template<typename Widget> Widget* Named(Widget* Made, const QString& Name)
     return Made;
 }
 
-/// Adds a row to Form: Caption as the label (and buddy) of Field, then Field, then Unit or another small thing that
-/// belongs to it. The label.
+/// Adds a row to Form: Caption as the label (and buddy) of Field, then Field, then what stands behind it, such as
+/// the unit of a number. The label.
 QLabel* AddField(QGridLayout& Form, const QString& Caption, QWidget* Field, QWidget* Behind = nullptr);
 
 /// A text that stands in a page, such as the unit of a number. It shows "&" as it is.
@@ -33,8 +33,8 @@ QLabel* Note(const QString& Text, QWidget* Page);
 /// A note as wide as the page, of as many lines as that takes.
 QLabel* LongNote(const QString& Text, QWidget* Page);
 
-/// Lets Spin hold Least..Most and shows Value. A Value outside of that came from elsewhere: it widens the bounds, so that
-/// it can be seen and kept.
+/// Lets Spin hold Least..Most and shows Value. A Value outside of that came from elsewhere: it widens the bounds, so
+/// that it can be seen and kept.
 void ShowNumber(uSpinButton& Spin, qint32 Value, qint32 Least, qint32 Most);
 
 /// Tells Text and puts the focus on Field, its text selected. Always false.

@@ -10,10 +10,14 @@
 #include "platform/dao/Database.h"
 #include "platform/desktop/Geometry.h"
 #include "platform/desktop/desktop.h"
+#include "settings_ui/CBoardPage.h"
+#include "settings_ui/CCookiePage.h"
 #include "settings_ui/CGeneralPage.h"
+#include "settings_ui/COrderPage.h"
 #include "settings_ui/CPageFrame.h"
 #include "settings_ui/CSearchPage.h"
 #include "settings_ui/CTransferPage.h"
+#include "settings_ui/CVisitPage.h"
 #include "settings_ui/CWebSearchPage.h"
 #include "store/Recovery.h"
 
@@ -99,18 +103,49 @@ void frmProperty::AddOptionPages()
     m_lastPages = {webSearch};
 }
 
+void frmProperty::AddBoardPages(CBBSProperty& Board)
+{
+    auto* board = new CBoardPage(m_app, Board, this);
+    auto* cookie = new CCookiePage(m_app, Board, this);
+    AddPage(1, u"全般"_s, board);
+    AddPage(2, u"クッキーの情報"_s, cookie);
+    m_lastPages = {board, cookie};
+
+    CVisitPage* visit = AddSharedPages(Board);
+    connect(board, &CBoardPage::VisitToggled, visit,
+            [visit, id = Board.ID()](bool IsOn) { visit->SetVisit(id, IsOn); });
+    connect(visit, &CVisitPage::VisitToggled, board, [board, id = Board.ID()](qint32 BBS_ID, bool IsOn) {
+        if (BBS_ID == id)
+            board->SetVisit(IsOn);
+    });
+}
+
+CVisitPage* frmProperty::AddSharedPages(const CBBSProperty& InView)
+{
+    auto* visit = new CVisitPage(m_app, this);
+    auto* order = new COrderPage(m_app, InView, this);
+    AddPage(6, u"巡回受信"_s, visit);
+    AddPage(7, u"表示順"_s, order);
+    m_databasePages = {visit, order};
+    connect(order, &COrderPage::BoardAdded, visit, &CVisitPage::AddBoard);
+    connect(order, &COrderPage::BoardRemoved, visit, &CVisitPage::RemoveBoard);
+    return visit;
+}
+
 // Showing
 
-bool frmProperty::ShowOption([[maybe_unused]] CBBSProperty& Board, qint32& InitialTab)
+bool frmProperty::ShowOption(CBBSProperty& Board, qint32& InitialTab)
 {
     setWindowTitle(u"設定 - "_s + m_app.AppTitle());
     AddOptionPages();
+    AddSharedPages(Board);
     return Show(InitialTab);
 }
 
 bool frmProperty::ShowProperty(CBBSProperty& Board, qint32& InitialTab)
 {
     setWindowTitle(Board.Name + u"のプロパティ - "_s + m_app.AppTitle());
+    AddBoardPages(Board);
     return Show(InitialTab);
 }
 
@@ -229,7 +264,7 @@ bool frmProperty::ApplyAll()
 void frmProperty::ApplyToDatabase()
 {
     // The options of a file that cannot be written can be changed all the same.
-    const auto isChanged = [](const CPropertyPage* Page) { return Page->IsChanged(); };
+    const auto isChanged = [](const CPropertyPage* Page) { return Page->HasChanges(); };
     const bool isToWrite =
         !m_app.LogDB()->IsReadOnly() || std::any_of(m_databasePages.begin(), m_databasePages.end(), isChanged);
     if (!isToWrite)

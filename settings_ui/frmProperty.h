@@ -14,6 +14,7 @@
 class Application;
 class CBBSProperty;
 class CPropertyPage;
+class CVisitPage;
 class QTabWidget;
 
 /// Made for one showing: call ShowOption or ShowProperty once.
@@ -31,7 +32,7 @@ public:
     bool ShowOption(CBBSProperty& Board, qint32& InitialTab);
 
     /// Shows the properties of Board in the same way. True when closed with OK: the edited values are in Board, and the
-    /// caller stores them.
+    /// caller stores them; the places of all boards are stored already, and Board does not know its new one.
     bool ShowProperty(CBBSProperty& Board, qint32& InitialTab);
 
     bool eventFilter(QObject* Watched, QEvent* Event) override;
@@ -41,7 +42,7 @@ private:
     void AddPage(int Number, const QString& Caption, CPropertyPage* Page);
     void AddOptionPages();
     void AddBoardPages(CBBSProperty& Board);
-    void AddSharedPages(CBBSProperty& Board);
+    CVisitPage* AddSharedPages(const CBBSProperty& InView);
     bool Show(qint32& InitialTab);
     bool LoadPages();
     void FitToScreen();
