@@ -7,6 +7,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +51,8 @@ private Q_SLOTS:
     void Writing();
     void TextsCannotDamageOtherFields_data();
     void TextsCannotDamageOtherFields();
+    void NoTextDamagesAnything();
+    void SetsTellWhetherTheyWereKept();
     void OnlyTheExactCookieCounts();
     void SettingsOutliveTheProgram();
     void WithoutAnAddressNothingIsKept();
@@ -108,6 +112,7 @@ void tst_CBBSProperty::TextsCannotDamageOtherFields_data()
     QTest::newRow("line break and nul") << u"a\r\nSet-Cookie: x=1"_s + QChar(u'\0') << u"aSet-Cookie: x=1"_s;
     QTest::newRow("second byte like a comma's neighbours") << u"ソ―表＝"_s << u"ソ―表＝"_s;
     QTest::newRow("not in the code page") << u"a😀b"_s << u"a??b"_s;
+    QTest::newRow("of another input method") << u"〜−"_s << u"～－"_s;
 }
 
 void tst_CBBSProperty::TextsCannotDamageOtherFields()
@@ -119,8 +124,62 @@ void tst_CBBSProperty::TextsCannotDamageOtherFields()
     board.SetNoReadPoint(77);
     board.SetPostName(typed);
     QTEST(board.PostName(), "kept");
+    QCOMPARE(CBBSProperty::StoredText(typed), board.PostName());
     QCOMPARE(board.Password(), u"secret"_s);
     QCOMPARE(board.NoReadPoint(), 77);
+}
+
+/// Texts of characters that mean something to cookies, headers and the cookie file, set in any order on boards that share
+/// a host, two of them a cookie, with a field that the program does not know. Each changes its own field and no other.
+void tst_CBBSProperty::NoTextDamagesAnything()
+{
+    const QString awkward = u",;%= \t\r\n\"\\&+ソ表ー①ｶﾞ〜−é\u00a0\u200b\ufeff\u2028a0"_s + QChar(u'\0') + QChar(0xd83d);
+    using Set = bool (CBBSProperty::*)(const QString&);
+    const Set sets[] = {&CBBSProperty::SetPostName, &CBBSProperty::SetMail, &CBBSProperty::SetHomePage,
+                        &CBBSProperty::SetPassword};
+    const quint32 seed = QRandomGenerator::global()->generate();
+    qInfo("seed %u", seed);
+    QRandomGenerator random(seed);
+    CBoardFixture fixture;
+    const QList<qint32> boards{3, 4, 13, 14};
+    QMap<QString, QStringList> wanted; // the fields of each cookie
+    for (const qint32 id : boards) {
+        const CBBSProperty board = fixture.Property(id);
+        wanted[board.URL] = u"a,b,c,d,%1,1,0,%2,44,55,unknown"_s.arg(id).arg(id * 100).split(u',');
+        fixture.App.Cookies().Set(QUrl(board.URL), board.URL.toLatin1(), wanted[board.URL].join(u',').toLatin1());
+    }
+    for (int step = 0; step < 200; ++step) {
+        CBBSProperty board = fixture.Property(boards[random.bounded(4)]);
+        const int field = random.bounded(4);
+        QString typed;
+        for (int left = random.bounded(12); left > 0; --left)
+            typed += awkward[random.bounded(int(awkward.size()))];
+        QVERIFY((board.*sets[field])(typed));
+        wanted[board.URL][field] = CBBSProperty::StoredText(typed);
+        QVERIFY(!wanted[board.URL][field].contains(QRegularExpression(u"[,;%\r\n\\x{0}]"_s)));
+    }
+    Application next(fixture.Desk, fixture.Folder.path(), u"Tavora"_s); // as the file has it
+    for (auto cookie = wanted.cbegin(); cookie != wanted.cend(); ++cookie) {
+        const auto value = next.Cookies().Value(QUrl(cookie.key()), cookie.key().toLatin1());
+        QCOMPARE(text::From932(value.value_or(QByteArray())).split(u','), cookie.value());
+    }
+}
+
+void tst_CBBSProperty::SetsTellWhetherTheyWereKept()
+{
+    CBoardFixture fixture;
+    CBBSProperty board = Unsaved(fixture.App, -1);
+    QVERIFY(board.SetVisitor({u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
+    QCOMPARE(fixture.Cookie(Address), QByteArray("a,b,c,d,20,,,0,30"));
+    QCOMPARE(board.Visitor(), (CVisitor{u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
+    for (const QString& address : {QString(), u"ftp://localhost/x.cgi"_s, u"http://localhost/x=y"_s, u"nonsense"_s}) {
+        board.URL = address;
+        QVERIFY(!board.SetVisitor({}));
+        QVERIFY(!board.SetViewCount(3));
+    }
+    board.URL = Address;
+    QVERIFY(!board.SetMail(QString(5000, u'x'))); // more than a cookie holds
+    QCOMPARE(board.Mail(), u"b"_s);
 }
 
 void tst_CBBSProperty::OnlyTheExactCookieCounts()
