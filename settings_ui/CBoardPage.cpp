@@ -106,12 +106,15 @@ void CBoardPage::Load()
 
 bool CBoardPage::IsChanged(qsizetype Column) const { return m_texts[Column]->text() != m_board.*Columns[Column].Value; }
 
-/// The text to keep: a line end that was pasted along is a blank, and around an address there is none.
+/// The text to keep: a line end that was pasted along is a blank, and around an address there is none. A long text is
+/// cut by units, but no half of a character is left.
 QString CBoardPage::Entered(qsizetype Column) const
 {
     QString text = m_texts[Column]->text();
     if (!IsChanged(Column))
         return text;
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        text.chop(1);
     for (QChar& unit : text) {
         if (unit.category() == QChar::Other_Control)
             unit = u' ';
