@@ -22,6 +22,7 @@
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CTextZoom.h"
 #include "mainwin/CToolbar.h"
+#include "mainwin/CTrayPresence.h"
 #include "platform/desktop/CFocusRim.h"
 #include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
@@ -68,6 +69,7 @@ frmView::frmView(Application& App)
     BuildTimers();
     BuildBars();
     BuildPanes();
+    BuildTray();
     m_dialog = std::make_unique<frmLoadDlg>(App, *m_bbs, this);
     m_drivers = std::make_unique<CLoadDrivers>(App, *m_bbs, *m_dialog, static_cast<ReceiveHost&>(*this));
     ConnectBoard();
@@ -92,6 +94,14 @@ void frmView::BuildBars()
     setStatusBar(m_panels);
     m_boardMenus = new CBoardMenus(m_app, *m_menus, m_toolbar->BoardMenu(), this);
     setContextMenuPolicy(Qt::PreventContextMenu);
+}
+
+void frmView::BuildTray()
+{
+    QMenu* menu = m_menus->Menu(u"mnuTray"_s);
+    m_tray = new CTrayPresence(m_app, *this, *menu, *m_menus->Action(u"mnuTrayShow"_s));
+    connect(m_tray, &CTrayPresence::ShowAsked, this, &frmView::ShowMainWindow);
+    connect(menu, &QMenu::aboutToShow, this, &frmView::UpdateEnabled);
 }
 
 void frmView::BuildPanes()
@@ -230,6 +240,7 @@ bool frmView::Open()
 {
     setWindowTitle(m_app.AppTitle());
     ChangeIconFrame(true);
+    m_tray->Adopt();
     m_bbs->Initialize(m_app.LogDB());
     m_bbs->SetTimeout(m_app.Option().Timeout);
     m_find->LoadHistory();
@@ -264,6 +275,7 @@ void frmView::ReportNoBoards()
                            "log.mdbのBBS.ListOrderあたりをチェックしてね♪\r\n"
                            "全部-1だと表示されないぞ。"_s,
                            m_app.AppTitle(), Desktop::Icon::Critical);
+    m_tray->Leave();
     m_isClosing = m_isClosed = true; // nothing of the window was on the screen, so nothing of it is saved
     m_bbs->Initialize(nullptr);
     Shutdown(m_app);
@@ -276,6 +288,8 @@ void frmView::ShowMainWindow()
     mdlWindow::ActivateWindow(this);
     if (m_dialog->IsLoad())
         mdlWindow::ActivateWindow(m_dialog.get());
+    if (QWidget* box = QApplication::activeModalWidget())
+        mdlWindow::ActivateWindow(box);
 }
 
 // Closing
@@ -298,6 +312,7 @@ void frmView::StartClosing()
         return;
     m_isClosing = true;
     m_position = CurrentPosition();
+    m_tray->Leave();
     hide();
     m_tmrRead->stop();
     EndBlinkIcon();

@@ -28,6 +28,7 @@ class CMessagePane;
 class CStatusPanels;
 class CTextZoom;
 class CToolbar;
+class CTrayPresence;
 class CWorkProgress;
 class frmLoadDlg;
 class frmSQL;
@@ -75,6 +76,7 @@ private:
 
     // Building
     void BuildBars();
+    void BuildTray();
     void BuildPanes();
     void BuildTabOrder();
     void BuildTimers();
@@ -116,6 +118,10 @@ private:
     void DoQuery();
     void DoTextFind();
     void DoTimer();
+    void DoOptions();
+    void DoBoardProperties();
+    void StoreBoard(CBBSProperty& Edited);
+    void AdoptSettings();
     void DoEscape();
     void LeaveResults();
     void DoPopupBoards();
@@ -214,6 +220,7 @@ private:
     CStatusPanels* m_panels = nullptr;
     CBoardMenus* m_boardMenus = nullptr;
     CFindCommands* m_find = nullptr;
+    CTrayPresence* m_tray = nullptr;
     QWidget* m_client = nullptr; // what lies between toolbar and status bar
     uSeparator* m_separator = nullptr;
     std::array<CListView*, 2> m_lists = {};
@@ -230,6 +237,8 @@ private:
     QString m_statusBefore;
     mdlPosition::Position m_position; // as it was when the window was closed
     int m_iconFrame = 0;
+    qint32 m_optionTab = 1; // shown last
+    qint32 m_boardTab = 1;
     int m_commandDepth = 0;
     bool m_isClosing = false;
     bool m_isClosed = false;

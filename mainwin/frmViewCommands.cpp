@@ -39,6 +39,18 @@
 using namespace Qt::StringLiterals;
 using MoveMode = CViewer::MoveMode;
 
+namespace
+{
+
+/// The tray can be reached while a modal box is open.
+bool IsFromTray(mdlCommands::Command Handler)
+{
+    using mdlCommands::Command;
+    return Handler == Command::TraySelectBoard || Handler == Command::TrayExecute || Handler == Command::NewPost;
+}
+
+} // namespace
+
 struct frmView::CommandLine
 {
     Command Handler;
@@ -95,10 +107,11 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
         {Command::FindPrev, [](V& View, int) { View.m_find->FindPrev(); }},
         {Command::TextFind, [](V& View, int) { View.DoTextFind(); }},
         {Command::Timer, [](V& View, int) { View.DoTimer(); }},
+        {Command::Options, [](V& View, int) { View.DoOptions(); }},
+        {Command::BoardProperties, [](V& View, int) { View.DoBoardProperties(); }},
         {Command::Help, [](V& View, int) { View.m_messageCommands->ShowHelp(); }},
         {Command::Community, [](V& View, int) { View.m_app.Shell.ShellOpenOwn(mdlProduct::SupportPage()); }},
         {Command::About, [](V& View, int) { frmAbout::ShowVersionInfo(View.m_app.Shell, &View); }},
-        {Command::ShowWindow, [](V& View, int) { View.ShowMainWindow(); }},
         {Command::Escape, [](V& View, int) { View.DoEscape(); }},
         {Command::PopupBoards, [](V& View, int) { View.DoPopupBoards(); }},
         {Command::PopupMarks, [](V& View, int) { View.DoPopupMarks(); }},
@@ -115,7 +128,9 @@ const frmView::CommandLine* frmView::FindCommand(Command Handler)
 
 void frmView::RunCommand(Command Handler, int Argument)
 {
-    if (const CommandLine* line = FindCommand(Handler))
+    if (Handler == Command::ShowWindow || (IsFromTray(Handler) && QApplication::activeModalWidget()))
+        ShowMainWindow(); // with the box, which wants its answer first
+    else if (const CommandLine* line = FindCommand(Handler))
         Perform([=, this] { line->Do(*this, Argument); });
 }
 
@@ -171,8 +186,6 @@ void frmView::DoImport(const QStringList& Paths)
 
 void frmView::DoTraySelectBoard(int BBS_ID)
 {
-    if (isMinimized())
-        showNormal();
     ShowMainWindow();
     m_viewer->SelectBoard(BBS_ID);
 }

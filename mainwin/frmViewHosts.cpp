@@ -17,6 +17,7 @@
 #include "mainwin/CWorkProgress.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CToolbar.h"
+#include "mainwin/CTrayPresence.h"
 #include "mainwin/mdlErrorLog.h"
 #include "platform/desktop/desktop.h"
 #include "viewer/CViewer.h"
@@ -149,6 +150,7 @@ void frmView::ChangeIconFrame(bool Reset)
         icon = CIconSet::Picture(u"SMALLICON1"_s);
     }
     setWindowIcon(icon);
+    m_tray->SetIcon(icon);
     if (m_dialog->IsLoad())
         m_dialog->setWindowIcon(icon);
     ++m_iconFrame;

@@ -93,7 +93,7 @@ constexpr std::array BoardMenu = {
     Item(1, u"mnuBBSThread", u"スレッド表示(&T)", Command::Thread, Rule::Messages, {}, u"Ctrl+T"),
     Bar(1, u"mnuBBSBar5"),
     Item(1, u"mnuBBSSetNoRead", u"未読位置変更(&C)", Command::SetNoRead, Rule::Idle),
-    Inert(1, u"mnuBBSProperty", u"プロパティ(&P)...", u"Alt+F8"),
+    Item(1, u"mnuBBSProperty", u"プロパティ(&P)...", Command::BoardProperties, Rule::Idle, u"Alt+F8"),
     Bar(1, u"mnuBBSBar6"),
     Item(1, u"mnuBBSBrowse", u"この掲示板へ移動(&M)...", Command::Browse, Rule::Always, {}, {}, 0),
     Item(1, u"mnuBBSShowCookiePage", u"表示カスタマイズをする(&S)...", Command::Browse, Rule::Always, {}, {}, 1),
@@ -147,7 +147,7 @@ constexpr std::array ToolMenu = {
     Bar(1, u"mnuToolBar1"),
     Inert(1, u"mnuToolTimer", u"タイマー(&T)"),
     Bar(1, u"mnuToolBar2"),
-    Inert(1, u"mnuToolOption", u"オプション(&O)..."),
+    Item(1, u"mnuToolOption", u"オプション(&O)...", Command::Options, Rule::Idle),
     Top(u"mnuHelp", u"ヘルプ(&H)"),
     Item(1, u"mnuHelpHelp", u"ヘルプ(&H)...", Command::Help, Rule::Always, {}, u"F1"),
     Item(1, u"mnuHelpHiroba", u"入門者ひろばへ(&V)...", Command::Community),
@@ -239,7 +239,7 @@ constexpr ToolButton ToolbarTable[] = {
     {u"SQL", u"クエリー検索", u"クエリー検索(Ctrl+Q)", Command::Query, 0, Rule::Idle},
     {{}, {}, {}},
     {u"Timer", u"タイマー", u"タイマー", Command::Timer},
-    {u"Option", u"オプション", u"オプション...", Command::None, 0, Rule::Never},
+    {u"Option", u"オプション", u"オプション...", Command::Options, 0, Rule::Idle},
 };
 
 constexpr Panel PanelTable[] = {
@@ -260,6 +260,7 @@ constexpr Key KeyTable[] = {
     {Qt::Key_F10, Modifiers::Shift, Command::ContextMenu, {}, true},
     {Qt::Key_F4, Modifiers::None, Command::PopupBoards, {}},
     {Qt::Key_L, Modifiers::Ctrl, Command::PopupBoards, {}},
+    {Qt::Key_F8, Modifiers::Alt, Command::BoardProperties, {}},
     {Qt::Key_Backspace, Modifiers::Any, Command::InReplyTo, u"mnuMoveInReplyTo"},
     {Qt::Key_Delete, Modifiers::Any, Command::Delete, u"mnuMsgDelete"},
     {Qt::Key_B, Modifiers::Ctrl, Command::MarkRead, u"mnuMsgRead"},

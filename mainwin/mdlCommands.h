@@ -67,6 +67,8 @@ enum class Command {
     CopyWithHeader, ///< the selected text of the pane as a quotation
     Delete,
     Help,
+    Options,         ///< the settings dialogs
+    BoardProperties, ///< of the board in view
 };
 
 /// When an item is enabled. Judged by mdlEnabling from the state of the window.

@@ -156,11 +156,11 @@ void tst_CommandTables::BusyStates_data()
 {
     QTest::addColumn<int>("busy");
     QTest::addColumn<QString>("wanted");
-    const QString boards = u"ToolbarBack ToolbarForword ToolbarLoad ToolbarSQL ToolbarVisitLoad mnuBBSAllLoad "
-                           "mnuBBSAllVisitLoad mnuBBSLoad mnuBBSSetNoRead mnuBBSViewSub0 mnuBBSViewSub1 "
-                           "mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4 mnuBBSVisitLoad mnuFileImport mnuFileImportFile "
-                           "mnuMsgDelete mnuMsgQuery mnuPopupDelete mnuTextFind mnuToolCompDB mnuTrayLoad "
-                           "mnuTrayVisitLoad"_s;
+    const QString boards = u"ToolbarBack ToolbarForword ToolbarLoad ToolbarOption ToolbarSQL ToolbarVisitLoad "
+                           "mnuBBSAllLoad mnuBBSAllVisitLoad mnuBBSLoad mnuBBSProperty mnuBBSSetNoRead mnuBBSViewSub0 "
+                           "mnuBBSViewSub1 mnuBBSViewSub2 mnuBBSViewSub3 mnuBBSViewSub4 mnuBBSVisitLoad mnuFileImport "
+                           "mnuFileImportFile mnuMsgDelete mnuMsgQuery mnuPopupDelete mnuTextFind mnuToolCompDB "
+                           "mnuToolOption mnuTrayLoad mnuTrayVisitLoad"_s;
     QTest::newRow("receiving") << int(BusyState::Receive) << boards;
     QTest::newRow("importing") << int(BusyState::Import) << boards;
 }
