@@ -13,6 +13,8 @@
 namespace
 {
 
+// A window manager that brings a hidden window back may report it as minimised for a moment.
+constexpr int SettleMs = 150;
 constexpr int TimesMissing = 2;
 
 } // namespace
@@ -21,9 +23,12 @@ CTrayHiding::CTrayHiding(QWidget& Window, std::function<bool()> MayHide)
     : QObject(&Window)
     , m_window(Window)
     , m_mayHide(std::move(MayHide))
+    , m_hide(new QTimer(this))
     , m_look(new QTimer(this))
 {
-    m_look->setObjectName(QStringLiteral("tmrLookForTray"));
+    m_hide->setSingleShot(true);
+    m_hide->setInterval(SettleMs);
+    connect(m_hide, &QTimer::timeout, this, &CTrayHiding::Hide);
     m_look->setInterval(LookEveryMs);
     connect(m_look, &QTimer::timeout, this, &CTrayHiding::Look);
     Window.installEventFilter(this);
@@ -31,26 +36,19 @@ CTrayHiding::CTrayHiding(QWidget& Window, std::function<bool()> MayHide)
 
 bool CTrayHiding::eventFilter(QObject*, QEvent* Event)
 {
-    if (Event->type() == QEvent::Show)
-        OnShown();
-    if (Event->type() == QEvent::Show || Event->type() == QEvent::WindowStateChange)
+    const bool isNews = Event->type() == QEvent::Show || Event->type() == QEvent::WindowStateChange;
+    if (isNews && m_window.isVisible()) // news of the window manager may be late
         OnState();
     return false;
 }
 
-void CTrayHiding::OnShown()
-{
-    m_isHidden = false;
-    m_look->stop();
-}
-
-/// The hiding waits until the window manager's own news of the change has been dealt with.
 void CTrayHiding::OnState()
 {
+    m_look->stop();
     if (!m_window.isMinimized())
-        m_wasOpen = m_wasOpen || m_window.isVisible();
-    else if (m_wasOpen && m_window.isVisible())
-        QTimer::singleShot(0, this, &CTrayHiding::Hide);
+        m_wasOpen = true;
+    else if (m_wasOpen)
+        m_hide->start();
 }
 
 void CTrayHiding::Hide()
@@ -60,7 +58,6 @@ void CTrayHiding::Hide()
     for (QDialog* dialog : m_window.findChildren<QDialog*>(Qt::FindDirectChildrenOnly))
         dialog->hide();
     m_window.hide();
-    m_isHidden = true;
     m_missing = 0;
     m_look->start();
 }

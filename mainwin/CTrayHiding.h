@@ -27,9 +27,6 @@ public:
     /// MayHide: whether the window would come back. It becomes the parent.
     CTrayHiding(QWidget& Window, std::function<bool()> MayHide);
 
-    /// Whether it was this class that took the window off the screen.
-    bool IsHidden() const { return m_isHidden; }
-
 Q_SIGNALS:
     /// The window is hidden, and there is no tray any more to bring it back from.
     void WayBackLost();
@@ -40,15 +37,14 @@ protected:
 private:
     void OnState();
     void Hide();
-    void OnShown();
     void Look();
 
     QWidget& m_window;
     std::function<bool()> m_mayHide;
-    QTimer* m_look; // a child
+    QTimer* m_hide; // children
+    QTimer* m_look;
     int m_missing = 0;
     bool m_wasOpen = false;
-    bool m_isHidden = false;
 };
 
 #endif
