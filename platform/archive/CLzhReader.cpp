@@ -5,6 +5,8 @@
 
 #include "platform/archive/LzhHeader.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -66,6 +68,21 @@ bool Drain(LHADecoder* Decoder, QByteArray& Bytes, const CLzhReader::CGoesOn& Go
         if (!MayGoOn(GoesOn))
             return false;
     }
+}
+
+/// Macintosh tools pack a file with 128 bytes of its properties in front and its resources behind it.
+QByteArray WithoutMacParts(const QByteArray& Bytes)
+{
+    constexpr qsizetype FrontSize = 128;
+    constexpr char LongestName = 63;
+    if (Bytes.size() < FrontSize || Bytes[1] < 1 || Bytes[1] > LongestName)
+        return Bytes;
+    for (const qsizetype place : {0, 74, 82}) { // always zero
+        if (Bytes[place] != '\0')
+            return Bytes;
+    }
+    const auto size = qFromBigEndian<quint32>(Bytes.constData() + 83);
+    return size <= Bytes.size() - FrontSize ? Bytes.mid(FrontSize, size) : Bytes;
 }
 
 } // namespace
@@ -142,5 +159,7 @@ CLzhMember CLzhReader::Unpack(const CLzhHeader& Header, const CGoesOn& GoesOn)
     else if (static_cast<quint64>(member.Bytes.size()) != Header.Size ||
              lha_decoder_get_crc(decoder.get()) != Header.Checksum)
         member.Problem = isCut ? CLzhMember::Fault::CutShort : CLzhMember::Fault::BadChecksum;
+    else if (Header.System == LHA_OS_TYPE_MACOS)
+        member.Bytes = WithoutMacParts(member.Bytes);
     return member;
 }

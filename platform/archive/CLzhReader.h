@@ -39,7 +39,7 @@ class CLzhReader
 {
 public:
     static constexpr qint64 MaxMemberSize = 256LL * 1024 * 1024; ///< bytes; a log of a million messages has half of it
-    static constexpr qint64 MaxTotalSize = 1024LL * 1024 * 1024;
+    static constexpr qint64 MaxTotalSize = 2 * MaxMemberSize;    ///< bytes, of all members: seconds of work
     static constexpr int MaxMembers = 10000;
 
     /// Asked about every 64 KiB while something is searched or unpacked; false ends that. May be empty.

@@ -46,13 +46,14 @@ struct CFree
 
 CLzhHeader HeaderOf(const LHAFileHeader& Header, QByteArrayView Raw, qsizetype Place)
 {
-    return {lzh::ReadName(Raw),
+    const auto system = static_cast<char>(Header.os_type);
+    return {lzh::ReadName(Raw, system),
             QByteArray(Raw.sliced(MethodPlace, MethodSize).data(), MethodSize),
             static_cast<quint64>(Place) + Header.raw_data_len,
             Header.compressed_length,
             Header.length,
             Header.crc,
-            static_cast<char>(Header.os_type)};
+            system};
 }
 
 } // namespace

@@ -11,7 +11,8 @@ namespace
 constexpr qsizetype LevelPlace = 20;
 constexpr qsizetype NamePlace = 22;     ///< levels 0 and 1, behind the byte that counts it
 constexpr qsizetype LongestShown = 200; ///< UTF-16 units
-constexpr char NamePart = '\x01';       ///< kinds of extended headers
+constexpr char Unix = 'U';
+constexpr char NamePart = '\x01'; ///< kinds of extended headers
 constexpr char FolderPart = '\x02';
 constexpr char FolderSeparator = '\xFF'; ///< in folder parts, where it is no byte of any character
 
@@ -90,14 +91,14 @@ QByteArray NameBytes(QByteArrayView Header)
 
 } // namespace
 
-QString lzh::ReadName(QByteArrayView Header)
+QString lzh::ReadName(QByteArrayView Header, char System)
 {
     if (Header.size() < NamePlace)
         return {};
     QByteArray bytes = NameBytes(Header);
     if (const qsizetype end = bytes.indexOf('\0'); end >= 0)
         bytes.truncate(end);
-    const bool isUtf8 = text::IsValidUtf8(bytes) && !text::IsValid932(bytes);
+    const bool isUtf8 = text::IsValidUtf8(bytes) && (System == Unix || !text::IsValid932(bytes));
     QString name = isUtf8 ? QString::fromUtf8(bytes) : text::From932(bytes);
     name.removeIf(
         [](QChar Unit) { return Unit.category() == QChar::Other_Control || Unit.category() == QChar::Other_Format; });
