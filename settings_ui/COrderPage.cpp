@@ -121,7 +121,17 @@ void COrderPage::Load()
         FillOrder();
         FillAll();
     }
+    m_loaded = Places();
     UpdateOrderButtons();
+}
+
+/// What stands at each place: the number of a board, or Separator.
+QList<qint32> COrderPage::Places() const
+{
+    QList<qint32> places;
+    for (int place = 0; place < m_lstOrder->count(); ++place)
+        places << mdlBoardItems::NumberOf(*m_lstOrder->item(place));
+    return places;
 }
 
 void COrderPage::FillOrder()
@@ -165,9 +175,10 @@ void COrderPage::Apply()
     if (!m_app.LogDB())
         return;
     m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = -1"_s);
-    for (int place = 0; place < m_lstOrder->count(); ++place)
-        m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = "_s + QString::number(place) + u" WHERE BBS_ID = "_s +
-                               QString::number(mdlBoardItems::NumberOf(*m_lstOrder->item(place))));
+    const QList<qint32> places = Places(); // a separator's statement finds no row, so that its place stays free
+    for (qsizetype place = 0; place < places.size(); ++place)
+        m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = "_s + QString::number(place) + u" WHERE BBS_ID = "_s
+                               + QString::number(places[place]));
     if (const QString hidden = mdlBoardItems::Numbers(*m_lstAll); !hidden.isEmpty())
         m_app.LogDB()->Execute(u"UPDATE BBS   SET VisitLoad = False WHERE BBS_ID IN ("_s + hidden + u')');
 }

@@ -6,6 +6,8 @@
 
 #include "settings_ui/CPropertyPage.h"
 
+#include <QList>
+
 class Application;
 class CBBSProperty;
 class QListWidget;
@@ -28,6 +30,7 @@ public:
 
     void Load() override;
     bool Validate() override;
+    bool HasChanges() const override { return Places() != m_loaded; }
     /// Writes the places of all boards and takes hidden ones out of the visit list.
     void Apply() override;
 
@@ -44,6 +47,7 @@ private:
     void BuildLayout();
     void FillOrder();
     void FillAll();
+    QList<qint32> Places() const;
     void Add();
     void Delete();
     void MoveSelected(int Rows);
@@ -57,6 +61,7 @@ private:
     QPushButton* m_cmdDelete = nullptr;
     QPushButton* m_cmdUp = nullptr;
     QPushButton* m_cmdDown = nullptr;
+    QList<qint32> m_loaded; // the places as they came
 };
 
 #endif

@@ -55,6 +55,7 @@ void CVisitPage::Load()
     for (; !rows->Eof(); rows->MoveNext())
         mdlBoardItems::Insert(*m_lstVisitLoad, m_lstVisitLoad->count(), rows->Long(0), rows->Text(1))
             ->setCheckState(StateOf(rows->Boolean(2)));
+    m_loaded = Chosen();
 }
 
 /// The numbers of the boards that take part, joined by ",".

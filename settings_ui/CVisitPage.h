@@ -19,6 +19,7 @@ public:
     CVisitPage(Application& App, QWidget* Parent);
 
     void Load() override;
+    bool HasChanges() const override { return Chosen() != m_loaded; }
     /// Writes the flags of all boards, hidden ones off.
     void Apply() override;
 
@@ -37,6 +38,7 @@ private:
 
     Application& m_app;
     QListWidget* m_lstVisitLoad = nullptr;
+    QString m_loaded; // who took part at first
     bool m_wasChecked = false; // the item under the mouse when its button went down
 };
 

@@ -116,6 +116,7 @@ void tst_ListPages::Order()
     COrderPage& page = f.Show(std::make_unique<COrderPage>(f.App, f.InView, nullptr));
     for (const QString& step : steps.split(u' ', Qt::SkipEmptyParts))
         f.Do(step);
+    QCOMPARE(page.HasChanges(), steps.contains(QRegularExpression(u"[AO]|[a0-9] "_s)));
     QTEST(f.Items(u"lstOrder"_s), "order");
     QTEST(f.Items(u"lstAll"_s), "all");
     QTEST(f.EnabledButtons(), "enabled");
@@ -174,6 +175,7 @@ void tst_ListPages::Visits()
     page.SetVisit(3, false);
     page.SetVisit(3, true);
     page.SetVisit(99, true);
+    QVERIFY(!page.HasChanges());
     list.setFocus();
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Space, Qt::Key_Home}) // B
         QTest::keyClick(&list, key);
@@ -182,6 +184,7 @@ void tst_ListPages::Visits()
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                       {row.left() + row.height() / 2, row.center().y()}); // A's box
     QCOMPARE(toggled, (QList<QVariantList>{{4, true}, {6, false}, {3, false}}));
+    QVERIFY(page.HasChanges());
     QCOMPARE(f.Column(u"VisitLoad"_s), u"True,False,True,True"_s);
     page.Apply();
     QCOMPARE(f.Column(u"VisitLoad"_s), u"False,True,False,False"_s);
