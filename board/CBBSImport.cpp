@@ -32,7 +32,8 @@ bool CBBS::ImportLog(qint32 BBS_ID, const QString& FileName, bool ReadMode)
         m_state->AnalyseError = m_state->RefusedCount > 0; // of any block, not of the last
         if (m_state->IsCancel || m_state->IsError)
             return false;
-        SumUpImport(FileName, isSound);
+        if (isSound || m_state->RecordCount > 0) // a file without any log has been told of
+            SumUpImport(FileName, isSound);
         return isSound && m_state->RefusedCount == 0;
     } catch (const dao::Error& error) {
         Fail(mdlErrorLine::Numbered(error.Number, error.Description));
@@ -60,15 +61,15 @@ bool CBBS::ImportBlocks(qint32 BBS_ID, const QString& FileName, bool ReadMode)
 
 bool CBBS::ImportBlock(qint32 BBS_ID, const QString& FileName, const CLogBlock& Block, bool ReadMode)
 {
-    const QString name = Block.Name.isEmpty() ? FileName : FileName + u'(' + Block.Name + u')';
     if (!Block.Problem.isEmpty())
-        TellOfFile(name + u": "_s + Block.Problem);
+        TellOfFile(Block.Problem);
     Q_EMIT ChangeState(FileName + u"の解析中..."_s, false, false);
     m_store->Store(BBS_ID, Block.Text, ReadMode);
     if (m_state->IsCancel || m_state->IsError || !Block.Problem.isEmpty())
         return false;
     if (m_state->IsEndMissing) {
-        TellOfFile(name + u"の終わりは記録が途中で切れているため、取り込めませんでした。"_s);
+        TellOfFile((Block.Name.isEmpty() ? FileName : FileName + u'(' + Block.Name + u')') +
+                   u"の終わりは記録が途中で切れているため、取り込めませんでした。"_s);
         return false;
     }
     return true;

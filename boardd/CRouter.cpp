@@ -11,6 +11,7 @@
 #include "boardd/PostChecks.h"
 #include "boardd/Record.h"
 #include "boardd/SitePages.h"
+#include "boardd/StoredArchive.h"
 
 using namespace Qt::StringLiterals;
 
@@ -124,13 +125,26 @@ CReply CRouter::AnswerFile(const QString& Path) const
         reply.MayKeep = true;
         return reply;
     }
-    if (const auto board = mdlBoards::FindIdentifier(Between(Path, u"/kakolog/", u"_kako.txt"))) {
-        CReply reply = Html(m_community.Read(*board, [](const CBoardLog& log) { return log.PastLog(); }));
-        reply.ContentType = PlainText;
-        return reply.Body.isEmpty() ? NotFound() : reply;
-    }
+    if (Path.startsWith(u"/kakolog/"_s))
+        return AnswerPastLog(Path.section(u'/', 2));
     const QByteArray howTo = mdlSitePages::HowTo(Between(Path, u"/howto/", u".html"));
     return howTo.isEmpty() ? NotFound() : Html(howTo);
+}
+
+CReply CRouter::AnswerPastLog(const QString& FileName) const
+{
+    const QString name = FileName.chopped(qMin<qsizetype>(FileName.size(), 4));
+    const bool isArchive = FileName.endsWith(u".lzh"_s);
+    const auto board = mdlBoards::FindIdentifier(Between(name, u"", u"_kako"));
+    if (!board || (!isArchive && !FileName.endsWith(u".txt"_s)))
+        return NotFound();
+    CReply reply = Html(m_community.Read(*board, [](const CBoardLog& log) { return log.PastLog(); }));
+    if (reply.Body.isEmpty())
+        return NotFound();
+    reply.ContentType = isArchive ? QByteArrayLiteral("application/octet-stream") : PlainText;
+    if (isArchive)
+        reply.Body = mdlStoredArchive::Make(name.toLatin1() + ".txt", reply.Body, QDateTime::currentDateTime());
+    return reply;
 }
 
 CReply CRouter::AnswerBoard(const CSiteRequest& Request, const QString& Script)

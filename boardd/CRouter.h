@@ -34,6 +34,7 @@ private:
     CReply TakeDeletion(const CFields& Form, const CTarget& Target);
     CReply TakeSettings(const CFields& Form, const CTarget& Target, const QByteArray& CookieName) const;
     CReply AnswerFile(const QString& Path) const;
+    CReply AnswerPastLog(const QString& FileName) const;
 
     CCommunity& m_community;
 };

@@ -88,9 +88,9 @@ QByteArray mdlSitePages::HowTo(QStringView Name)
     return mdlMessageHtml::Page(name + u"のつかいかた"_s, mdlRecord::Encode(html + OperationRules() + CommonRules()));
 }
 
-QString mdlSitePages::PastLogFile(const CBoardInfo& Board)
+QString mdlSitePages::PastLogName(const CBoardInfo& Board)
 {
-    return Board.Identifier + u"_kako.txt"_s;
+    return Board.Identifier + u"_kako"_s;
 }
 
 QByteArray mdlSitePages::PastLogs(const CCommunity& Community)
@@ -101,8 +101,9 @@ QByteArray mdlSitePages::PastLogs(const CCommunity& Community)
     for (std::size_t index = 0; index < boards.size(); ++index) {
         const int count = Community.Read(index, [](const CBoardLog& log) { return log.PastCount(); });
         if (count > 0)
-            html += u"<TR><TD>%1</TD><TD><A HREF=\"/kakolog/%2\">%2</A></TD><TD ALIGN=right>%3件</TD></TR>\n"_s.arg(
-                mdlMessageHtml::Escape(boards[index].Name), PastLogFile(boards[index]), QString::number(count));
+            html += u"<TR><TD>%1</TD><TD><A HREF=\"/kakolog/%2.txt\">%2.txt</A></TD><TD><A HREF=\"/kakolog/%2.lzh\">%2.lzh</A>"
+                    "</TD><TD ALIGN=right>%3件</TD></TR>\n"_s.arg(mdlMessageHtml::Escape(boards[index].Name),
+                                                                PastLogName(boards[index]), QString::number(count));
     }
     return mdlMessageHtml::Page(u"掲示板過去ログ保存庫"_s, mdlRecord::Encode(html + u"</TABLE>\n"_s));
 }

@@ -20,8 +20,8 @@ QByteArray Program();
 /// The page of a wrong address.
 QByteArray NotFound();
 
-/// "keyaki_kako.txt": the file that holds a board's past log.
-QString PastLogFile(const CBoardInfo& Board);
+/// "keyaki_kako": name of the files that hold a board's past log, a text (.txt) and an archive with that text (.lzh).
+QString PastLogName(const CBoardInfo& Board);
 
 } // namespace mdlSitePages
 

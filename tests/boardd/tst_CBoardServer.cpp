@@ -3,6 +3,7 @@
 
 #include "boardd/CBoardServer.h"
 
+#include "platform/archive/CLzhReader.h"
 #include "platform/text/Codepage932.h"
 #include "tests/support/Table.h"
 
@@ -608,11 +609,16 @@ void tst_CBoardServer::SiteIsWhole()
                 seen += target;
         }
     }
-    for (const QString& page : {u"/tavora/"_s, u"/kakolog/"_s, u"/kakolog/keyaki_kako.txt"_s, u"/howto/kyoutsuu.html"_s,
+    for (const QString& page : {u"/tavora/"_s, u"/kakolog/"_s, u"/kakolog/keyaki_kako.txt"_s,
+                                u"/kakolog/keyaki_kako.lzh"_s, u"/howto/kyoutsuu.html"_s,
                                 u"/howto/keyaki.html"_s, u"/icon/keyaki.png"_s, u"/cgi-bin/yanagi.cgi?rightonly=1"_s})
         QVERIFY2(seen.contains(page), qPrintable(page));
     QVERIFY(Get(*server, "/icon/keyaki.png").Body.startsWith("\x89PNG\r\n\x1a\n"));
     QCOMPARE(Get(*server, "/howto/yanagi.html").Status(), QByteArray("HTTP/1.1 200 OK"));
+
+    const auto member = CLzhReader(Get(*server, "/kakolog/keyaki_kako.lzh").Body).Next();
+    QVERIFY(member && member->Problem == CLzhMember::Fault::None && member->Name == u"keyaki_kako.txt");
+    QCOMPARE(member->Bytes, Get(*server, "/kakolog/keyaki_kako.txt").Body);
 }
 
 QTEST_GUILESS_MAIN(tst_CBoardServer)

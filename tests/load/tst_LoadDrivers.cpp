@@ -47,6 +47,14 @@ struct CDriverFixture : CBoardFixture
     {
         return Dialog.findChild<QPlainTextEdit*>(u"txtLog"_s)->toPlainText().split(u'\n', Qt::SkipEmptyParts);
     }
+    /// A log file with messages First to Last.
+    QString LogFile(const QString& Name, int First, int Last)
+    {
+        QFile file(Folder.filePath(Name));
+        return file.open(QIODevice::WriteOnly) && file.write(mdlRecords::Bytes(Plain(First, Last))) >= 0
+                   ? file.fileName()
+                   : QString();
+    }
     /// Presses the dialog's button as soon as the board numbered Number tells of its first record.
     void CancelAtRecordOf(qint32 BBS_ID)
     {
@@ -73,6 +81,13 @@ private Q_SLOTS:
     void CancelOnTheLastBoardAsksNothing();
     void ClosingTheWindowLeavesEverythingBe();
     void ASecondRunWaitsForItsTurn();
+    void ImportQuestion_data();
+    void ImportQuestion();
+    void ManyFilesStayInTheQuestion();
+    void ImportAsksForFiles();
+    void ImportSummaries_data();
+    void ImportSummaries();
+    void CancelOfAnImportLeavesOutTheRest();
     void OtherCommands();
     void RefusalsOfTheDatabaseAreTold();
 };
@@ -219,6 +234,137 @@ void tst_LoadDrivers::ASecondRunWaitsForItsTurn()
     fixture.Drivers.ExecuteCommand(7);
     QCOMPARE(fixture.Server.Requests().size(), 1);
     QCOMPARE(fixture.Host.Events.filter(u"receive"_s).size(), 1);
+}
+
+void tst_LoadDrivers::ImportQuestion_data()
+{
+    QTest::addColumn<QString>("own");   // the pattern of board 3
+    QTest::addColumn<QString>("other"); // of board 5
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("isOther");
+    QTest::newRow("no patterns") << u""_s << u""_s << u"a.txt"_s << false;
+    QTest::newRow("its own") << u"keyaki*"_s << u""_s << u"keyaki1.txt"_s << false;
+    QTest::newRow("another's") << u"*"_s << u"KUSU##.*"_s << u"kusu12.log"_s << true;
+    QTest::newRow("another's, not quite") << u"*"_s << u"kusu##.*"_s << u"kusu1.log"_s << false;
+    QTest::newRow("folders do not count") << u""_s << u"*tmp*"_s << u"a.txt"_s << false;
+    QTest::newRow("apostrophe and bar") << u""_s << u"it's|*"_s << u"it's|1.txt"_s << true;
+    QTest::newRow("a pattern that cannot be read") << u"["_s << u"kusu*"_s << u"kusu.txt"_s << true;
+}
+
+void tst_LoadDrivers::ImportQuestion()
+{
+    QFETCH(QString, own);
+    QFETCH(QString, other);
+    QFETCH(bool, isOther);
+    CDriverFixture fixture;
+    for (const auto& [board, pattern] : {std::pair(3, own), std::pair(5, other), std::pair(16, u"[z-a"_s)}) {
+        CBBSProperty property = fixture.Property(board);
+        property.DefaultLogFile = own == u"[" || board != 16 ? pattern : QString();
+        property.SetProperty();
+    }
+    QFETCH(QString, file);
+    const QString paths = u"\r\n\r\n/tmp/x/z.txt\r\n/tmp/x/"_s + file;
+    fixture.Desk.Expect(u"けやき掲示板"_s, Desktop::Answer::No);
+    fixture.Drivers.ImportChosen({u"/tmp/x/z.txt"_s, u"/tmp/x/"_s + file});
+    QVERIFY(fixture.Desk.Verify());
+    const CShownBox& box = fixture.Desk.Boxes.at(0);
+    QCOMPARE(box.Text, (isOther ? u"くすのき掲示板用のログファイルと思われるファイルが指定されています。\r\n"
+                                  "このままけやき掲示板に下記のファイルをインポートしてもよろしいですか？"_s
+                                : u"けやき掲示板に下記のファイルをインポートします。\r\nよろしいですか？"_s)
+                           + paths);
+    QCOMPARE(box.Default, isOther ? Desktop::Answer::No : Desktop::Answer::Yes);
+    QCOMPARE(box.Icon, Desktop::Icon::Information);
+    QCOMPARE(box.Caption, u"Tavora Ver.0.50"_s);
+    QCOMPARE(fixture.Host.Events, QStringList());
+}
+
+void tst_LoadDrivers::ManyFilesStayInTheQuestion()
+{
+    CDriverFixture fixture;
+    QStringList paths;
+    for (int i = 0; i < 1000; ++i)
+        paths << u"/tmp/a\nb%1"_s.arg(i);
+    fixture.Desk.Expect(u"よろしいですか？"_s, Desktop::Answer::No);
+    fixture.Drivers.ImportChosen(paths);
+    QCOMPARE(fixture.Desk.Boxes.at(0).Text.count(u'\n'), 23);
+    QVERIFY(fixture.Desk.Boxes.at(0).Text.endsWith(u"/tmp/a?b19\r\nほか980件"_s));
+}
+
+void tst_LoadDrivers::ImportAsksForFiles()
+{
+    CDriverFixture fixture;
+    const QString types = u"テキストファイル(*.txt;*.log)|*.txt;*.log|LHA書庫ファイル(*.lzh)|*.lzh|全てのファイル(*.*)|*.*"_s;
+    fixture.Desk.ExpectFiles({}, {});
+    fixture.Drivers.ExecuteCommand(1);
+    QCOMPARE(fixture.Desk.Boxes.size(), std::size_t(1));
+    QCOMPARE(fixture.Desk.LastFilter, types);
+
+    CBBSProperty property = fixture.Property();
+    property.DefaultLogFile = u"key*.txt;*.lzh"_s;
+    property.SetProperty();
+    const QString file = fixture.LogFile(u"a.txt"_s, 1, 2);
+    for (int i = 0; i < 2; ++i) {
+        fixture.Desk.ExpectFiles({}, {file});
+        fixture.Desk.Expect(u"けやき掲示板に下記のファイルをインポートします。"_s, Desktop::Answer::Yes);
+        fixture.Drivers.ExecuteCommand(1);
+    }
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Desk.LastFilter, u"けやき掲示板用ログファイル(key*.txt;*.lzh)|key*.txt;*.lzh|"_s + types);
+    QCOMPARE(fixture.Desk.LastFolder, fixture.Folder.path());
+    QCOMPARE(fixture.Host.Events, QStringList({u"import"_s, u"2件インポートしました。"_s, u"ended"_s, u"import"_s,
+                                               u"インポートできるログはありませんでした。"_s, u"ended"_s}));
+    QCOMPARE(fixture.Log(), QStringList({file + u"から0件インポートしました。"_s,
+                                         u"インポートできるログはありませんでした。"_s}));
+    QCOMPARE(fixture.Dialog.windowTitle(), u"完了 - Tavora Ver.0.50"_s);
+    QCOMPARE(fixture.Dialog.Infomation().section(u"\r\n"_s, 0, 0), file + u"のインポート中...(1/1)"_s);
+    QCOMPARE(fixture.Dialog.ButtonMode(), qint16(frmLoadDlg::OkMode));
+}
+
+void tst_LoadDrivers::ImportSummaries_data()
+{
+    QTest::addColumn<QStringList>("files"); // name, and the messages in it; without any there is no such file
+    QTest::addColumn<QString>("summary");
+    QTest::addColumn<bool>("closes");
+    QTest::newRow("one") << QStringList{u"a.txt 1 3"_s} << u"3件インポートしました。"_s << true;
+    QTest::newRow("the sum") << QStringList{u"a.txt 1 3"_s, u"b.txt 2 5"_s} << u"5件インポートしました。"_s << true;
+    QTest::newRow("one is missing") << QStringList{u"a.txt"_s, u"b.txt 2 5"_s} << u"4件インポートしました。"_s << false;
+    QTest::newRow("none is there") << QStringList{u"a.txt"_s} << u"インポートできるログはありませんでした。"_s << false;
+}
+
+/// What had to be left out stands in the dialog only, so it stays then.
+void tst_LoadDrivers::ImportSummaries()
+{
+    QFETCH(QStringList, files);
+    QFETCH(QString, summary);
+    CDriverFixture fixture;
+    QStringList paths;
+    for (const QString& file : files) {
+        const QStringList parts = file.split(u' ');
+        paths << (parts.size() == 1 ? fixture.Folder.filePath(file)
+                                    : fixture.LogFile(parts[0], parts[1].toInt(), parts[2].toInt()));
+    }
+    fixture.App.Option().AutoCloseImportDialog = true;
+    fixture.App.Option().ImportReadMode = true;
+    fixture.Drivers.ImportFiles(4, paths);
+    QCOMPARE(fixture.Host.Events, QStringList({u"import"_s, summary, u"ended"_s}));
+    QCOMPARE(fixture.Log().last(), summary);
+    QTEST(!fixture.Dialog.IsLoad(), "closes");
+    QCOMPARE(fixture.Rows(u"SELECT Count(*) FROM Message WHERE BBS_ID <> 4 OR Read = False"_s), u"0"_s);
+}
+
+void tst_LoadDrivers::CancelOfAnImportLeavesOutTheRest()
+{
+    CDriverFixture fixture;
+    const QStringList files{fixture.LogFile(u"a"_s, 1, 2), fixture.LogFile(u"b"_s, 11, 15), fixture.LogFile(u"c"_s, 21, 22)};
+    connect(&fixture.Board, &CBBS::AddMessage, this, [&](const CMessage& Msg) {
+        if (Msg.ID == 13)
+            fixture.Dialog.reject();
+    });
+    fixture.Drivers.ImportFiles(3, files);
+    QVERIFY(fixture.Desk.Verify());
+    QCOMPARE(fixture.Host.Events, QStringList({u"import"_s, u"処理は中断されました。"_s, u"ended"_s}));
+    QCOMPARE(fixture.Threads(), u"1:1 2:2 11:11 12:12 13:13"_s);
+    QVERIFY(!fixture.Dialog.IsLoad());
 }
 
 void tst_LoadDrivers::OtherCommands()

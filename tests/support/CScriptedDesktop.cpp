@@ -106,8 +106,11 @@ std::optional<QString> CScriptedDesktop::InputBox(const QString& Prompt, const Q
     return answer->Text;
 }
 
-QStringList CScriptedDesktop::OpenFileDialog(const QString& Title, const QString&, const QString&, const QString&)
+QStringList CScriptedDesktop::OpenFileDialog(const QString& Title, const QString& InitialDir, const QString&,
+                                             const QString& Filter)
 {
+    LastFolder = InitialDir;
+    LastFilter = Filter;
     Boxes.push_back({Title, Title});
     const auto answer = Take(Title);
     return answer ? answer->Files : QStringList();

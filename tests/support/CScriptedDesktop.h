@@ -57,6 +57,8 @@ public:
 
     std::vector<CShownBox> Boxes; ///< every box, expected or not
     QStringList Opened;           ///< what ShellOpen and ShellOpenOwn were given, in order
+    QString LastFolder;           ///< where the last file dialog began
+    QString LastFilter;           ///< what it offered
     QString ClipboardText;
     bool IsTrayThere = true;
     bool OpenSucceeds = true; ///< what the two opening calls return
