@@ -337,7 +337,8 @@ void frmView::OnWorkEnded(bool IsCancelled)
 
 void frmView::OnAddMessage(const CMessage& Msg)
 {
-    if (Msg.BBS_ID == m_viewer->CurrentBoard() && m_bbs->IsLoad())
+    // Of an import, which may bring a hundred thousand, the list takes what belongs between its rows.
+    if (Msg.BBS_ID == m_viewer->CurrentBoard() && (m_bbs->IsLoad() || m_viewer->IsWithinBoardList(Msg.ID)))
         m_viewer->AddMessageItem(CViewer::BoardList, Msg);
     if (!Msg.Read)
         m_viewer->UpdateBoardUnreadCaption(Msg.BBS_ID, 1);

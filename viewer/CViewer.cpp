@@ -207,7 +207,8 @@ void CViewer::RefreshAfterRun()
         ShowFirst(BoardList);
 }
 
-/// A receive has added its messages one by one, an import has not: what it brought above the list is added now.
+/// A receive has added its messages one by one, an import only those between others: what it brought above the list is
+/// added now.
 void CViewer::AddNewer()
 {
     const int pageSize = m_app.Option().AddMax;

@@ -65,6 +65,8 @@ public:
     int ErrorOffset() const { return m_errorOffset; }
     /// Adds one message; false when the list has it already.
     bool AddMessageItem(int List, const CMessage& Msg);
+    /// Whether message ID of the board on view has its place between messages that the board list holds.
+    bool IsWithinBoardList(qint32 ID) const { return ID > m_modes.LowestID() && ID < m_modes.HighestID(); }
     /// Takes back messages whose batch could not be committed.
     void WithdrawMessages(const std::vector<CMessage>& Messages);
     /// After a receive or an import: the lists stay as they are, newer messages of the board on view are added, counts,

@@ -105,7 +105,7 @@ void tst_ImportLog::Files_data()
     row("empty", u"log.txt"_s, {}, {}, u"「log.txt」は空のファイルです。"_s);
     row("no log", u"log.txt"_s, "<html>", {},
         u"「log.txt」にはログの区切り行がありません。掲示板のログではないようです。"_s);
-    row("an archive of nothing", u"log.lzh"_s, QByteArray(1, '\0'), {},
+    row("an archive without a log", u"log.lzh"_s, Archive({"readme"}), {},
         u"「log.lzh」には掲示板のログが入っていません。"_s);
 }
 

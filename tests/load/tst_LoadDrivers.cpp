@@ -294,6 +294,7 @@ void tst_LoadDrivers::ImportAsksForFiles()
 {
     CDriverFixture fixture;
     const QString types = u"テキストファイル(*.txt;*.log)|*.txt;*.log|LHA書庫ファイル(*.lzh)|*.lzh|全てのファイル(*.*)|*.*"_s;
+    fixture.Run(u"UPDATE BBS SET DefaultLogFile = ''"_s);
     fixture.Desk.ExpectFiles({}, {});
     fixture.Drivers.ExecuteCommand(1);
     QCOMPARE(fixture.Desk.Boxes.size(), std::size_t(1));
