@@ -6,7 +6,6 @@
 #include "app/Application.h"
 #include "platform/desktop/CFocusRim.h"
 #include "platform/desktop/ShellTarget.h"
-#include "platform/desktop/WindowServices.h"
 #include "platform/desktop/desktop.h"
 #include "settings_ui/PageParts.h"
 
@@ -154,12 +153,14 @@ void CWebSearchPage::OnAddSearch()
     const QString name = EnteredName();
     const QString url = EnteredUrl();
     if (!IsVisibleName(name)) {
-        Refuse(m_txtWebSearchName, u"メニュー文字列が入力されていません。"_s);
+        mdlPage::Refuse(m_app, m_txtWebSearchName, u"メニュー文字列が入力されていません。"_s,
+                        Desktop::Icon::Exclamation);
     } else if (url.isEmpty()) {
-        Refuse(m_txtWebSearchURL, u"URLが入力されていません。"_s);
+        mdlPage::Refuse(m_app, m_txtWebSearchURL, u"URLが入力されていません。"_s, Desktop::Icon::Exclamation);
     } else if (!CanBeKey(name)) {
-        Refuse(m_txtWebSearchName,
-               u"メニュー文字列に「=」は使えません。また、「[」や「;」で始めることはできません。"_s);
+        mdlPage::Refuse(m_app, m_txtWebSearchName,
+                        u"メニュー文字列に「=」は使えません。また、「[」や「;」で始めることはできません。"_s,
+                        Desktop::Icon::Exclamation);
     } else if (!mdlPage::CanBeKept(m_app, m_txtWebSearchName) || !mdlPage::CanBeKept(m_app, m_txtWebSearchURL)) {
         return; // the user knows
     } else if (QTreeWidgetItem* entry = Find(name)) {
@@ -216,13 +217,6 @@ void CWebSearchPage::ShowUrlNote()
     const QString url = EnteredUrl();
     const bool isGood = url.isEmpty() || CanBeOpened(url);
     m_lblUrlNote->setText(isGood ? QString() : u"開けるのは http、https、ftp のアドレスだけです。"_s);
-}
-
-void CWebSearchPage::Refuse(QLineEdit* Field, const QString& Text)
-{
-    m_app.Shell.MessageBox(Text, m_app.AppTitle(), Desktop::Icon::Exclamation);
-    Field->setFocus();
-    mdlWindow::SelectAllText(Field);
 }
 
 /// Enter takes what was typed into the list first; the next one closes the dialog.

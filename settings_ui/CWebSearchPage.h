@@ -41,7 +41,6 @@ private:
     QTreeWidgetItem* Selected() const;
     QString EnteredName() const;
     QString EnteredUrl() const;
-    void Refuse(QLineEdit* Field, const QString& Text);
 
     Application& m_app;
     QTreeWidget* m_lsvWebSearch = nullptr;

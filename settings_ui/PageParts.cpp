@@ -6,7 +6,6 @@
 #include "app/Application.h"
 #include "controls/uSpinButton.h"
 #include "platform/desktop/WindowServices.h"
-#include "platform/desktop/desktop.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -49,9 +48,9 @@ void ShowNumber(uSpinButton& Spin, qint32 Value, qint32 Least, qint32 Most)
     Spin.SetValue(Value);
 }
 
-bool Refuse(Application& App, QWidget* Field, const QString& Text)
+bool Refuse(Application& App, QWidget* Field, const QString& Text, Desktop::Icon BoxIcon)
 {
-    App.Shell.MessageBox(Text, App.AppTitle(), Desktop::Icon::Information);
+    App.Shell.MessageBox(Text, App.AppTitle(), BoxIcon);
     Field->setFocus();
     mdlWindow::SelectAllText(Field);
     return false;

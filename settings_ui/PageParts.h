@@ -4,6 +4,8 @@
 #ifndef SETTINGS_UI_PAGEPARTS_H
 #define SETTINGS_UI_PAGEPARTS_H
 
+#include "platform/desktop/desktop.h"
+
 #include <QString>
 
 class Application;
@@ -38,7 +40,7 @@ QLabel* LongNote(const QString& Text, QWidget* Page);
 void ShowNumber(uSpinButton& Spin, qint32 Value, qint32 Least, qint32 Most);
 
 /// Tells Text and puts the focus on Field, its text selected. Always false.
-bool Refuse(Application& App, QWidget* Field, const QString& Text);
+bool Refuse(Application& App, QWidget* Field, const QString& Text, Desktop::Icon BoxIcon = Desktop::Icon::Information);
 
 /// Whether the settings file can hold what stands in Field. Where not, Refuse has told it.
 bool CanBeKept(Application& App, QLineEdit* Field);

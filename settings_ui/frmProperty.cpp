@@ -263,6 +263,8 @@ bool frmProperty::ApplyAll()
 
 void frmProperty::ApplyToDatabase()
 {
+    if (!m_app.LogDB())
+        return;
     // The options of a file that cannot be written can be changed all the same.
     const auto isChanged = [](const CPropertyPage* Page) { return Page->HasChanges(); };
     const bool isToWrite =
