@@ -73,6 +73,7 @@ CBoardPage::CBoardPage(Application& App, CBBSProperty& Board, QWidget* Parent)
     auto* form = new QFormLayout(this);
     BuildTexts(*form);
     m_uspnMaxCount = Named(new uSpinButton(this), u"uspnMaxCount"_s);
+    m_uspnMaxCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(u"ログ保存数(&M):"_s, m_uspnMaxCount);
     m_chkVisitLoad = Named(new QCheckBox(u"巡回受信の対象にする(&V)"_s, this), u"chkVisitLoad"_s);
     form->addRow(m_chkVisitLoad);

@@ -9,6 +9,7 @@
 #include "platform/desktop/desktop.h"
 #include "settings_ui/COptionArray.h"
 #include "settings_ui/PageParts.h"
+#include "store/Recovery.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -43,20 +45,14 @@ const std::array<CPersonal, 4> Personal = {{
      u"自分のホームページ"_s},
 }};
 
-QString Rule()
-{
-    return u"掲示板は「,」「;」「%」を区切りの記号と間違えるため、全角の「，」「；」「％」にして保存します。"_s;
-}
+/// Whether Text would lose characters to "?", which is what boards know instead of them.
+bool Loses(const QString& Text) { return CBBSProperty::StoredText(Text).count(u'?') > Text.count(u'?'); }
 
-/// What Text becomes in the cookie, as a sentence; empty when it stays as it is. A password is not told.
-QString Warning(const CPersonal& Kind, const QString& Text)
+/// How Text will stand in the cookie; empty when it stays as it is.
+QString Preview(const QString& Text)
 {
     const QString stored = CBBSProperty::StoredText(Text);
-    if (stored == Text)
-        return {};
-    if (Kind.IsSecret)
-        return Kind.Word + u"の「,」「;」「%」は全角に、掲示板で使えない文字は「?」になります。"_s;
-    return Kind.Word + u"は「"_s + stored + u"」と保存されます。"_s;
+    return stored == Text ? QString() : u"「"_s + stored + u"」と保存されます。"_s;
 }
 
 } // namespace
@@ -65,12 +61,13 @@ CCookiePage::CCookiePage(Application& App, CBBSProperty& Board, QWidget* Parent)
     : CPropertyPage(Parent)
     , m_app(App)
     , m_board(Board)
-    , m_uspnViewCount(Named(new uSpinButton(this), u"uspnViewCount"_s))
-    , m_uspnDownloadCount(Named(new uSpinButton(this), u"uspnDownloadCount"_s))
 {
     auto* form = new QFormLayout(this);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(BuildPersonal());
+    m_uspnViewCount = Named(new uSpinButton(this), u"uspnViewCount"_s);
     form->addRow(u"1ページあたりの表示記事数(&V):"_s, m_uspnViewCount);
+    m_uspnDownloadCount = Named(new uSpinButton(this), u"uspnDownloadCount"_s);
     form->addRow(u"一度にダウンロードするログの記事数(&D):"_s, m_uspnDownloadCount);
     m_optViewOrder =
         new COptionArray(u"ViewOrder"_s, u"表示順(&O)"_s, {u"新しい → 古い(&1)"_s, u"古い → 新しい(&2)"_s}, this);
@@ -88,7 +85,6 @@ QGroupBox* CCookiePage::BuildPersonal()
     auto* form = new QFormLayout(personal);
     for (std::size_t text = 0; text < TextCount; ++text) {
         m_texts[text] = Named(new QLineEdit(personal), Personal[text].Box);
-        m_texts[text]->setToolTip(Rule());
         m_texts[text]->setEchoMode(Personal[text].IsSecret ? QLineEdit::Password : QLineEdit::Normal);
         form->addRow(Personal[text].Caption, m_texts[text]);
         connect(m_texts[text], &QLineEdit::textChanged, this, &CCookiePage::OnTextChanged);
@@ -96,7 +92,7 @@ QGroupBox* CCookiePage::BuildPersonal()
     m_lblNote = Named(new QLabel(personal), u"lblNote"_s);
     m_lblNote->setTextFormat(Qt::PlainText);
     m_lblNote->setWordWrap(true);
-    m_lblNote->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblNote->setMinimumHeight(2 * m_lblNote->fontMetrics().lineSpacing()); // nothing moves when a note appears
     m_cmdAllBBS = Named(new QPushButton(u"全ての掲示板に適応する(&S)"_s, personal), u"cmdAllBBS"_s);
     connect(m_cmdAllBBS, &QPushButton::clicked, this, &CCookiePage::ApplyToAll);
     auto* bottom = new QHBoxLayout;
@@ -108,38 +104,44 @@ QGroupBox* CCookiePage::BuildPersonal()
 
 void CCookiePage::Load()
 {
-    m_visitor = m_board.Visitor();
-    for (std::size_t text = 0; text < TextCount; ++text) {
-        const QString& value = m_visitor.*Personal[text].Value;
-        m_texts[text]->setMaxLength(std::max(MaxText, int(value.size())));
-        m_texts[text]->setText(value);
-        m_texts[text]->setCursorPosition(0);
-    }
+    ShowVisitor(m_board.Visitor());
     mdlPage::ShowNumber(*m_uspnViewCount, m_viewCount = m_board.ViewCount(), 1, MostMessages);
     mdlPage::ShowNumber(*m_uspnDownloadCount, m_downloadCount = m_board.DownloadCount(), 1, MostMessages);
     m_optViewOrder->Choose(m_board.ViewOrder());
     m_optNoReadView->Choose(m_board.NoReadView());
     m_viewOrder = m_optViewOrder->Chosen();
     m_noReadView = m_optNoReadView->Chosen();
-    m_cmdAllBBS->setEnabled(false);
 }
 
-void CCookiePage::Tell(const QString& Text)
+void CCookiePage::ShowVisitor(const CVisitor& Visitor)
 {
-    m_lblNote->setText(Text);
-    m_lblNote->setToolTip(Text);
+    m_visitor = Visitor;
+    for (std::size_t text = 0; text < TextCount; ++text) {
+        const QString& value = m_visitor.*Personal[text].Value;
+        m_texts[text]->setMaxLength(std::max(MaxText, int(value.size())));
+        m_texts[text]->setText(value);
+        m_texts[text]->setCursorPosition(0);
+    }
+    m_cmdAllBBS->setEnabled(false);
 }
 
 void CCookiePage::OnTextChanged()
 {
     m_cmdAllBBS->setEnabled(true);
-    QStringList warnings;
+    bool isWidened = false;
+    bool isLossy = false;
     for (std::size_t text = 0; text < TextCount; ++text) {
-        if (IsChanged(text))
-            warnings << Warning(Personal[text], m_texts[text]->text());
+        const QString typed = m_texts[text]->text();
+        m_texts[text]->setToolTip(IsChanged(text) && !Personal[text].IsSecret ? Preview(typed) : QString());
+        isWidened |= IsChanged(text) && typed.contains(QRegularExpression(u"[,;%]"_s));
+        isLossy |= IsChanged(text) && Loses(typed);
     }
-    warnings.removeAll(QString());
-    Tell(warnings.join(u'\n'));
+    QStringList notes;
+    if (isWidened)
+        notes << u"「,」「;」「%」は全角で保存されます。"_s;
+    if (isLossy)
+        notes << u"掲示板で使えない文字は「?」になります。"_s;
+    m_lblNote->setText(notes.join(u'\n'));
 }
 
 bool CCookiePage::IsChanged(std::size_t Text) const { return m_texts[Text]->text() != m_visitor.*Personal[Text].Value; }
@@ -160,23 +162,23 @@ bool CCookiePage::Validate()
 bool CCookiePage::MayLose(std::size_t Text)
 {
     const QString typed = m_texts[Text]->text();
-    const QString stored = CBBSProperty::StoredText(typed);
-    if (stored.count(u'?') <= typed.count(u'?'))
+    if (!Loses(typed))
         return true;
     const auto answer = m_app.Shell.MessageBox(
         Personal[Text].Word + u"に掲示板で使えない文字があります。\r\n「?」に置き換えて保存してもよろしいですか？"_s,
         m_app.AppTitle(), Desktop::Icon::Exclamation, Desktop::Buttons::OkCancel, Desktop::Answer::Cancel);
     if (answer != Desktop::Answer::Ok)
         return false;
-    m_texts[Text]->setText(stored);
+    m_texts[Text]->setText(CBBSProperty::StoredText(typed));
     return true;
 }
 
+/// The texts in the forms in which cookies give them back.
 CVisitor CCookiePage::Entered() const
 {
     CVisitor visitor;
     for (std::size_t text = 0; text < TextCount; ++text)
-        visitor.*Personal[text].Value = m_texts[text]->text();
+        visitor.*Personal[text].Value = CBBSProperty::StoredText(m_texts[text]->text());
     return visitor;
 }
 
@@ -196,37 +198,40 @@ void CCookiePage::Apply()
     if (m_optNoReadView->Chosen() != m_noReadView)
         isKept = m_board.SetNoReadView(m_optNoReadView->Chosen()) && isKept;
     if (!isKept)
-        m_app.Shell.MessageBox(u"クッキーを保存できませんでした。"_s, m_app.AppTitle(), Desktop::Icon::Exclamation);
+        Warn(u"クッキーを保存できませんでした。"_s);
 }
 
-/// Takes effect at once: what Cancel of the dialog gives back is what stands there from now on.
+/// Takes effect at once: what Cancel of the dialog leaves is what stands there from now on.
 void CCookiePage::ApplyToAll()
 {
     if (!Validate())
         return;
-    const QStringList failed = StoreEverywhere();
-    m_visitor = m_board.Visitor();
-    OnTextChanged();
-    m_cmdAllBBS->setEnabled(false);
-    if (failed.isEmpty())
-        Tell(u"全ての掲示板に適応しました。"_s);
-    else
-        m_app.Shell.MessageBox(u"次の掲示板には適応できませんでした。\r\n"_s + failed.join(u"\r\n"_s), m_app.AppTitle(),
-                               Desktop::Icon::Exclamation);
+    try {
+        const CVisitor visitor = Entered();
+        const QStringList failed = StoreEverywhere(visitor);
+        ShowVisitor(visitor);
+        m_lblNote->setText(failed.isEmpty() ? u"全ての掲示板に適応しました。"_s : QString());
+        if (!failed.isEmpty())
+            Warn(u"次の掲示板には適応できませんでした。\r\n"_s + failed.join(u"\r\n"_s));
+    } catch (const dao::Error& error) {
+        Warn(mdlStore::RefusalText(error));
+    }
 }
 
 /// Stores the texts for every board that has an address, hidden ones too. The names of those where that failed.
-QStringList CCookiePage::StoreEverywhere()
+QStringList CCookiePage::StoreEverywhere(const CVisitor& Visitor)
 {
     QStringList failed;
-    if (!m_app.LogDB())
-        return failed;
-    const CVisitor visitor = Entered();
     const auto rows = m_app.LogDB()->OpenRecordset(u"SELECT BBS_ID FROM BBS"_s);
     for (; !rows->Eof(); rows->MoveNext()) {
         CBBSProperty board(m_app);
-        if (board.GetProperty(rows->Long(0)) && !board.URL.isEmpty() && !board.SetVisitor(visitor))
+        if (board.GetProperty(rows->Long(0)) && !board.URL.isEmpty() && !board.SetVisitor(Visitor))
             failed << board.Name;
     }
     return failed;
+}
+
+void CCookiePage::Warn(const QString& Text)
+{
+    m_app.Shell.MessageBox(Text, m_app.AppTitle(), Desktop::Icon::Exclamation);
 }

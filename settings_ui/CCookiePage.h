@@ -44,13 +44,14 @@ private:
     static constexpr std::size_t TextCount = 4;
 
     QGroupBox* BuildPersonal();
+    void ShowVisitor(const CVisitor& Visitor);
     void OnTextChanged();
     bool IsChanged(std::size_t Text) const;
     bool MayLose(std::size_t Text);
     CVisitor Entered() const;
     void ApplyToAll();
-    QStringList StoreEverywhere();
-    void Tell(const QString& Text);
+    QStringList StoreEverywhere(const CVisitor& Visitor);
+    void Warn(const QString& Text);
 
     Application& m_app;
     CBBSProperty& m_board;

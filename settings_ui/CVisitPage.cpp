@@ -78,13 +78,23 @@ void CVisitPage::Apply()
         m_app.LogDB()->Execute(u"UPDATE BBS   SET VisitLoad = True WHERE BBS_ID IN ("_s + chosen + u')');
 }
 
+/// The flag in the database. A database that does not answer now is told of by OK.
+bool CVisitPage::StoredVisit(qint32 BBS_ID) const
+{
+    try {
+        const auto row =
+            m_app.LogDB()->OpenRecordset(u"SELECT VisitLoad  FROM BBS WHERE BBS_ID = "_s + QString::number(BBS_ID));
+        return !row->Eof() && row->Boolean(0);
+    } catch (const dao::Error&) {
+        return false;
+    }
+}
+
 void CVisitPage::AddBoard(qint32 BBS_ID, const QString& Name)
 {
-    if (!m_app.LogDB() || mdlBoardItems::RowOf(*m_lstVisitLoad, BBS_ID) >= 0)
+    if (mdlBoardItems::RowOf(*m_lstVisitLoad, BBS_ID) >= 0)
         return;
-    const auto row =
-        m_app.LogDB()->OpenRecordset(u"SELECT VisitLoad  FROM BBS WHERE BBS_ID = "_s + QString::number(BBS_ID));
-    const bool isOn = !row->Eof() && row->Boolean(0);
+    const bool isOn = StoredVisit(BBS_ID);
     {
         const QSignalBlocker quiet(m_lstVisitLoad);
         mdlBoardItems::InsertByNumber(*m_lstVisitLoad, BBS_ID, Name)->setCheckState(StateOf(isOn));

@@ -35,6 +35,7 @@ Q_SIGNALS:
 private:
     void ToggleByName(QListWidgetItem* Item);
     QString Chosen() const;
+    bool StoredVisit(qint32 BBS_ID) const;
 
     Application& m_app;
     QListWidget* m_lstVisitLoad = nullptr;

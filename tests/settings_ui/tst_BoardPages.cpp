@@ -190,13 +190,15 @@ void tst_BoardPages::WhatIsLostIsAskedOnce()
     CCookiePage& page = f.ShowCookie("?,,,,40");
     const auto note = [&f] { return f.Find<QLabel>(u"lblNote"_s).text(); };
     f.Type(u"txtMail"_s, u"〜50%"_s);
-    QCOMPARE(note(), u"メールは「～50％」と保存されます。"_s);
+    QCOMPARE(note(), u"「,」「;」「%」は全角で保存されます。"_s);
+    QCOMPARE(f.Box(u"txtMail"_s).toolTip(), u"「～50％」と保存されます。"_s);
     f.Type(u"txtPassword"_s, u"geheim,"_s);
-    QVERIFY(note().contains(u"全角"_s) && !note().contains(u"geheim"_s));
+    QCOMPARE(f.Box(u"txtPassword"_s).toolTip(), QString());
     QVERIFY(f.Box(u"txtPassword"_s).displayText() != u"geheim,"_s);
     QVERIFY(page.Validate()); // other forms of the same are no loss
 
     f.Type(u"txtHomePage"_s, u"a😀?"_s);
+    QVERIFY(note().endsWith(u"\n掲示板で使えない文字は「?」になります。"_s));
     f.Desk.Expect(u"自分のホームページに掲示板で使えない文字があります。"_s, Desktop::Answer::Cancel);
     QVERIFY(!page.Validate());
     QCOMPARE(f.Focus(), u"txtHomePage"_s);
