@@ -10,6 +10,7 @@
 #include "mainwin/frmSplash.h"
 #include "platform/desktop/CDesktopQt.h"
 #include "query/frmSQL.h"
+#include "settings_ui/frmProperty.h"
 #include "tests/gui/CWindowFixture.h"
 
 #include <QAbstractButton>
@@ -206,6 +207,17 @@ void tst_Accessibility::Modal_data()
     row(
         "query", [](CWindowFixture& F) { frmSQL(*F.App, F.Window.get()).ShowSQL(u"SELECT 1"_s, F.Window.get()); },
         u"txtSQL picBar cmbTable lstField cmdExec cmdCancel cmbQuery cmdSave"_s);
+    for (const bool isOfBoard : {false, true}) {
+        for (qint32 tab = 1; tab <= (isOfBoard ? 4 : 6); ++tab) {
+            const auto show = [isOfBoard, tab](CWindowFixture& F) {
+                qint32 number = tab;
+                frmProperty dialog(*F.App, F.Window.get());
+                CBBSProperty& board = F.Viewer().BoardProperty();
+                isOfBoard ? dialog.ShowProperty(board, number) : dialog.ShowOption(board, number);
+            };
+            row(qPrintable(u"%1, page %2"_s.arg(isOfBoard ? u"board"_s : u"options"_s).arg(tab)), show);
+        }
+    }
     row("question", [](CWindowFixture&) {
         CDesktopQt().MessageBox(u"よろしいですか？"_s, u"題"_s, Desktop::Icon::Question, Desktop::Buttons::YesNoCancel,
                                 Desktop::Answer::Yes);
