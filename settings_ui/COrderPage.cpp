@@ -64,7 +64,9 @@ COrderPage::COrderPage(Application& App, const CBBSProperty& InView, QWidget* Pa
 void COrderPage::BuildLists()
 {
     m_lstOrder = Named(new QListWidget(this), u"lstOrder"_s);
+    m_lstOrder->setAccessibleName(u"表示される掲示板"_s); // no screen reader hears of its label
     m_lstAll = Named(new QListWidget(this), u"lstAll"_s);
+    m_lstAll->setAccessibleName(u"登録されている掲示板"_s);
     for (QListWidget* list : {m_lstOrder, m_lstAll}) {
         new CFocusRim(*list);
         list->installEventFilter(this);

@@ -30,6 +30,7 @@ CVisitPage::CVisitPage(Application& App, QWidget* Parent)
     , m_app(App)
     , m_lstVisitLoad(mdlPage::Named(new QListWidget(this), u"lstVisitLoad"_s))
 {
+    m_lstVisitLoad->setAccessibleName(u"巡回受信をする掲示板"_s); // no screen reader hears of its label
     new CFocusRim(*m_lstVisitLoad);
     auto* label = new QLabel(u"巡回受信をする掲示板(&V):"_s, this);
     label->setBuddy(m_lstVisitLoad);

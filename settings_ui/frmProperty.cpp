@@ -21,7 +21,7 @@
 #include "settings_ui/CWebSearchPage.h"
 #include "store/Recovery.h"
 
-#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -60,17 +60,20 @@ void frmProperty::BuildFrame()
 {
     m_tabStrip = new QTabWidget(this);
     m_tabStrip->setObjectName(u"TabStrip"_s);
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* ok = buttons->addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
+    auto* ok = new QPushButton(u"OK"_s, this);
     ok->setObjectName(u"cmdOK"_s);
     ok->setDefault(true);
-    QPushButton* cancel = buttons->addButton(u"キャンセル"_s, QDialogButtonBox::RejectRole);
+    auto* cancel = new QPushButton(u"キャンセル"_s, this);
     cancel->setObjectName(u"cmdCancel"_s);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabStrip, 1);
-    layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmProperty::OnOK);
-    connect(buttons, &QDialogButtonBox::rejected, this, &frmProperty::reject);
+    layout->addLayout(buttons);
+    connect(ok, &QPushButton::clicked, this, &frmProperty::OnOK);
+    connect(cancel, &QPushButton::clicked, this, &frmProperty::reject);
 
     const auto onKey = [this](QKeyCombination Key, int Step) {
         connect(new QShortcut(QKeySequence(Key), this), &QShortcut::activated, this, [this, Step] { StepTab(Step); });
