@@ -49,17 +49,29 @@ frmProperty::frmProperty(Application& App, QWidget* Owner)
     setModal(true);
     if (Owner)
         setWindowIcon(Owner->windowIcon());
-    BuildFrame();
+    BuildTabs();
 }
 
 frmProperty::~frmProperty() = default;
 
 // Building
 
-void frmProperty::BuildFrame()
+void frmProperty::BuildTabs()
 {
     m_tabStrip = new QTabWidget(this);
     m_tabStrip->setObjectName(u"TabStrip"_s);
+    const auto onKey = [this](QKeyCombination Key, int Step) {
+        connect(new QShortcut(QKeySequence(Key), this), &QShortcut::activated, this, [this, Step] { StepTab(Step); });
+    };
+    onKey(Qt::CTRL | Qt::Key_Tab, 1);
+    onKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+    onKey(Qt::CTRL | Qt::Key_PageDown, 1);
+    onKey(Qt::CTRL | Qt::Key_PageUp, -1);
+}
+
+/// After the pages, so that Tab goes from their last field to OK.
+void frmProperty::BuildButtons()
+{
     auto* ok = new QPushButton(u"OK"_s, this);
     ok->setObjectName(u"cmdOK"_s);
     ok->setDefault(true);
@@ -69,19 +81,11 @@ void frmProperty::BuildFrame()
     buttons->addStretch(1);
     buttons->addWidget(ok);
     buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_tabStrip, 1);
-    layout->addLayout(buttons);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(m_tabStrip, 1);
+    all->addLayout(buttons);
     connect(ok, &QPushButton::clicked, this, &frmProperty::OnOK);
     connect(cancel, &QPushButton::clicked, this, &frmProperty::reject);
-
-    const auto onKey = [this](QKeyCombination Key, int Step) {
-        connect(new QShortcut(QKeySequence(Key), this), &QShortcut::activated, this, [this, Step] { StepTab(Step); });
-    };
-    onKey(Qt::CTRL | Qt::Key_Tab, 1);
-    onKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
-    onKey(Qt::CTRL | Qt::Key_PageDown, 1);
-    onKey(Qt::CTRL | Qt::Key_PageUp, -1);
 }
 
 void frmProperty::AddPage(int Number, const QString& Caption, CPropertyPage* Page)
@@ -154,6 +158,7 @@ bool frmProperty::ShowProperty(CBBSProperty& Board, qint32& InitialTab)
 
 bool frmProperty::Show(qint32& InitialTab)
 {
+    BuildButtons();
     if (!LoadPages())
         return false;
     m_tabStrip->setCurrentIndex(qBound(0, InitialTab - 1, m_tabStrip->count() - 1));

@@ -38,7 +38,8 @@ public:
     bool eventFilter(QObject* Watched, QEvent* Event) override;
 
 private:
-    void BuildFrame();
+    void BuildTabs();
+    void BuildButtons();
     void AddPage(int Number, const QString& Caption, CPropertyPage* Page);
     void AddOptionPages();
     void AddBoardPages(CBBSProperty& Board);

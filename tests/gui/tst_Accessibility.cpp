@@ -17,6 +17,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QSet>
 #include <QTimer>
@@ -63,6 +64,23 @@ QList<QWidget*> Focusable(const QWidget& Window, Qt::FocusPolicy Policy)
     return found;
 }
 
+/// Access keys that two of the things to be seen have: neither would get it.
+QStringList KeyFaults(const QWidget& Window)
+{
+    QStringList keys;
+    QStringList faults;
+    for (const QWidget* widget : Window.findChildren<QWidget*>()) {
+        const QString name = widget->property("text").isValid() ? u"text"_s : u"title"_s;
+        const QKeySequence key = QKeySequence::mnemonic(widget->property(name.toLatin1()).toString());
+        if (key.isEmpty() || !widget->isVisible() || !widget->isEnabled() || qobject_cast<const QLineEdit*>(widget))
+            continue;
+        if (keys.contains(key.toString()))
+            faults << u"twice: "_s + key.toString();
+        keys << key.toString();
+    }
+    return faults;
+}
+
 /// What a reader who does not see the window could not tell apart.
 QStringList Faults(const QWidget& Window)
 {
@@ -80,7 +98,7 @@ QStringList Faults(const QWidget& Window)
             faults << u"no buddy: "_s + label->text();
     }
     faults.removeDuplicates();
-    return faults;
+    return faults + KeyFaults(Window);
 }
 
 /// The stops of one round with Tab (or Shift+Tab), beginning at the one that has the focus.
@@ -215,7 +233,13 @@ void tst_Accessibility::Modal_data()
                 CBBSProperty& board = F.Viewer().BoardProperty();
                 isOfBoard ? dialog.ShowProperty(board, number) : dialog.ShowOption(board, number);
             };
-            row(qPrintable(u"%1, page %2"_s.arg(isOfBoard ? u"board"_s : u"options"_s).arg(tab)), show);
+            const bool isFirst = tab == 1 && !isOfBoard;
+            row(qPrintable(u"%1, page %2"_s.arg(isOfBoard ? u"board"_s : u"options"_s).arg(tab)), show,
+                isFirst
+                    ? u"uspnAddMax uspnReadTiming txtReplyHeader txtDateFormat txtIconFilePath cmdBrowseIconFilePath "
+                      "chkNoReadBold chkSaveSQLDialogPosition chkAddTaskTray chkHideAtMinimazed cmdOK cmdCancel "
+                      "qt_tabwidget_tabbar"_s
+                    : QString());
         }
     }
     row("question", [](CWindowFixture&) {
