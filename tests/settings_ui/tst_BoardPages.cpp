@@ -150,7 +150,10 @@ void tst_BoardPages::TheRowIsEdited()
     page.SetVisit(true);
     QTest::keyClick(&f.Button(u"chkVisitLoad"_s), Qt::Key_Space);
     QCOMPARE(toggled, QList<QVariantList>{{false}});
-    f.Change(u"optHitokoto0"_s, {});
+    f.Button(u"chkVisitLoad"_s).setFocus();
+    QTest::keyClick(&f.Button(u"chkVisitLoad"_s), Qt::Key_Tab);
+    QCOMPARE(f.Focus(), u"optHitokoto1"_s);
+    QTest::keyClick(&f.Button(u"optHitokoto1"_s), Qt::Key_Left);
     f.Change(u"uspnMaxCount"_s, u"123"_s);
     f.Change(u"txtName"_s, u" 名前'|\n"_s);
     f.Change(u"txtURL"_s, u"http://example.com/y.cgi\n"_s);
