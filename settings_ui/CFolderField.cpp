@@ -45,8 +45,9 @@ bool CFolderField::Validate()
 
 void CFolderField::Choose()
 {
-    const QString chosen = m_app.Shell.FolderDialog(m_label, mdlPath::DiskPath(Folder()));
+    const QString chosen = m_app.Shell.FolderDialog(m_label + u"の選択"_s, mdlPath::DiskPath(Folder()));
     if (!chosen.isEmpty())
         m_box->setText(mdlPath::AddBackslash(chosen));
     m_box->setFocus();
+    m_box->selectAll();
 }

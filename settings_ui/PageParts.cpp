@@ -20,7 +20,7 @@ QLabel* AddField(QGridLayout& Form, const QString& Caption, QWidget* Field, QWid
 {
     const int row = Form.rowCount();
     auto* label = new QLabel(Caption, Field->parentWidget());
-    label->setBuddy(Field);
+    label->setBuddy(Field->focusProxy() ? Field->focusProxy() : Field); // one that takes no focus itself is no buddy
     Form.addWidget(label, row, 0);
     Form.addWidget(Field, row, 1);
     if (Behind)

@@ -94,7 +94,7 @@ QStringList Faults(const QWidget& Window)
     }
     for (const QLabel* label : Window.findChildren<QLabel*>()) {
         const bool isMnemonic = label->text().contains(u'&') && label->textFormat() != Qt::PlainText;
-        if (isMnemonic && !label->buddy())
+        if (isMnemonic && (!label->buddy() || label->buddy()->focusPolicy() == Qt::NoFocus))
             faults << u"no buddy: "_s + label->text();
     }
     faults.removeDuplicates();
