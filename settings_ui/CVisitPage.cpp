@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "platform/dao/Database.h"
 #include "platform/desktop/CFocusRim.h"
+#include "settings_ui/CCheckDelegate.h"
 #include "settings_ui/PageParts.h"
 #include "settings_ui/mdlBoardItems.h"
 
@@ -31,6 +32,7 @@ CVisitPage::CVisitPage(Application& App, QWidget* Parent)
     , m_lstVisitLoad(mdlPage::Named(new QListWidget(this), u"lstVisitLoad"_s))
 {
     m_lstVisitLoad->setAccessibleName(u"巡回受信をする掲示板"_s); // no screen reader hears of its label
+    m_lstVisitLoad->setItemDelegate(new CCheckDelegate(m_lstVisitLoad));
     new CFocusRim(*m_lstVisitLoad);
     auto* label = new QLabel(u"巡回受信をする掲示板(&V):"_s, this);
     label->setBuddy(m_lstVisitLoad);
