@@ -46,6 +46,7 @@ void CheckArchive(const QByteArray& Bytes)
 void CheckFile(const QString& FileName, const QByteArray& Bytes)
 {
     QFile file(FileName);
+    file.remove(); // to write over it would wait for the disk
     Demand(file.open(QIODevice::WriteOnly) && file.write(Bytes) == Bytes.size(), "the file can be written");
     file.close();
     CPatience patience;

@@ -42,6 +42,7 @@ extern "C" std::size_t ReadPacked(void* Buffer, std::size_t Size, void* Handle)
         packed.Counted = 0;
         packed.IsStopped = packed.IsStopped || !MayGoOn(packed.GoesOn);
     }
+    std::memset(Buffer, 0, Size); // of what is missing the library looks at some all the same
     if (packed.IsStopped || count == 0)
         return 0;
     std::memcpy(Buffer, packed.Rest.data(), static_cast<std::size_t>(count));
@@ -97,7 +98,7 @@ bool CLzhReader::IsArchive(QByteArrayView Bytes)
     return reader.NextHeader({}).has_value();
 }
 
-/// The header at m_place or, where a stub or a damaged header stands there, the first sound one behind it.
+/// The header at m_place or, where something else or a damaged header stands there, the first sound one behind it.
 std::optional<CLzhHeader> CLzhReader::NextHeader(const CGoesOn& GoesOn)
 {
     qsizetype place = m_place;

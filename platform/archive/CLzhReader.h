@@ -30,7 +30,7 @@ struct CLzhMember
     Fault Problem = Fault::None;
 };
 
-/// Reads an archive of any header level and method, also behind a self-extracting stub, one member at a time.
+/// Reads an archive of any header level and method, also behind a self-extracting program, one member at a time.
 ///
 /// Nothing is believed that the archive says of itself: sizes are counted, checksums are made anew, and nothing is ever
 /// written to a file. Behind a damaged header the next sound one is looked for, so that one bad sector does not cost
