@@ -21,7 +21,10 @@ CInfoLabel::CInfoLabel(QWidget* Parent)
     setTextFormat(Qt::PlainText); // server texts are shown here
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     m_paint.setSingleShot(true);
-    connect(&m_paint, &QTimer::timeout, this, [this] { setUpdatesEnabled(true); });
+    connect(&m_paint, &QTimer::timeout, this, [this] {
+        setUpdatesEnabled(true);
+        repaint(); // one that is only asked for would come after the next record, which forbids it again
+    });
 }
 
 void CInfoLabel::SetLines(const QString& Lines)

@@ -15,6 +15,7 @@
 
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -99,11 +100,13 @@ void CLoadDrivers::ShowImportSummary(const ImportCount& Count)
         m_dialog.UpdateInfo(summary, frmLoadDlg::SummaryLine, true);
 }
 
+/// That of the last import; at first the one where the browser puts what it fetches.
 QString CLoadDrivers::ImportFolder() const
 {
     CIniFile& ini = m_app.SettingsIni();
     ini.SetNowSection(DialogSection());
-    return ini.Data(FolderKey());
+    const QString folder = ini.Data(FolderKey());
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) : folder;
 }
 
 void CLoadDrivers::KeepImportFolder(const QString& Path)
