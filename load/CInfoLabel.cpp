@@ -3,6 +3,8 @@
 
 #include "load/CInfoLabel.h"
 
+#include "load/CPaintPause.h"
+
 #include <QPainter>
 
 namespace
@@ -17,22 +19,16 @@ int LineHeight(const QFontMetrics& Metrics) { return Metrics.lineSpacing() + qMa
 
 CInfoLabel::CInfoLabel(QWidget* Parent)
     : QLabel(Parent)
+    , m_paint(new CPaintPause(*this))
 {
     setTextFormat(Qt::PlainText); // server texts are shown here
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    m_paint.setSingleShot(true);
-    connect(&m_paint, &QTimer::timeout, this, [this] {
-        setUpdatesEnabled(true);
-        repaint(); // one that is only asked for would come after the next record, which forbids it again
-    });
 }
 
 void CInfoLabel::SetLines(const QString& Lines)
 {
-    setUpdatesEnabled(false);
+    m_paint->Hold();
     setText(Lines);
-    if (!m_paint.isActive())
-        m_paint.start(PaintMs);
 }
 
 QString CInfoLabel::ShownLine(int Line) const

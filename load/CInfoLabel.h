@@ -5,7 +5,8 @@
 #define LOAD_CINFOLABEL_H
 
 #include <QLabel>
-#include <QTimer>
+
+class CPaintPause;
 
 /// Plain lines of text; one that is wider than the label ends in "…", so that a long address never widens the dialog.
 class CInfoLabel : public QLabel
@@ -16,12 +17,9 @@ public:
     /// Room is kept for this many lines.
     static constexpr int LineCount = 4;
 
-    /// Milliseconds between two paintings.
-    static constexpr int PaintMs = 30;
-
     explicit CInfoLabel(QWidget* Parent = nullptr);
 
-    /// Sets the lines, separated by LF. They are painted within PaintMs: a run sets them for every record, and painting
+    /// Sets the lines, separated by LF. They are painted a little later: a run sets them for every record, and painting
     /// each time would take longer than the records.
     void SetLines(const QString& Lines);
 
@@ -35,7 +33,7 @@ protected:
     void paintEvent(QPaintEvent* Event) override;
 
 private:
-    QTimer m_paint;
+    CPaintPause* m_paint;
 };
 
 #endif // LOAD_CINFOLABEL_H

@@ -6,6 +6,7 @@
 
 #include "load/CBoardPageView.h"
 #include "load/CInfoLabel.h"
+#include "load/CPaintPause.h"
 #include "load/PageCache.h"
 #include "board/CBBS.h"
 #include "board/CBBSProperty.h"
@@ -69,6 +70,7 @@ void frmLoadDlg::BuildControls()
     m_txtLog->setTabChangesFocus(true);
     new CFocusRim(*m_txtLog);
     m_txtLog->setMaximumBlockCount(MaxLogLines);
+    m_logPaint = new CPaintPause(*m_txtLog);
     m_tabStrip = new QTabWidget(this);
     m_tabStrip->setObjectName(u"TabStrip"_s);
     m_tabStrip->setAccessibleName(u"ログと掲示板のページ"_s);
@@ -146,6 +148,7 @@ void frmLoadDlg::SetInfomation(const QString& NewInfomation)
 
 void frmLoadDlg::AppendLog(const QString& Text)
 {
+    m_logPaint->Hold();
     QTextCursor cursor(m_txtLog->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(Text + u'\n');

@@ -15,6 +15,7 @@ class CBBS;
 class CBBSProperty;
 class CBoardPageView;
 class CInfoLabel;
+class CPaintPause;
 class QPlainTextEdit;
 class QPushButton;
 class QTabWidget;
@@ -91,6 +92,7 @@ private:
     CInfoLabel* m_lblInfo = nullptr;
     QTabWidget* m_tabStrip = nullptr;
     QPlainTextEdit* m_txtLog = nullptr;
+    CPaintPause* m_logPaint = nullptr;
     QPushButton* m_cmdOK = nullptr;
     std::map<qint32, BoardTab> m_tabs; // by board
     QString m_infomation;
