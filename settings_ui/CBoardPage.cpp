@@ -41,13 +41,10 @@ const CTextColumn Columns[] = {
      &mdlBoardCheck::AddressProblem, true},
     {u"HowtouseURL"_s, &CBBSProperty::HowtouseURL, u"txtHowtouseURL"_s, u"掲示板の使い方URL(&R):"_s,
      u"掲示板の使い方URLが入っていません。"_s, nullptr, true},
-    {u"Identifier"_s,
-     &CBBSProperty::Identifier,
-     u"txtIdentifier"_s,
-     u"識別子(I):"_s,
-     {},
+    {u"Identifier"_s, &CBBSProperty::Identifier, u"txtIdentifier"_s, u"識別子(I):"_s, QString(),
      &mdlBoardCheck::IdentifierProblem},
-    {u"DefaultLogFile"_s, &CBBSProperty::DefaultLogFile, u"txtDefaultLogFile"_s, u"ログファイルの形式(&D):"_s, {}},
+    {u"DefaultLogFile"_s, &CBBSProperty::DefaultLogFile, u"txtDefaultLogFile"_s, u"ログファイルの形式(&D):"_s,
+     QString()},
 };
 
 /// Most UTF-16 units that a column takes.
@@ -87,8 +84,6 @@ void CBoardPage::BuildTexts(QFormLayout& Form)
 {
     for (const CTextColumn& column : Columns) {
         auto* box = Named(new QLineEdit(this), column.Box);
-        if (m_app.LogDB())
-            box->setMaxLength(SizeOf(*m_app.LogDB(), column.Column));
         Form.addRow(column.Caption, box);
         m_texts << box;
     }
@@ -97,12 +92,14 @@ void CBoardPage::BuildTexts(QFormLayout& Form)
 void CBoardPage::Load()
 {
     for (qsizetype column = 0; column < m_texts.size(); ++column) {
+        if (m_app.LogDB())
+            m_texts[column]->setMaxLength(SizeOf(*m_app.LogDB(), Columns[column].Column));
         m_texts[column]->setText(m_board.*Columns[column].Value);
         m_texts[column]->setCursorPosition(0);
     }
     mdlPage::ShowNumber(*m_uspnMaxCount, m_board.MaxCount, 1, MostMessages);
     SetVisit(m_board.VisitLoad);
-    m_optHitokoto->Choose(m_board.Hitokoto + 1);
+    m_optHitokoto->Choose(m_board.Hitokoto > 1 ? -1 : m_board.Hitokoto + 1);
 }
 
 bool CBoardPage::IsChanged(qsizetype Column) const { return m_texts[Column]->text() != m_board.*Columns[Column].Value; }

@@ -118,7 +118,7 @@ void tst_BoardPages::OddRowsStay_data()
     QTest::addColumn<QString>("set");
     QTest::newRow("usual") << u"VisitLoad = False"_s;
     QTest::newRow("address") << u"URL = 'ftp://odd=1;2', Identifier = '..\\x'"_s;
-    QTest::newRow("numbers") << u"MaxCount = 2000000000, Hitokoto = 7"_s;
+    QTest::newRow("numbers") << u"MaxCount = 2147483647, Hitokoto = 2147483647"_s;
     QTest::newRow("lower numbers") << u"MaxCount = -3, Hitokoto = -9"_s;
     QTest::newRow("control characters") << u"ShortName = 'a' & Chr(9) & Chr(13) & Chr(10), DefaultLogFile = ''"_s;
 }
