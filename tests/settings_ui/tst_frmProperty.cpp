@@ -406,18 +406,13 @@ void tst_frmProperty::EditingSearches()
 
 void tst_frmProperty::TakesEverythingBack_data()
 {
-    QTest::addColumn<bool>("isOfBoard");
-    QTest::addColumn<bool>("isFolderMissing"); // else the database is held by another program
-    QTest::newRow("options, folder not wanted") << false << true;
-    QTest::newRow("options, database refuses") << false << false;
-    QTest::newRow("board, folder not wanted") << true << true;
-    QTest::newRow("board, database refuses") << true << false;
+    mdlTable::AddRows<bool, bool>("options.json", "TakesBack", {"isOfBoard", "isFolderMissing"});
 }
 
 void tst_frmProperty::TakesEverythingBack()
 {
     QFETCH(bool, isOfBoard);
-    QFETCH(bool, isFolderMissing);
+    QFETCH(bool, isFolderMissing); // else the database is held by another program
     if (isFolderMissing)
         F().App.Option().CacheFilePath = F().Folder.filePath(u"missing"_s); // and without its separator
     const QString before = F().State();
@@ -441,10 +436,8 @@ void tst_frmProperty::TakesEverythingBack()
             visits->item(0)->setCheckState(visits->item(0)->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
             F().Find<QListWidget>(u"lstOrder"_s)->setCurrentRow(2);
             F().Press(u"cmdDelete"_s);
-            if (isFolderMissing)
-                F().Desk.Expect(u"作成しますか？"_s, Desktop::Answer::No);
-            else
-                F().Desk.Expect(QString());
+            F().Desk.Expect(isFolderMissing ? u"作成しますか？"_s : u"'3260'"_s,
+                            isFolderMissing ? Desktop::Answer::No : Desktop::Answer::Ok);
             F().Press(u"cmdOK"_s);
             QVERIFY(F().Dialog->isVisible());
             QCOMPARE(F().State(), before);
@@ -471,7 +464,7 @@ void tst_frmProperty::ReadOnlyDatabase()
     QCOMPARE(F().App.Option().AddMax, 7);
     F().Show([&] {
         F().Find<QListWidget>(u"lstVisitLoad"_s)->item(0)->setCheckState(Qt::Unchecked);
-        F().Desk.Expect(QString());
+        F().Desk.Expect(u"'3027'"_s);
         F().Press(u"cmdOK"_s);
         QVERIFY(F().Dialog->isVisible());
     });
