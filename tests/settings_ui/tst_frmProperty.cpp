@@ -84,8 +84,10 @@ struct CDialogFixture
     void Key(const QString& Name) const
     {
         const QKeyCombination key = QKeySequence(Name)[0];
-        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
+        QWidget* focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : Dialog, key.key(), key.keyboardModifiers());
     }
+    Desktop::Icon LastIcon() const { return Desk.Boxes.empty() ? Desktop::Icon::None : Desk.Boxes.back().Icon; }
 
     /// Types Text over what a field holds ("@" is the folder), or turns a check box over.
     void Change(const QString& Name, QString Text = {}) const
@@ -235,7 +237,7 @@ void tst_frmProperty::Refusals()
             QVERIFY(F().Dialog->isVisible());
             QCOMPARE(F().Tabs().currentIndex(), tab - 1);
             QCOMPARE(QApplication::focusWidget(), F().Find<QWidget>(field));
-            QCOMPARE(F().Desk.Boxes.back().Icon, Desktop::Icon::Information);
+            QCOMPARE(F().LastIcon(), Desktop::Icon::Information);
         }
     }));
     QCOMPARE(F().Tab, tab);
@@ -353,7 +355,7 @@ void tst_frmProperty::NewSearches()
                                                                                             : Desktop::Answer::Ok);
         F().Press(u"cmdAddSearch"_s);
         if (!box.isEmpty())
-            QCOMPARE(F().Desk.Boxes.back().Icon == Desktop::Icon::Exclamation, !box.contains(u"保存"));
+            QCOMPARE(F().LastIcon() == Desktop::Icon::Exclamation, !box.contains(u"保存"));
         F().Press(u"cmdOK"_s);
     }));
     const qsizetype place = lines.indexOf(u"one(&1)=http://www.example.com/?q=%s"_s);
