@@ -61,6 +61,7 @@ private Q_SLOTS:
     void DeleteAndClear();
     void ManyChanges();
     void NothingTearsALine();
+    void WhatTheFileCanHold();
     void InitData_data();
     void InitData();
     void Saving_data();
@@ -193,6 +194,18 @@ void tst_CIniFile::NothingTearsALine()
     QCOMPARE(again.Data(u"a=b"_s), u"1  [C] x=2"_s);
     QCOMPARE(again.Data(u"[key]"_s), u"="_s);
     QCOMPARE(again.Data(u";key"_s), u"x y"_s);
+}
+
+/// A wave dash as other input methods type it goes into code page 932; a yen sign does not, a backslash is no yen.
+void tst_CIniFile::WhatTheFileCanHold()
+{
+    const CIniFolder plain(QByteArray("[A]\r\n"));
+    const CIniFolder marked(QByteArray("\xEF\xBB\xBF[A]\r\n"));
+    for (const auto& [text, isHeld] :
+         {std::pair(u"表〜①"_s, true), {u"¥"_s, false}, {u"안녕"_s, false}, {u"😀"_s, false}}) {
+        QCOMPARE(Loaded(plain, u"A"_s).CanHold(text), isHeld);
+        QVERIFY(Loaded(marked, u"A"_s).CanHold(text));
+    }
 }
 
 void tst_CIniFile::InitData_data()
