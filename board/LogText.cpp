@@ -22,14 +22,32 @@ using CDecode = QString (*)(QByteArrayView);
 
 QString FromUtf8(QByteArrayView Bytes) { return QString::fromUtf8(Bytes); }
 
-/// A UTF-8 text may end in the middle of a character where it was cut; the line is lost anyway.
-bool IsUtf8(QByteArrayView Bytes)
+/// Takes a piece off the front of Rest, about a megabyte that ends with a line: LF is part of no other character in
+/// either encoding.
+QByteArrayView TakePiece(QByteArrayView& Rest)
 {
-    const QByteArrayView lines = Bytes.first(Bytes.lastIndexOf('\n') + 1);
-    return text::IsValidUtf8(lines.isEmpty() ? Bytes : lines) && !text::IsValid932(Bytes);
+    const qsizetype end = Rest.size() > Portion ? Rest.indexOf('\n', Portion) : -1;
+    const QByteArrayView piece = Rest.first(end < 0 ? Rest.size() : end + 1);
+    Rest = Rest.sliced(piece.size());
+    return piece;
 }
 
-/// Decodes in pieces that end with a line: LF is part of no other character in either encoding.
+/// Whether Bytes is UTF-8 and no code page 932. The last line does not count where others are: where a text was cut, it
+/// may end within a character.
+bool IsUtf8(QByteArrayView Bytes, const std::function<bool()>& GoesOn)
+{
+    const qsizetype lines = Bytes.lastIndexOf('\n') + 1;
+    QByteArrayView rest = lines > 0 ? Bytes.first(lines) : Bytes;
+    bool isNo932 = false;
+    while (!rest.isEmpty() && (!GoesOn || GoesOn())) {
+        const QByteArrayView piece = TakePiece(rest);
+        if (!text::IsValidUtf8(piece))
+            return false;
+        isNo932 = isNo932 || !text::IsValid932(piece);
+    }
+    return isNo932;
+}
+
 QString DecodeLines(QByteArrayView Bytes, CDecode DecodePiece, const std::function<bool()>& GoesOn)
 {
     QString result;
@@ -37,10 +55,7 @@ QString DecodeLines(QByteArrayView Bytes, CDecode DecodePiece, const std::functi
     while (!Bytes.isEmpty()) {
         if (GoesOn && !GoesOn())
             return {};
-        const qsizetype end = Bytes.size() > Portion ? Bytes.indexOf('\n', Portion) : -1;
-        const qsizetype size = end < 0 ? Bytes.size() : end + 1;
-        result += DecodePiece(Bytes.first(size));
-        Bytes = Bytes.sliced(size);
+        result += DecodePiece(TakePiece(Bytes));
     }
     return result;
 }
@@ -52,7 +67,7 @@ QString DecodeBytes(const QByteArray& Bytes, const std::function<bool()>& GoesOn
         return QStringDecoder(*encoding)(Bytes);
     if (encoding == QStringConverter::Utf8)
         return DecodeLines(QByteArrayView(Bytes).sliced(3), FromUtf8, GoesOn);
-    return DecodeLines(Bytes, IsUtf8(Bytes) ? FromUtf8 : text::From932, GoesOn);
+    return DecodeLines(Bytes, IsUtf8(Bytes, GoesOn) ? FromUtf8 : text::From932, GoesOn);
 }
 
 /// Whether Text has a separator between line ends that are Break; the one behind the very last may be missing.
@@ -67,13 +82,17 @@ QString WithCrLf(const QString& Text, QChar Break)
 {
     QString result;
     result.reserve(Text.size() + Text.count(Break));
-    for (qsizetype i = 0; i < Text.size(); ++i) {
-        const bool isPair = Break == u'\n' ? i > 0 && Text[i - 1] == u'\r' : Text.mid(i + 1, 1) == u"\n";
-        if (Text[i] == Break && !isPair)
-            result += u"\r\n"_s;
-        else
-            result += Text[i];
+    qsizetype done = 0;
+    for (qsizetype i = Text.indexOf(Break); i >= 0; i = Text.indexOf(Break, i + 1)) {
+        const bool isPair =
+            Break == u'\n' ? i > 0 && Text[i - 1] == u'\r' : i + 1 < Text.size() && Text[i + 1] == u'\n';
+        if (isPair)
+            continue;
+        result += QStringView(Text).sliced(done, i - done);
+        result += u"\r\n"_s;
+        done = i + 1;
     }
+    result += QStringView(Text).sliced(done);
     return result;
 }
 

@@ -19,8 +19,8 @@ namespace
 
 constexpr qsizetype Portion = 64 * 1024; ///< bytes between two questions whether to go on
 
-/// So many places that only look like a header are tried; a file made of nothing else would take minutes.
-constexpr int MaxDamaged = 10000;
+/// So many places that only look like a header are tried; a file made of nothing else would take a minute.
+constexpr int MaxDamaged = 1000;
 
 bool MayGoOn(const CLzhReader::CGoesOn& GoesOn) { return !GoesOn || GoesOn(); }
 
