@@ -20,8 +20,8 @@
 namespace
 {
 constexpr char FileHeading[] = "# Tavora cookies 1\n";
-/// Room for MaxCookies lines of full length; what lies beyond was not written by this program.
-constexpr qint64 MaxFileBytes = qint64{CCookieStore::MaxCookies} * (CCookieStore::MaxCookieBytes + 2048);
+/// Room for MaxCookies lines of full length and as many of the program's own; what lies beyond nobody meant to be here.
+constexpr qint64 MaxFileBytes = 2 * qint64{CCookieStore::MaxCookies} * (CCookieStore::MaxCookieBytes + 2048);
 /// A page that only moves a cookie's end by less than this is no reason to write the file.
 constexpr qint64 MinorShiftSecs = 24 * 60 * 60;
 constexpr QFileDevice::Permissions OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
@@ -133,7 +133,8 @@ bool CCookieStore::Save()
         if (cookie.Persistent)
             lines += mdlCookieText::ToLine(cookie) + '\n';
     }
-    // What fails while the last of the bytes leave the buffer, commit() does not notice: a full disk would empty the file.
+    // What fails while the last of the bytes leave the buffer, commit() does not notice: a full disk would empty the
+    // file.
     if (file.write(lines) != lines.size() || !file.flush() || !file.commit()) // commit syncs before it renames
         return false;
     SyncFolderOf(m_fileName);
@@ -213,23 +214,20 @@ bool CCookieStore::Store(const QUrl& Url, CCookie Cookie, const QByteArray& Attr
     return minor || !toFile || Save();
 }
 
-/// Replaces the cookie of the same place, or makes room by dropping the oldest: first of those that a server set, so
-/// that no server can push out the reader's own settings.
+/// Replaces the cookie of the same place, or makes room by dropping the oldest that a server set. The program's own are
+/// as many as there are boards: they neither count nor go, so that no server and no further board pushes one out.
 void CCookieStore::Insert(CCookie Cookie)
 {
     std::erase_if(m_cookies, [&](const CCookie& held) { return SamePlace(held, Cookie); });
-    const auto dropOldest = [this](auto Counts) {
-        auto victim = std::find_if(m_cookies.begin(), m_cookies.end(),
-                                   [&](const CCookie& held) { return Counts(held) && !IsOwn(held); });
-        if (victim == m_cookies.end())
-            victim = std::find_if(m_cookies.begin(), m_cookies.end(), Counts);
-        m_cookies.erase(victim);
+    const auto keepBelow = [this](std::ptrdiff_t Most, auto Counts) {
+        if (std::count_if(m_cookies.begin(), m_cookies.end(), Counts) >= Most)
+            m_cookies.erase(std::find_if(m_cookies.begin(), m_cookies.end(), Counts));
     };
-    const auto sameDomain = [&Cookie](const CCookie& held) { return held.Domain == Cookie.Domain; };
-    if (std::count_if(m_cookies.begin(), m_cookies.end(), sameDomain) >= MaxPerDomain)
-        dropOldest(sameDomain);
-    else if (m_cookies.size() >= MaxCookies)
-        dropOldest([](const CCookie&) { return true; });
+    if (!IsOwn(Cookie)) {
+        keepBelow(MaxPerDomain,
+                  [&Cookie](const CCookie& held) { return !IsOwn(held) && held.Domain == Cookie.Domain; });
+        keepBelow(MaxCookies, [](const CCookie& held) { return !IsOwn(held); });
+    }
     m_cookies.push_back(std::move(Cookie));
 }
 

@@ -32,7 +32,7 @@ struct CCookie
 /// A board keeps a visitor's name, password and unread position in a cookie whose name is the board's URL, so names
 /// may hold ":" and "/"; only "=", ";" and control characters are refused. Values are bytes (code page 932), never
 /// text. A cookie is known by domain, path and name, and a later one replaces it. The port is no part of the key.
-/// Sizes are bounded: MaxCookieBytes a cookie, MaxPerDomain cookies a host (the oldest give way).
+/// Sizes are bounded: MaxCookieBytes a cookie, MaxPerDomain cookies that a host may set (the oldest give way).
 class CCookieStore : public QObject
 {
     Q_OBJECT
@@ -40,9 +40,9 @@ class CCookieStore : public QObject
 public:
     /// Longest name and value together, in bytes, as browsers have it.
     static constexpr qsizetype MaxCookieBytes = 4096;
-    /// Most cookies that one domain may hold; sixteen boards of one host fit three times.
+    /// Most cookies that the servers of one domain may set; what the program sets does not count.
     static constexpr int MaxPerDomain = 50;
-    /// Most cookies in all.
+    /// Most cookies of all servers.
     static constexpr int MaxCookies = 1000;
 
     /// Nothing is read before Load. FileName may name a file that does not exist yet.
