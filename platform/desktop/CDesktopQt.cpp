@@ -5,6 +5,7 @@
 
 #include "platform/desktop/FileFilter.h"
 #include "platform/desktop/ShellTarget.h"
+#include "platform/desktop/TallBox.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -111,6 +112,7 @@ Desktop::Answer CDesktopQt::MessageBox(const QString& Text, const QString& Capti
     if (!box.defaultButton())
         box.setDefaultButton(made.front());
     box.setEscapeButton(made.back());
+    mdlTallBox::KeepOnScreen(box);
     box.exec();
     for (std::size_t i = 0; i < made.size(); ++i) {
         if (box.clickedButton() == made[i])

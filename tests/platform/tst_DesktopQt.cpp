@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 
@@ -29,6 +30,7 @@ struct CSeen
     QString DefaultButton;
     QWidget* Parent = nullptr;
     bool TextsArePlain = true;
+    bool IsOnScreen = true;
 };
 
 /// Presses Key in the next modal box and writes down what it looked like.
@@ -42,6 +44,7 @@ void Press(Qt::Key Key, CSeen* Seen, const QString& Typed = {})
         }
         Seen->Title = box->windowTitle();
         Seen->Parent = box->parentWidget();
+        Seen->IsOnScreen = box->height() < box->screen()->availableSize().height();
         const auto buttons = box->findChildren<QPushButton*>();
         for (const QPushButton* button : buttons) {
             Seen->Buttons << button->text();
@@ -121,6 +124,11 @@ void tst_DesktopQt::Keys()
     CSeen again;
     Press(Qt::Key_Escape, &again);
     QCOMPARE(desktop.MessageBox(u"本文"_s, u"題"_s, Desktop::Icon::Question, buttons, given), escape);
+
+    CSeen tall; // its text can be scrolled, and the keys mean the same
+    Press(Qt::Key_Return, &tall);
+    QCOMPARE(desktop.MessageBox(u"本文\n"_s.repeated(500), u"題"_s, Desktop::Icon::Question, buttons, given), enter);
+    QVERIFY(tall.IsOnScreen && tall.TextsArePlain);
 }
 
 void tst_DesktopQt::BoxBelongsToTheActiveWindow()
