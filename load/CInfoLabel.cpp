@@ -33,7 +33,7 @@ void CInfoLabel::SetLines(const QString& Lines)
 
 QString CInfoLabel::ShownLine(int Line) const
 {
-    return fontMetrics().elidedText(text().section(QLatin1Char('\n'), Line - 1, Line - 1), Qt::ElideRight, width());
+    return fontMetrics().elidedText(text().section(QLatin1Char('\n'), Line - 1, Line - 1), Qt::ElideMiddle, width());
 }
 
 QSize CInfoLabel::sizeHint() const

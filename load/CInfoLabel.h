@@ -8,7 +8,8 @@
 
 class CPaintPause;
 
-/// Plain lines of text; one that is wider than the label ends in "…", so that a long address never widens the dialog.
+/// Plain lines of text; one that is wider than the label has "…" in its middle: a long address or path never widens the
+/// dialog, and what becomes of it stands at the end.
 class CInfoLabel : public QLabel
 {
     Q_OBJECT

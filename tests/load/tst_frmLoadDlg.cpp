@@ -162,7 +162,7 @@ void tst_frmLoadDlg::LongLinesAreShortened()
     QCoreApplication::processEvents();
     auto* label = fixture.Find<CInfoLabel>(u"lblInfo"_s);
     QCOMPARE(label->ShownLine(1), u"短い"_s);
-    QVERIFY(label->ShownLine(2).endsWith(u'…'));
+    QVERIFY(label->ShownLine(2).contains(u'…'));
     QVERIFY(label->fontMetrics().horizontalAdvance(label->ShownLine(2)) <= label->width());
     QCOMPARE(fixture.Dialog.width(), width);
 }
