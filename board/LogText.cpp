@@ -18,6 +18,8 @@ namespace
 
 constexpr qsizetype Portion = 1024 * 1024; ///< bytes decoded between two questions whether to go on
 
+constexpr qsizetype Utf8MarkSize = 3;
+
 using CDecode = QString (*)(QByteArrayView);
 
 QString FromUtf8(QByteArrayView Bytes) { return QString::fromUtf8(Bytes); }
@@ -66,7 +68,7 @@ QString DecodeBytes(const QByteArray& Bytes, const std::function<bool()>& GoesOn
     if (encoding == QStringConverter::Utf16LE || encoding == QStringConverter::Utf16BE)
         return QStringDecoder(*encoding)(Bytes);
     if (encoding == QStringConverter::Utf8)
-        return DecodeLines(QByteArrayView(Bytes).sliced(3), FromUtf8, GoesOn);
+        return DecodeLines(QByteArrayView(Bytes).sliced(Utf8MarkSize), FromUtf8, GoesOn);
     return DecodeLines(Bytes, IsUtf8(Bytes, GoesOn) ? FromUtf8 : text::From932, GoesOn);
 }
 

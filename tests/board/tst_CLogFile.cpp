@@ -33,7 +33,9 @@ QByteArray With(QByteArray Bytes, const char* LineEnd) { return Bytes.replace("\
 QByteArray MemberAt(const QByteArray& Archive, const char* Method)
 {
     const qsizetype place = Archive.indexOf(Method) - 2;
-    const auto size = [&](qsizetype Offset) { return qFromLittleEndian<quint16>(Archive.constData() + place + Offset); };
+    const auto size = [&](qsizetype Offset) {
+        return qFromLittleEndian<quint16>(Archive.constData() + place + Offset);
+    };
     return Archive.sliced(place, size(0) + size(7));
 }
 
@@ -141,8 +143,8 @@ void tst_CLogFile::Files_data()
     QTest::newRow("names") << u"a.lzh"_s << Data(u"names-1.lzh"_s)
                            << QStringList{u"表.log 8"_s, u"アイ.TXT 8"_s, u"予約/2001/能登.log 8"_s, u"かな.log 8"_s,
                                           QString(40, u'長') + u".log 8"_s};
-    QTest::newRow("archive without a log") << u"a.lzh"_s << MemberAt(plain, "-lh0-")
-                                           << QStringList{u"「a.lzh」には掲示板のログが入っていません。"_s};
+    QTest::newRow("archive without a log")
+        << u"a.lzh"_s << MemberAt(plain, "-lh0-") << QStringList{u"「a.lzh」には掲示板のログが入っていません。"_s};
     QTest::newRow("cut short")
         << u"a.lzh"_s << plain.chopped(100)
         << QStringList{u"first.log 8"_s,
