@@ -29,7 +29,8 @@ void COptionArray::Choose(int Index)
     m_options->setExclusive(chosen != nullptr); // an exclusive group never lets go of its last choice
     for (QAbstractButton* option : m_options->buttons()) {
         option->setChecked(option == chosen);
-        option->setFocusPolicy(option == chosen || !chosen ? Qt::StrongFocus : Qt::ClickFocus); // Tab goes to the chosen one
+        option->setFocusPolicy(option == chosen || !chosen ? Qt::StrongFocus
+                                                           : Qt::ClickFocus); // Tab goes to the chosen one
     }
     m_options->setExclusive(true);
 }

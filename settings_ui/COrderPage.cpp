@@ -179,8 +179,8 @@ void COrderPage::Apply()
     m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = -1"_s);
     const QList<qint32> places = Places(); // a separator's statement finds no row, so that its place stays free
     for (qsizetype place = 0; place < places.size(); ++place)
-        m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = "_s + QString::number(place) + u" WHERE BBS_ID = "_s
-                               + QString::number(places[place]));
+        m_app.LogDB()->Execute(u"UPDATE BBS   SET ListOrder = "_s + QString::number(place) + u" WHERE BBS_ID = "_s +
+                               QString::number(places[place]));
     if (const QString hidden = mdlBoardItems::Numbers(*m_lstAll); !hidden.isEmpty())
         m_app.LogDB()->Execute(u"UPDATE BBS   SET VisitLoad = False WHERE BBS_ID IN ("_s + hidden + u')');
 }

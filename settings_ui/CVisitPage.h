@@ -39,7 +39,7 @@ private:
 
     Application& m_app;
     QListWidget* m_lstVisitLoad = nullptr;
-    QString m_loaded; // who took part at first
+    QString m_loaded;          // who took part at first
     bool m_wasChecked = false; // the item under the mouse when its button went down
 };
 
