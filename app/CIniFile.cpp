@@ -15,6 +15,8 @@
 namespace
 {
 
+constexpr std::size_t GoneKept = 16; // of a small section
+
 /// A missing file reads as empty; nothing when it cannot be read or is no settings file.
 std::optional<QByteArray> ReadAll(const QString& FileName)
 {
@@ -76,8 +78,15 @@ void CIniFile::Section::Remove(const QString& Key)
         return;
     Entries[*place].IsGone = true;
     Places.erase(place);
-    if (Places.isEmpty())
-        Entries.clear(); // the dialogs empty their sections before each writing
+    if (Entries.size() > GoneKept + 2 * std::size_t(Places.size()))
+        DropGone(); // a dialog that keeps its place sets the same keys at every closing
+}
+
+void CIniFile::Section::DropGone()
+{
+    std::erase_if(Entries, [](const Entry& Each) { return Each.IsGone; });
+    for (std::size_t place = 0; place < Entries.size(); ++place)
+        Places.insert(Entries[place].Key.toCaseFolded(), place);
 }
 
 bool CIniFile::Load(const QString& FileName)

@@ -81,7 +81,8 @@ private:
         bool IsGone = false;
     };
 
-    /// Entries are only marked as gone, so that an INI file of junk is not gone through again for each of its lines.
+    /// Entries are only marked as gone, so that an INI file of junk is not gone through again for each of its lines; they
+    /// are thrown out when they have become more than the others.
     struct Section
     {
         QString Name;
@@ -91,6 +92,7 @@ private:
         const Entry* Find(const QString& Key) const;
         void Set(Entry New);
         void Remove(const QString& Key);
+        void DropGone();
     };
 
     const Section* Current() const;

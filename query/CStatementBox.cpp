@@ -48,8 +48,7 @@ QString CStatementBox::Statement() const
 
 void CStatementBox::SetStatement(const QString& Sql)
 {
-    if (Statement() != Sql)
-        setPlainText(Sql);
+    setPlainText(Sql);
     selectAll();
 }
 

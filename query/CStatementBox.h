@@ -18,8 +18,7 @@ public:
     explicit CStatementBox(QWidget* Parent = nullptr);
 
     QString Statement() const;
-    /// A new statement, with nothing to undo; the one that stands there already, after a run that failed, can be undone
-    /// as before. All of it is selected.
+    /// A new statement, with nothing to undo. All of it is selected.
     void SetStatement(const QString& Sql);
     /// The same, but Undo brings the one before it back.
     void ReplaceStatement(const QString& Sql);

@@ -166,7 +166,8 @@ void frmSQL::Prepare(const QString& SQLString, const QWidget* Owner, int ErrorOf
     setWindowTitle(u"クエリー検索 - "_s + m_app.AppTitle());
     if (Owner)
         setWindowIcon(Owner->windowIcon());
-    m_txtSQL->SetStatement(SQLString);
+    if (ErrorOffset < 0 || m_txtSQL->Statement() != SQLString)
+        m_txtSQL->SetStatement(SQLString); // else it was run in vain, and what was written can still be undone
     m_txtSQL->setFocus();
     if (ErrorOffset >= 0)
         ShowError(ErrorOffset);
