@@ -3,6 +3,7 @@
 // to fetch the same addresses over one connection.
 
 #include "bench/support/CRatioReporter.h"
+#include "bench/support/CServerProcess.h"
 #include "app/Application.h"
 #include "board/CBBS.h"
 #include "board/CBlockStore.h"
@@ -15,7 +16,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
-#include <QTcpServer>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -26,44 +26,13 @@ constexpr qint32 Board = 3;
 constexpr int PageCount = 100;
 constexpr int PerPage = 30;
 
-/// The server in a process of its own, as the reader meets it.
-class CServerProcess
-{
-public:
-    CServerProcess()
-    {
-        QTcpServer probe;
-        probe.listen(QHostAddress::LocalHost);
-        m_port = probe.serverPort();
-        probe.close();
-        m_process.start(QStringLiteral(TAVORA_BINARY_DIR "/boardd/tavora-boardd"),
-                        {u"--port"_s, QString::number(m_port), u"--data"_s, m_folder.path(), u"--messages"_s,
-                         QString::number(PageCount * PerPage)});
-        m_process.waitForStarted();
-        while (QProcess::execute(u"curl"_s, {u"-s"_s, u"-o"_s, u"/dev/null"_s, BoardUrl()}) != 0
-               && m_process.state() == QProcess::Running) {
-        }
-    }
-    ~CServerProcess()
-    {
-        m_process.terminate();
-        m_process.waitForFinished();
-    }
-
-    QString BoardUrl() const { return u"http://localhost:%1/cgi-bin/keyaki.cgi"_s.arg(m_port); }
-    QString PageUrl(int Page) const { return BoardUrl() + u"?dousa=log&logmidoku=0&logno="_s + QString::number(Page); }
-
-private:
-    QTemporaryDir m_folder; // of the posts, which nobody makes
-    QProcess m_process;
-    quint16 m_port = 0;
-};
-
 const CServerProcess& Server()
 {
-    static const CServerProcess server;
+    static const CServerProcess server(QStringLiteral(TAVORA_BINARY_DIR "/boardd/tavora-boardd"), PageCount * PerPage);
     return server;
 }
+
+QString PageUrl(int Page) { return Server().BoardUrl() + u"?dousa=log&logmidoku=0&logno="_s + QString::number(Page); }
 
 /// A new database whose first board is the server's.
 struct CReader
@@ -102,7 +71,7 @@ QStringList CurlArguments(const QString& Folder)
 {
     QStringList arguments{u"-s"_s};
     for (int page = 0; page < PageCount; ++page)
-        arguments << u"-o"_s << (Folder.isEmpty() ? u"/dev/null"_s : Folder + u'/' + QString::number(page)) << Server().PageUrl(page);
+        arguments << u"-o"_s << (Folder.isEmpty() ? u"/dev/null"_s : Folder + u'/' + QString::number(page)) << PageUrl(page);
     return arguments;
 }
 
