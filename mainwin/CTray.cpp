@@ -96,8 +96,8 @@ void CTray::OnActivated(int Reason)
     }
 }
 
-/// Some desktops know of single clicks only, and some tell of the second release of a double click as well: so the second
-/// click soon after another is a double click, and the one soon after a double click belongs to that.
+/// Some desktops know of single clicks only, and some tell of the second release of a double click as well: so the
+/// second click soon after another is a double click, and the one soon after a double click belongs to that.
 void CTray::OnLeft()
 {
     const bool isSoon = m_last != Last::None && m_sinceLast.elapsed() < QApplication::doubleClickInterval();

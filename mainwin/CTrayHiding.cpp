@@ -28,7 +28,11 @@ CTrayHiding::CTrayHiding(QWidget& Window, std::function<bool()> MayHide)
 {
     m_hide->setSingleShot(true);
     m_hide->setInterval(SettleMs);
-    connect(m_hide, &QTimer::timeout, this, &CTrayHiding::Hide);
+    connect(m_hide, &QTimer::timeout, this, [this] {
+        if (m_window.isMinimized())
+            Hide();
+    });
+    m_look->setObjectName(QStringLiteral("tmrLookForTray"));
     m_look->setInterval(LookEveryMs);
     connect(m_look, &QTimer::timeout, this, &CTrayHiding::Look);
     Window.installEventFilter(this);
@@ -51,15 +55,28 @@ void CTrayHiding::OnState()
         m_hide->start();
 }
 
-void CTrayHiding::Hide()
+bool CTrayHiding::Hide()
 {
-    if (!m_window.isMinimized() || !m_window.isVisible() || QApplication::activeModalWidget() || !m_mayHide())
-        return;
+    if (!m_window.isVisible() || QApplication::activeModalWidget() || !m_mayHide())
+        return false;
     for (QDialog* dialog : m_window.findChildren<QDialog*>(Qt::FindDirectChildrenOnly))
         dialog->hide();
+    m_isMaximised = m_window.isMaximized();
     m_window.hide();
+    m_isHidden = true;
     m_missing = 0;
     m_look->start();
+    return true;
+}
+
+/// Shown first and told its state then: a window manager forgets what it knew of a hidden window, and so does the
+/// toolkit.
+void CTrayHiding::BringBack()
+{
+    if (!std::exchange(m_isHidden, false))
+        return;
+    m_window.show();
+    m_window.setWindowState(m_isMaximised ? Qt::WindowMaximized : Qt::WindowNoState);
 }
 
 void CTrayHiding::Look()

@@ -27,6 +27,13 @@ public:
     /// MayHide: whether the window would come back. It becomes the parent.
     CTrayHiding(QWidget& Window, std::function<bool()> MayHide);
 
+    /// Hides the window at once, without the detour by which a window manager minimises. False, doing nothing, where that
+    /// is not allowed: then it can only be minimised.
+    bool Hide();
+
+    /// Shows the window as it was before it was minimised; nothing when it is not hidden.
+    void BringBack();
+
 Q_SIGNALS:
     /// The window is hidden, and there is no tray any more to bring it back from.
     void WayBackLost();
@@ -36,7 +43,6 @@ protected:
 
 private:
     void OnState();
-    void Hide();
     void Look();
 
     QWidget& m_window;
@@ -45,6 +51,8 @@ private:
     QTimer* m_look;
     int m_missing = 0;
     bool m_wasOpen = false;
+    bool m_isHidden = false;
+    bool m_isMaximised = false; // the hidden window was
 };
 
 #endif

@@ -32,11 +32,14 @@ void CTrayPresence::Adopt() { m_tray->SetVisible(m_app.Option().AddTaskTray); }
 
 void CTrayPresence::SetIcon(const QIcon& NewIcon) { m_tray->SetIcon(NewIcon); }
 
+bool CTrayPresence::Hide() { return m_hiding->Hide(); }
+
+void CTrayPresence::BringBack() { m_hiding->BringBack(); }
+
 void CTrayPresence::Leave() { m_tray->DeleteIcon(); }
 
 /// With a false answer the window stays on the task bar: hidden without an icon it would be lost.
 bool CTrayPresence::MayHide() const
 {
-    return m_app.Option().AddTaskTray && m_app.Option().HideAtMinimazed && m_tray->Visible() &&
-           m_app.Shell.HasTray();
+    return m_app.Option().AddTaskTray && m_app.Option().HideAtMinimazed && m_tray->Visible() && m_app.Shell.HasTray();
 }

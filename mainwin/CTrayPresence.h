@@ -26,6 +26,10 @@ public:
     /// Brings the icon in line with the setting AddTaskTray.
     void Adopt();
     void SetIcon(const QIcon& NewIcon);
+    /// Hides the window. False where the settings or the desktop are against it.
+    bool Hide();
+    /// Shows the window where it was hidden.
+    void BringBack();
     /// For the end of the program: the icon goes, and nothing is hidden any more.
     void Leave();
 

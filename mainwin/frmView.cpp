@@ -285,6 +285,7 @@ void frmView::ShowMainWindow()
 {
     if (m_isClosing)
         return;
+    m_tray->BringBack();
     mdlWindow::ActivateWindow(this);
     if (m_dialog->IsLoad())
         mdlWindow::ActivateWindow(m_dialog.get());

@@ -15,6 +15,7 @@
 #include "mainwin/CMessagePane.h"
 #include "mainwin/CStatusPanels.h"
 #include "mainwin/CTextZoom.h"
+#include "mainwin/CTrayPresence.h"
 #include "mainwin/frmAbout.h"
 #include "mainwin/CToolbar.h"
 #include "mainwin/mdlProduct.h"
@@ -312,7 +313,7 @@ void frmView::DoEscape()
         LeaveResults();
     else if (m_panels->IsNoReadPointOpen())
         m_panels->CloseNoReadPoint();
-    else
+    else if (!m_tray->Hide())
         showMinimized();
 }
 

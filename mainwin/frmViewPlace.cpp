@@ -58,7 +58,8 @@ void frmView::ShowPlaced(int WindowState)
 
 mdlPosition::Position frmView::CurrentPosition() const
 {
-    const bool isMaximised = windowState().testFlag(Qt::WindowMaximized) && !isMinimized();
+    const bool isOpen = isVisible() && !isMinimized(); // hidden is minimised as well
+    const bool isMaximised = windowState().testFlag(Qt::WindowMaximized) && isOpen;
     mdlPosition::Position now;
     now.WindowState = isMaximised ? mdlPosition::Maximised : mdlPosition::Normal;
     now.Window = mdlGeometry::ToPlace(mdlWindow::GetNormalWindowRect(this));

@@ -61,8 +61,8 @@ QRect GetNormalWindowRect(const QWidget* Window)
 
 void ActivateWindow(QWidget* Window)
 {
+    Window->show(); // first: what a window manager is told of a hidden window it may forget
     Window->setWindowState(Window->windowState() & ~Qt::WindowMinimized);
-    Window->show();
     Window->raise();
     Window->activateWindow();
 }

@@ -12,6 +12,7 @@
 #include "platform/dao/Recordset.h"
 #include "store/Store.h"
 #include "tests/support/CScriptedDesktop.h"
+#include "tests/support/Files.h"
 #include "viewer/CViewer.h"
 
 #include <QAction>
@@ -42,6 +43,9 @@ struct CWindowFixture
     }
 
     ~CWindowFixture() { End(); }
+
+    /// What the settings file holds before the start.
+    void WriteIni(const QByteArray& Text) const { mdlFiles::Write(Folder.filePath(QStringLiteral("Tavora.ini")), Text); }
 
     /// Starts the program; what Open says.
     bool Start()
