@@ -5,7 +5,7 @@
 build_packages=(build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev libsqlite3-dev libicu-dev libpcre2-dev liblhasa-dev libcpp-httplib-dev)
 run_packages=(fonts-noto-cjk qt6-translations-l10n libqt6network6)
-test_packages=(sqlite3 curl)
+test_packages=(sqlite3 curl xvfb openbox trayer xdotool)
 
 # Asks dpkg once; only what is missing is installed, so a second call costs nothing.
 install_packages() {
