@@ -128,7 +128,8 @@ void CEvening::Receive(int Round)
 void CEvening::Query(int Round)
 {
     const QString form = u"a%1"_s.arg(Round / 10);
-    const QString messages = u"SELECT * FROM Message AS %1 WHERE ID > %2"_s.arg(form).arg(Round % 50);
+    const QString messages =
+        u"SELECT * FROM Message AS %1 WHERE BBS_ID = 101 AND ID > %2"_s.arg(form).arg(340 + Round % 50);
     const QString table = u"SELECT PostName, Count(*) AS %1 FROM Message WHERE ID > %2 GROUP BY PostName"_s;
     const QString sql = Round % 2 ? messages : table.arg(form).arg(Round % 50);
     bool isRefused = Round % 5 == 0;
