@@ -149,10 +149,12 @@ void CEvening::Query(int Round)
     QTest::keyClick(m_f.Window.get(), Qt::Key_Escape);
 }
 
+/// A new text would stay in the drop-down list of the box.
 void CEvening::Find(int Round)
 {
     m_f.Viewer().SelectBoard(Board);
-    m_f.Window->FindMessage(u"(%1|[0-9]+)"_s.arg(Round % 20), Round % 3 != 0); // a new text stays in the box
+    m_f.Viewer().ItemClicked(0, 20 + Round % 50);
+    m_f.Window->FindMessage(u"(%1|.+)"_s.arg(Round % 20), Round % 3 != 0);
 }
 
 struct Measured
