@@ -222,6 +222,8 @@ void CCookiePage::ApplyToAll()
 QStringList CCookiePage::StoreEverywhere(const CVisitor& Visitor)
 {
     QStringList failed;
+    if (!m_app.LogDB())
+        return failed;
     const auto rows = m_app.LogDB()->OpenRecordset(u"SELECT BBS_ID FROM BBS"_s);
     for (; !rows->Eof(); rows->MoveNext()) {
         CBBSProperty board(m_app);

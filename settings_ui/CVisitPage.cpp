@@ -40,10 +40,11 @@ CVisitPage::CVisitPage(Application& App, QWidget* Parent)
     all->addWidget(label);
     all->addWidget(m_lstVisitLoad, 1);
     all->addWidget(mdlPage::LongNote(u"表示対象外の掲示板は巡回受信の対象として指定できません。"_s, this));
-    connect(m_lstVisitLoad, &QListWidget::itemChanged, this,
-            [this](QListWidgetItem* Item) { Q_EMIT VisitToggled(mdlBoardItems::NumberOf(*Item), IsChecked(*Item)); });
-    connect(m_lstVisitLoad, &QListWidget::itemPressed, this,
-            [this](QListWidgetItem* Item) { m_wasChecked = IsChecked(*Item); });
+    connect(m_lstVisitLoad, &QListWidget::itemChanged, this, [this](QListWidgetItem* Item) {
+        m_isTurned = true;
+        Q_EMIT VisitToggled(mdlBoardItems::NumberOf(*Item), IsChecked(*Item));
+    });
+    connect(m_lstVisitLoad, &QListWidget::itemPressed, this, [this] { m_isTurned = false; });
     connect(m_lstVisitLoad, &QListWidget::itemClicked, this, &CVisitPage::ToggleByName);
 }
 
@@ -118,9 +119,10 @@ void CVisitPage::SetVisit(qint32 BBS_ID, bool IsOn)
         m_lstVisitLoad->item(row)->setCheckState(StateOf(IsOn));
 }
 
-/// A click into the box has turned it over already; one on the name does so here.
+/// A click into the box, whose pressing is not told, has turned it over already; one on the name does so here.
 void CVisitPage::ToggleByName(QListWidgetItem* Item)
 {
-    if (IsChecked(*Item) == m_wasChecked)
-        Item->setCheckState(StateOf(!m_wasChecked));
+    if (!m_isTurned)
+        Item->setCheckState(StateOf(!IsChecked(*Item)));
+    m_isTurned = false;
 }

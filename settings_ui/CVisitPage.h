@@ -39,8 +39,8 @@ private:
 
     Application& m_app;
     QListWidget* m_lstVisitLoad = nullptr;
-    QString m_loaded;          // who took part at first
-    bool m_wasChecked = false; // the item under the mouse when its button went down
+    QString m_loaded;        // who took part at first
+    bool m_isTurned = false; // a box, since the mouse button went down
 };
 
 #endif

@@ -181,9 +181,14 @@ void tst_ListPages::Visits()
         QTest::keyClick(&list, key);
     f.Click(u"lstVisitLoad"_s, 2); // D, on its name
     const QRect row = list.visualItemRect(list.item(0));
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                      {row.left() + row.height() / 2, row.center().y()}); // A's box
+    const QPoint box(row.left() + row.height() / 2, row.center().y()); // A's
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, box);
     QCOMPARE(toggled, (QList<QVariantList>{{4, true}, {6, false}, {3, false}}));
+    Qt::CheckState expected = Qt::Unchecked;
+    for (const QPoint place : {box, row.center(), box, box, row.center(), row.center()}) {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+        QCOMPARE(list.item(0)->checkState(), expected = expected == Qt::Checked ? Qt::Unchecked : Qt::Checked);
+    }
     QVERIFY(page.HasChanges());
     QCOMPARE(f.Column(u"VisitLoad"_s), u"True,False,True,True"_s);
     page.Apply();
