@@ -137,6 +137,8 @@ std::optional<CLogBlock> CLogFile::NextText(const CGoesOn& GoesOn)
 std::optional<CLogBlock> CLogFile::NextMember(const CGoesOn& GoesOn)
 {
     while (auto member = m_archive->Next(GoesOn)) {
+        if (m_isStopped)
+            return {};
         auto block = BlockOf(std::move(*member), GoesOn);
         if (m_isStopped)
             return {};

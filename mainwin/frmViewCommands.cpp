@@ -179,7 +179,7 @@ void frmView::DoTrayExecute(int Number)
 
 void frmView::DoImport(const QStringList& Paths)
 {
-    if (m_busy != BusyState::None)
+    if (m_busy != BusyState::None || QApplication::activeModalWidget()) // a box that came after the drop
         return;
     activateWindow(); // the files came from another window
     Perform([&] { m_drivers->ImportChosen(Paths); });

@@ -358,6 +358,7 @@ void frmView::OnLogError(qint32 BBS_ID, const QString& LogText, const QString& E
     const CResult written = mdlErrorLog::Append(m_app, BBS_ID, LogText);
     if (!written && !m_isErrorLogReported) {
         m_isErrorLogReported = true; // a full disk would bring a box for every record
+        m_bbs->CommitPending();      // nobody knows when the box is answered
         m_app.Shell.MessageBox(written.Message(), m_app.AppTitle(), Desktop::Icon::Information);
     } else if (!written) {
         m_dialog->UpdateInfo(written.Message(), frmLoadDlg::StateLine, true);

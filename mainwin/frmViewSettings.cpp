@@ -52,6 +52,8 @@ void frmView::DoOptions()
 /// Whatever reads a setting only when it is needed follows by itself.
 void frmView::AdoptSettings()
 {
+    if (m_isClosing) // while a box of the dialog was open; the icon has left the tray
+        return;
     m_tray->Adopt();
     m_bbs->SetTimeout(m_app.Option().Timeout);
     MakeBBSMenu();

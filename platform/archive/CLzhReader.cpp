@@ -103,8 +103,10 @@ std::optional<CLzhHeader> CLzhReader::NextHeader(const CGoesOn& GoesOn)
 {
     qsizetype place = m_place;
     for (; place >= 0; place = lzh::FindHeader(m_archive, place + 1)) {
-        if (m_damaged > MaxDamaged || !MayGoOn(GoesOn))
+        if (m_damaged > MaxDamaged || !MayGoOn(GoesOn)) {
+            m_isWhole = false;
             return {};
+        }
         if (auto header = lzh::ReadHeader(m_archive, place)) {
             m_isWhole = m_isWhole && (place == m_place || m_headers == 0);
             return header;
