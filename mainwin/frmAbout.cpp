@@ -83,7 +83,8 @@ void frmAbout::AddButton(QGridLayout& Grid)
 {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(u"cmdOK"_s);
-    buttons->button(QDialogButtonBox::Ok)->setIcon({}); // no other button of the program has one
+    buttons->button(QDialogButtonBox::Ok)->setText(u"OK"_s); // some desktops underline a letter of it
+    buttons->button(QDialogButtonBox::Ok)->setIcon({});      // no other button of the program has one
     buttons->button(QDialogButtonBox::Ok)->setFocus();
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     const int row = Grid.rowCount();

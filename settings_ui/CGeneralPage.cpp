@@ -88,7 +88,7 @@ void CGeneralPage::BuildChecks(QVBoxLayout& Layout)
         Layout.addWidget(box);
     if (!m_app.Shell.HasTray()) {
         const QString text =
-            u"このデスクトップには現在タスクトレイがありません。最小化してもウィンドウはタスクバーに残ります。"_s;
+            u"このデスクトップには現在タスクトレイがありません。\n最小化してもウィンドウはタスクバーに残ります。"_s;
         Layout.addWidget(Named(mdlPage::LongNote(text, this), u"lblNoTray"_s));
     }
 }

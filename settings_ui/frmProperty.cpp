@@ -210,10 +210,14 @@ bool frmProperty::eventFilter(QObject* Watched, QEvent* Event)
 
 // Tabs
 
+/// Goes into the page that comes up, wherever the focus was: the user's hands are on the keyboard.
 void frmProperty::StepTab(int Step)
 {
+    const int before = m_current;
     const int count = m_tabStrip->count();
     m_tabStrip->setCurrentIndex((m_current + Step + count) % count);
+    if (m_current != before)
+        FocusPage();
 }
 
 /// The page that is being left is checked while it is still to be seen, and stays when the check fails.
@@ -235,7 +239,8 @@ void frmProperty::FocusPage()
     for (QWidget* next = page->nextInFocusChain(); next != page; next = next->nextInFocusChain()) {
         const bool takesFocus = next->isEnabledTo(this) && (next->focusPolicy() & Qt::TabFocus) && !next->focusProxy();
         if (takesFocus && page->isAncestorOf(next)) {
-            next->setFocus();
+            next->clearFocus();                 // where the tabs have put it themselves, it would not come in again
+            next->setFocus(Qt::TabFocusReason); // as Tab does it: its text selected, its rim drawn
             return;
         }
     }
