@@ -75,7 +75,9 @@ void CStatementBox::Insert(const QString& Text, qsizetype Caret)
 {
     QTextCursor cursor = textCursor();
     const int start = cursor.selectionStart();
+    cursor.beginEditBlock(); // to be undone without what was typed in front of it
     cursor.insertText(Text);
+    cursor.endEditBlock();
     cursor.setPosition(start + int(Caret));
     setTextCursor(cursor);
 }

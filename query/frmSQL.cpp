@@ -18,6 +18,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QShortcut>
@@ -83,6 +84,9 @@ void frmSQL::BuildQueries()
     connect(m_cmdDelete, &QPushButton::clicked, this, &frmSQL::OnDelete);
     auto* save = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), m_txtSQL, nullptr, nullptr, Qt::WidgetShortcut);
     connect(save, &QShortcut::activated, m_cmdSave, &QPushButton::click);
+    // Not every desktop has this key for it.
+    auto* redo = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Y), m_txtSQL, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(redo, &QShortcut::activated, m_txtSQL, &QPlainTextEdit::redo);
 }
 
 void frmSQL::BuildTables()
@@ -278,7 +282,10 @@ void frmSQL::OnSave()
     if (name.isEmpty())
         name = m_queries.AskName();
     m_cmbQuery->setEditText(name);
-    SaveAs(name);
+    if (SaveAs(name) || name.isEmpty() || m_queries.ErrorOffset() >= 0)
+        return;
+    m_cmbQuery->setFocus(); // another name is the way on
+    m_cmbQuery->lineEdit()->selectAll();
 }
 
 void frmSQL::OnDelete()
