@@ -26,6 +26,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+
+constexpr int LeastInputWidth = 340; // pixels at 100 %: a name and the title are to be seen whole
+
 struct ButtonText
 {
     Desktop::Answer Answer;
@@ -131,6 +134,9 @@ std::optional<QString> CDesktopQt::InputBox(const QString& Prompt, const QString
     dialog.setOkButtonText(u"OK"_s);
     dialog.setCancelButtonText(u"キャンセル"_s);
     TakeTextsAsPlain(dialog);
+    for (QPushButton* button : dialog.findChildren<QPushButton*>())
+        button->setIcon({}); // as in every other box
+    dialog.resize(dialog.sizeHint().expandedTo({LeastInputWidth, 0}));
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.textValue();
