@@ -3,10 +3,11 @@
 
 #include "mainwin/CMenuSet.h"
 
+#include "mainwin/CMenuBar.h"
+
 #include <QAction>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMenuBar>
 
 using namespace Qt::StringLiterals;
 using mdlCommands::Kind;
@@ -42,7 +43,9 @@ QString FullName(const MenuItem& Item)
 CMenuSet::CMenuSet(QMainWindow& Window)
     : QObject(&Window)
     , m_window(Window)
+    , m_bar(new CMenuBar(&Window))
 {
+    Window.setMenuBar(m_bar);
     Build(mdlCommands::MenuBar(), true);
     Build(mdlCommands::PopupMenus(), false);
 }
@@ -74,7 +77,7 @@ QMenu* CMenuSet::AddMenu(const MenuItem& Item, QMenu* Parent, bool IsMenuBar)
     if (Parent)
         Parent->addMenu(menu);
     else if (IsMenuBar)
-        m_window.menuBar()->addMenu(menu);
+        m_bar->addMenu(menu);
     return menu;
 }
 
@@ -103,7 +106,10 @@ void CMenuSet::AddShortcut(QAction& Action, QStringView Shortcut)
 
 void CMenuSet::Connect(QAction& Action, mdlCommands::Command Handler, int Argument)
 {
-    connect(&Action, &QAction::triggered, this, [this, Handler, Argument] { Q_EMIT Triggered(Handler, Argument); });
+    connect(&Action, &QAction::triggered, this, [this, Handler, Argument] {
+        m_bar->Leave(); // it may have the keyboard when a shortcut comes
+        Q_EMIT Triggered(Handler, Argument);
+    });
 }
 
 void CMenuSet::Remember(QAction& Action, const QString& Name, Known Rule)

@@ -11,6 +11,7 @@
 
 #include <vector>
 
+class CMenuBar;
 class QAction;
 class QMainWindow;
 class QMenu;
@@ -71,6 +72,7 @@ private:
     void Remember(QAction& Action, const QString& Name, Known Rule);
 
     QMainWindow& m_window;
+    CMenuBar* m_bar;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
     QHash<QAction*, Known> m_rules;

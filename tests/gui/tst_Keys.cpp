@@ -207,9 +207,16 @@ void tst_Keys::MenuBarKeepsItsKeys()
     CKeyFixture f;
     QVERIFY(f.Start());
     QWidget* bar = f.Window->menuBar();
+    for (const int leaves : {Qt::Key_Escape, Qt::Key_F6}) {
+        QWidget* pane = f.Focus(u"rtbView"_s);
+        QTest::keyClick(pane, Qt::Key_Alt, Qt::AltModifier);
+        QVERIFY(bar->hasFocus());
+        QTest::keyClick(bar, Qt::Key_J);
+        QCOMPARE(f.Effect(), QString());
+        QTest::keyClick(bar, Qt::Key(leaves));
+        QVERIFY(pane->hasFocus());
+    }
     bar->setFocus(Qt::MenuBarFocusReason);
-    QTest::keyClick(bar, Qt::Key_J);
-    QCOMPARE(f.Effect(), QString());
     bar->clearFocus(); // nobody has it now
     QTRY_VERIFY(f.Find<QWidget>(u"lsvMsgList0"_s)->hasFocus());
 }
