@@ -1,139 +1,18 @@
 // tests/settings_ui/tst_frmProperty.cpp
 // The options dialog over a real database and settings file: what keys and mouse do, what OK keeps, what Cancel leaves.
 
-#include "app/Application.h"
-#include "board/CBBSProperty.h"
-#include "platform/dao/Database.h"
-#include "settings_ui/frmProperty.h"
-#include "store/Store.h"
+#include "tests/settings_ui/CDialogFixture.h"
 #include "tests/support/CReadOnlyUser.h"
-#include "tests/support/CScriptedDesktop.h"
-#include "tests/support/Files.h"
 #include "tests/support/Table.h"
 
-#include <QCheckBox>
-#include <QDir>
 #include <QInputMethodEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 #include <QRegularExpression>
-#include <QSpinBox>
 #include <QTabBar>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-
-constexpr qint32 InView = 3;
-
-struct CDialogFixture
-{
-    QTemporaryDir Folder;
-    CScriptedDesktop Desk;
-    Application App{Desk, Folder.path(), u"Tavora"_s};
-    CBBSProperty Board{App};
-    qint32 Tab = 1;
-    frmProperty* Dialog = nullptr;
-
-    CDialogFixture()
-    {
-        for (const QString& folder : {u"cache"_s, u"image"_s, u"other"_s})
-            QDir(Folder.path()).mkdir(folder);
-        App.SetLogDB(mdlStore::CreateNewDatabase(App.DatabaseFileName()));
-        Restart();
-        CIniFile& ini = App.SettingsIni();
-        ini.SetNowSection(u"WebSearch"_s);
-        for (const QString& name : {u"one(&1)"_s, u"two(&2)"_s, u"three(&3)"_s})
-            ini.SetData(name, u"http://www.example.com/?q=%s"_s);
-        ini.Save({});
-        Board.GetProperty(InView);
-    }
-
-    void Restart()
-    {
-        App.SettingsIni().Load(App.IniFileName());
-        mdlSettings::ReadSettings(App);
-    }
-
-    /// Shows the dialog, does Work with it and cancels it if Work has not closed it.
-    template<typename Function> bool Show(Function Work, bool IsOfBoard = false)
-    {
-        frmProperty dialog(App);
-        Dialog = &dialog;
-        QTimer::singleShot(0, &dialog, [&] {
-            QVERIFY(QTest::qWaitForWindowActive(&dialog));
-            Work();
-            if (dialog.isVisible())
-                dialog.reject();
-        });
-        return IsOfBoard ? dialog.ShowProperty(Board, Tab) : dialog.ShowOption(Board, Tab);
-    }
-
-    template<typename Widget> Widget* Find(const QString& Name) const { return Dialog->findChild<Widget*>(Name); }
-    QTabWidget& Tabs() const { return *Find<QTabWidget>(u"TabStrip"_s); }
-    void GoTo(int Number) const { Tabs().setCurrentIndex(Number - 1); }
-    void Press(const QString& Button) const { Find<QPushButton>(Button)->click(); }
-    void Key(const QString& Name) const
-    {
-        const QKeyCombination key = QKeySequence(Name)[0];
-        QWidget* focus = QApplication::focusWidget();
-        QTest::keyClick(focus ? focus : Dialog, key.key(), key.keyboardModifiers());
-    }
-    Desktop::Icon LastIcon() const { return Desk.Boxes.empty() ? Desktop::Icon::None : Desk.Boxes.back().Icon; }
-
-    /// Types Text over what a field holds ("@" is the folder), or turns a check box over.
-    void Change(const QString& Name, QString Text = {}) const
-    {
-        auto* widget = Find<QWidget>(Name);
-        if (auto* box = qobject_cast<QCheckBox*>(widget)) {
-            QTest::keyClick(box, Qt::Key_Space);
-            return;
-        }
-        widget->setFocus();
-        QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(widget, Qt::Key_Delete);
-        if (auto* line = qobject_cast<QLineEdit*>(widget))
-            line->insert(Text.replace(u'@', Folder.path()));
-        else
-            QTest::keyClicks(widget, Text);
-    }
-
-    QStringList Section(const QString& Name)
-    {
-        CIniFile& ini = App.SettingsIni();
-        ini.SetNowSection(Name);
-        QStringList lines;
-        for (const QString& key : ini.Keys())
-            lines << key + u'=' + ini.Data(key);
-        return lines;
-    }
-    QStringList Options()
-    {
-        mdlSettings::WriteSettings(App);
-        return Section(u"Option"_s);
-    }
-    /// All that the dialog could change.
-    QString State()
-    {
-        QStringList state = Options() + Section(u"WebSearch"_s);
-        state << QString::fromLatin1(mdlFiles::Read(App.IniFileName()))
-              << QString::fromLatin1(mdlFiles::Read(App.CookieFileName())) << Board.URL << Board.PostName();
-        const auto rows = App.LogDB()->OpenRecordset(u"SELECT BBS_ID, ListOrder, VisitLoad FROM BBS ORDER BY BBS_ID"_s);
-        for (; !rows->Eof(); rows->MoveNext())
-            state << rows->Get(0).ToText() + u' ' + rows->Get(1).ToText() + u' ' + rows->Get(2).ToText();
-        return state.join(u'\n');
-    }
-};
-
-} // namespace
 
 class tst_frmProperty : public QObject
 {
