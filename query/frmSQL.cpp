@@ -33,6 +33,8 @@ namespace
 
 constexpr QSize DesignedSize(640, 420); // pixels at 100 %
 constexpr double StatementPercent = 70; // of the width, until the user moves the bar
+// Pixels that the bar leaves on either side. In a box narrower than its scroll bar the toolkit lays out without end.
+constexpr int LeastPane = 80;
 
 QString Section() { return u"SQLDialogPosition"_s; }
 
@@ -131,6 +133,7 @@ void frmSQL::BuildLayout()
 
     m_client = new QWidget(this);
     m_separator = Named(new uSeparator(m_client), u"sep"_s);
+    m_separator->SetSideMin(mdlGeometry::ToTwips(LeastPane));
     m_txtSQL->setParent(m_client);
     m_picList->setParent(m_client);
     auto* tables = new QVBoxLayout(m_picList);
@@ -149,7 +152,7 @@ void frmSQL::BuildLayout()
     all->addLayout(top);
     all->addWidget(m_client, 1);
     all->addLayout(bottom);
-    QWidget* const order[] = {m_txtSQL,   m_separator, m_cmbTable, m_lstField, m_cmdExec,
+    QWidget* const order[] = {m_txtSQL,    m_separator, m_cmbTable, m_lstField, m_cmdExec,
                               m_cmdCancel, m_cmbQuery,  m_cmdSave,  m_cmdDelete};
     for (std::size_t place = 1; place < std::size(order); ++place)
         setTabOrder(order[place - 1], order[place]);

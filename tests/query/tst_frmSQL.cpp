@@ -18,6 +18,7 @@
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 
@@ -47,7 +48,8 @@ struct CDialogFixture
     {
         auto db = dao::Database::Create(App.DatabaseFileName());
         db->AppendTable({u"Secret"_s, {Field(u"x"_s, FieldType::Long)}, {}, dao::TableDef::HiddenAttributes});
-        db->AppendTable({u"BBS"_s, {Field(u"名前 全部"_s, FieldType::Text), Field(u"Table"_s, FieldType::Boolean)}, {}, 0});
+        db->AppendTable(
+            {u"BBS"_s, {Field(u"名前 全部"_s, FieldType::Text), Field(u"Table"_s, FieldType::Boolean)}, {}, 0});
         db->AppendTable({u"Message"_s,
                          {Field(u"ID"_s, FieldType::Long, u"番号"_s), Field(u"Subject"_s, FieldType::Text),
                           Field(u"PostDate"_s, FieldType::Date), Field(u"Body"_s, FieldType::Memo, u"本文"_s)},
@@ -161,20 +163,30 @@ void tst_frmSQL::Opening()
 void tst_frmSQL::CaretAtTheError()
 {
     const QString sql = u"SELECT *\r\n  FROM Message\r\n WHERE 1 +* 2"_s;
-    const auto place = [&] { return F().Box().textCursor().block().text().mid(F().Box().textCursor().positionInBlock()); };
-    F().Show(sql, [&] { QCOMPARE(place(), u"* 2"_s); }, int(sql.lastIndexOf(u'*')));
-    F().Show(sql, [&] { QCOMPARE(place(), QString()); }, int(sql.size()) + 50);
+    const auto place = [&] {
+        return F().Box().textCursor().block().text().mid(F().Box().textCursor().positionInBlock());
+    };
+    F().Show(
+        sql, [&] { QCOMPARE(place(), u"* 2"_s); }, int(sql.lastIndexOf(u'*')));
+    F().Show(
+        sql, [&] { QCOMPARE(place(), QString()); }, int(sql.size()) + 50);
     const QString tall = u"SELECT *\r\n"_s + u"\r\n"_s.repeated(200) + sql;
-    F().Show(tall, [&] {
-        QVERIFY(F().Box().rect().contains(F().Box().cursorRect()));
-        QTest::keyClicks(&F().Box(), u"3"_s);
-    }, int(tall.lastIndexOf(u'*')));
+    F().Show(
+        tall,
+        [&] {
+            QVERIFY(F().Box().rect().contains(F().Box().cursorRect()));
+            QTest::keyClicks(&F().Box(), u"3"_s);
+        },
+        int(tall.lastIndexOf(u'*')));
     const QString written = QString(tall).insert(tall.lastIndexOf(u'*'), u'3');
-    F().Show(written, [&] { // run in vain: what was written can be undone
-        F().Box().undo();
-        QCOMPARE(F().Box().Statement(), tall);
-        F().Box().redo();
-    }, 0);
+    F().Show(
+        written,
+        [&] { // run in vain: what was written can be undone
+            F().Box().undo();
+            QCOMPARE(F().Box().Statement(), tall);
+            F().Box().redo();
+        },
+        0);
     F().Show(written, [&] { QVERIFY(!F().Box().document()->isUndoAvailable()); });
 }
 
@@ -222,20 +234,22 @@ void tst_frmSQL::Keys()
     QCOMPARE(F().Show(u"SELECT\r\n1"_s, [&] { press(&F().Names(), Qt::Key_F5); }), u"SELECT\r\n1"_s);
     QCOMPARE(F().Show(u"SELECT 1"_s, [&] { press(&F().Box(), Qt::Key_Escape); }), QString());
     QCOMPARE(F().Show(u"SELECT 1"_s, [&] { F().Button(u"cmdCancel"_s).click(); }), QString());
-    QCOMPARE(F().Show(u"SELECT 1"_s, [&] {
-        press(F().Names().lineEdit(), Qt::Key_Return); // runs nothing
-        QVERIFY(F().Dialog.isVisible());
-        F().Box().setFocus();
-        F().Box().moveCursor(QTextCursor::End);
-        press(&F().Box(), Qt::Key_Return);
-        QTest::keyClicks(&F().Box(), u"+ 1"_s);
-        F().Names().setEditText(u"q"_s);
-        QTest::keyClick(&F().Box(), Qt::Key_S, Qt::ControlModifier);
-        QTest::keyClick(&F().Box(), Qt::Key_A, Qt::ControlModifier);
-        F().Box().cut();
-        QTest::keyClicks(&F().Box(), u"SELECT 2"_s);
-        F().Button(u"cmdExec"_s).click();
-    }), u"SELECT 2"_s);
+    QCOMPARE(F().Show(u"SELECT 1"_s,
+                      [&] {
+                          press(F().Names().lineEdit(), Qt::Key_Return); // runs nothing
+                          QVERIFY(F().Dialog.isVisible());
+                          F().Box().setFocus();
+                          F().Box().moveCursor(QTextCursor::End);
+                          press(&F().Box(), Qt::Key_Return);
+                          QTest::keyClicks(&F().Box(), u"+ 1"_s);
+                          F().Names().setEditText(u"q"_s);
+                          QTest::keyClick(&F().Box(), Qt::Key_S, Qt::ControlModifier);
+                          QTest::keyClick(&F().Box(), Qt::Key_A, Qt::ControlModifier);
+                          F().Box().cut();
+                          QTest::keyClicks(&F().Box(), u"SELECT 2"_s);
+                          F().Button(u"cmdExec"_s).click();
+                      }),
+             u"SELECT 2"_s);
     QCOMPARE(F().Saved(u"q"_s), u"q:SELECT 1\r\n+ 1"_s);
 }
 
@@ -351,6 +365,8 @@ void tst_frmSQL::PlaceIsKept()
         QVERIFY2(qAbs(bar->Parsent() - 70) < 1, qPrintable(QString::number(bar->Parsent())));
         F().Dialog.setGeometry(place);
         QCoreApplication::processEvents();
+        QTest::keyClick(bar->focusProxy(), Qt::Key_Home);
+        QVERIFY(F().Box().width() > F().Box().verticalScrollBar()->sizeHint().width());
         bar->SetOffset(300 * 15);
         barBefore = F().Box().width();
     });
@@ -395,11 +411,13 @@ void tst_frmSQL::WithoutADatabase()
     F().App.LogDB()->Close(); // as one that cannot be read
     F().Show(u"SELECT 1"_s, [&] { QCOMPARE(F().Items(u"cmbQuery"_s) + F().Items(u"cmbTable"_s), QStringList()); });
     F().App.SetLogDB(nullptr);
-    QCOMPARE(F().Show(u"SELECT 1"_s, [&] {
-        F().Names().setEditText(u"q"_s);
-        F().Button(u"cmdSave"_s).click();
-        F().Button(u"cmdExec"_s).click();
-    }), u"SELECT 1"_s);
+    QCOMPARE(F().Show(u"SELECT 1"_s,
+                      [&] {
+                          F().Names().setEditText(u"q"_s);
+                          F().Button(u"cmdSave"_s).click();
+                          F().Button(u"cmdExec"_s).click();
+                      }),
+             u"SELECT 1"_s);
 }
 
 QTEST_MAIN(tst_frmSQL)
