@@ -109,6 +109,25 @@ QString WithLogLineEnds(QString Text)
     return Text;
 }
 
+/// Old systems end a text with this mark, and some fill the rest of a disk sector with it or with zeros.
+constexpr QChar EndMark(0x1A);
+
+void TakeEndMarks(QString& Text)
+{
+    qsizetype end = Text.size();
+    while (end > 0 && (Text[end - 1] == EndMark || Text[end - 1].isNull()))
+        --end;
+    if (QStringView(Text).sliced(end).contains(EndMark))
+        Text.truncate(end);
+}
+
+/// Logs that were joined into one file have the mark between them.
+void TakeInnerEndMarks(QString& Text)
+{
+    const QString before = CRecordCutter::SeparatorLine().toString() + u"\r\n"_s;
+    Text.replace(before + EndMark, before);
+}
+
 /// Whether no text has such a line: control characters, or bytes that no character has. A lead byte at the end is no
 /// fault: the boards' servers cut long subjects without looking.
 bool IsNoise(QByteArrayView Line, bool (*IsValid)(QByteArrayView))
@@ -138,7 +157,10 @@ QString mdlLogText::Decode(QByteArray Bytes, const std::function<bool()>& GoesOn
 {
     QString text = DecodeBytes(Bytes, GoesOn);
     Bytes = {};
-    return WithLogLineEnds(std::move(text));
+    TakeEndMarks(text);
+    text = WithLogLineEnds(std::move(text));
+    TakeInnerEndMarks(text);
+    return text;
 }
 
 bool mdlLogText::HasRecord(QStringView Text) { return CRecordCutter(Text).Next().has_value(); }

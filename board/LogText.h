@@ -14,7 +14,7 @@ namespace mdlLogText
 
 /// Decodes Bytes: by the byte order mark when there is one (UTF-8, UTF-16), as UTF-8 when it is that and no code page
 /// 932, else as code page 932. Where separator lines end in a bare LF or CR and none in CR LF, all line ends become CR
-/// LF.
+/// LF. The mark 1A that old systems put at the end of a text is taken out.
 ///
 /// Takes Bytes over so that the memory is free as soon as possible. GoesOn is asked about once a megabyte; when it says
 /// no, the text is empty.

@@ -100,6 +100,12 @@ void tst_CLogFile::Texts_data()
     QTest::newRow("LF in a body stays") << text::To932(bare) << bare;
     QTest::newRow("one record, its last line end missing")
         << sjis.left(sjis.indexOf("--===") + 5) << log.left(log.indexOf(u"--===") + 5);
+    QTest::newRow("end mark, to the end of a sector") << sjis + "\x1A" << log;
+    QTest::newRow("end mark and what was in the sector") << sjis + QByteArray("\x1A\x1A\0", 3) << log;
+    QTest::newRow("end mark behind a missing line end")
+        << With(sjis.sliced(sjis.indexOf("Number:2")), "\n").chopped(1) + "\x1A"
+        << log.mid(log.indexOf(u"Number:2")).chopped(2);
+    QTest::newRow("joined with end marks") << sjis + "\x1A" + sjis + "\x1A" << log + log;
     const QString large = u"表"_s.repeated(700000) + u"\r\n"_s + log.repeated(9000); // of several portions
     QTest::newRow("large") << text::To932(large) << large;
     QTest::newRow("large UTF-8") << large.toUtf8() << large;
