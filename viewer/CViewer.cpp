@@ -198,6 +198,7 @@ void CViewer::RefreshAfterRun()
 {
     ReadBoardProperty();
     AddNewer();
+    AddOlder();
     RereadRoots();
     RecountBoards();
     ChangeBBSViewMenu();
@@ -220,6 +221,19 @@ void CViewer::AddNewer()
         return;
     }
     for (const CMessageItem& item : newer)
+        AddMessageItem(BoardList, item.Message);
+}
+
+/// A list that went down to the oldest message before the run does so after it as far as one view reaches: what an
+/// import brings is mostly older than what was there.
+void CViewer::AddOlder()
+{
+    const int room = m_app.Option().AddMax - m_lists[BoardList]->Count();
+    if (room <= 0 || m_modes.Entry(CViewModes::OlderPage).Enabled)
+        return;
+    const std::vector<CMessageItem> older =
+        m_loader.ReadQuietly(m_modes.Statement(CViewModes::OlderPage, m_currentBoard, room));
+    for (const CMessageItem& item : older)
         AddMessageItem(BoardList, item.Message);
 }
 

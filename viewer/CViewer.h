@@ -145,6 +145,7 @@ private:
     void FocusRow(int List, int Row);
     void ShowText(const CMessage& Msg);
     void AddNewer();
+    void AddOlder();
     void ReloadNewest();
     void RereadRoots();
 

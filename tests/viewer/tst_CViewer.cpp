@@ -443,19 +443,23 @@ void tst_CViewer::AfterAReceive()
 void tst_CViewer::AfterAnImport()
 {
     F().Viewer.SelectBoard(3);
-    F().Add(3, 1, 2);
+    F().Add(3, 11, 12);
     F().App.Option().ReadTiming = 0;
     F().Viewer.RefreshAfterRun();
-    QCOMPARE(Ids(F().List(0)), u"3/2 3/1"_s);
-    QCOMPARE(F().Host.Body, QStringList({u"b2"_s})); // there was nothing on view
-    QCOMPARE(F().ReadIds(), QString());              // and showing it by itself marks nothing
-    F().Add(3, 3, 3);
+    QCOMPARE(Ids(F().List(0)), u"3/12 3/11"_s);
+    QCOMPARE(F().Host.Body, QStringList({u"b12"_s})); // there was nothing on view
+    QCOMPARE(F().ReadIds(), QString());               // and showing it by itself marks nothing
+    F().Add(3, 9, 10);                                // more than the rest of a page
     F().Viewer.RefreshAfterRun();
-    QCOMPARE(Ids(F().List(0)), u"3/3 3/2 3/1"_s);
+    QCOMPARE(Ids(F().List(0)), u"3/12 3/11 3/10"_s);
+    QCOMPARE(MenuState(F().Viewer), u"最新の3件(&T)+ 前の3件(&P)- 次の1件(&N)+"_s);
+    F().Add(3, 13, 13);
+    F().Viewer.RefreshAfterRun();
+    QCOMPARE(Ids(F().List(0)), u"3/13 3/12 3/11 3/10"_s);
     QCOMPARE(F().List(0).Focus(), 1);
-    F().Add(3, 4, 9); // more than a page: the newest instead of a gap
+    F().Add(3, 14, 19); // more than a page: the newest instead of a gap
     F().Viewer.RefreshAfterRun();
-    QCOMPARE(Ids(F().List(0)), u"3/9 3/8 3/7"_s);
+    QCOMPARE(Ids(F().List(0)), u"3/19 3/18 3/17"_s);
 }
 
 void tst_CViewer::AfterARunBehindTheResultList()
