@@ -71,6 +71,12 @@ bool Drain(LHADecoder* Decoder, QByteArray& Bytes, const CLzhReader::CGoesOn& Go
     }
 }
 
+/// Whether Bytes begin as a program does that unpacks itself: with the mark of one or with a jump.
+bool IsProgram(const QByteArray& Bytes)
+{
+    return Bytes.startsWith("MZ") || Bytes.startsWith('\xE9') || Bytes.startsWith('\xEB');
+}
+
 /// Macintosh tools pack a file with 128 bytes of its properties in front and its resources behind it.
 QByteArray WithoutMacParts(const QByteArray& Bytes)
 {
@@ -108,7 +114,7 @@ std::optional<CLzhHeader> CLzhReader::NextHeader(const CGoesOn& GoesOn)
             return {};
         }
         if (auto header = lzh::ReadHeader(m_archive, place)) {
-            m_isWhole = m_isWhole && (place == m_place || m_headers == 0);
+            m_isWhole = m_isWhole && (place == m_place || (m_headers == 0 && IsProgram(m_archive)));
             return header;
         }
         ++m_damaged;

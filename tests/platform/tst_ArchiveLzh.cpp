@@ -113,7 +113,7 @@ void tst_ArchiveLzh::Members_data()
     QTest::newRow("header sum, level 0") << Patched(level0, level0.indexOf("-lh0-") - 1, "?") << lost;
     QTest::newRow("header sum, level 1") << Patched(level1, level1.indexOf("-lh0-") - 1, "?") << lost;
     QTest::newRow("header zeroed") << Patched(level2, second, QByteArray(30, '\0')) << lost;
-    QTest::newRow("first header gone") << level2.mid(3) << QStringList{plain[1], plain[2]};
+    QTest::newRow("first header gone") << level2.mid(3) << QStringList{plain[1], plain[2], u"damaged"_s};
     QTest::newRow("no archive") << QByteArray("-lh5- is what archives begin with.") << QStringList{u"damaged"_s};
     QTest::newRow("nothing") << QByteArray() << QStringList();
     QTest::newRow("control characters in a name") << Member("-lh0-", "x", 1, "a\r\nb\x7F") << QStringList{u"ab bad"_s};
