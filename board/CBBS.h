@@ -119,6 +119,7 @@ private:
     void MoveNoReadPoint(qint32 BBS_ID);
     void Fail(const QString& Message);
 
+    bool IsDatabase(const QString& FileName) const;
     bool ImportBlocks(qint32 BBS_ID, const QString& FileName, bool ReadMode);
     bool ImportBlock(qint32 BBS_ID, const QString& FileName, const CLogBlock& Block, bool ReadMode);
     void SumUpImport(const QString& FileName, bool IsSound);

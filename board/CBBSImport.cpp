@@ -8,9 +8,11 @@
 #include "board/CLogFile.h"
 #include "board/CRunState.h"
 #include "board/ErrorLine.h"
+#include "app/Application.h"
 #include "platform/dao/Error.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
@@ -41,9 +43,22 @@ bool CBBS::ImportLog(qint32 BBS_ID, const QString& FileName, bool ReadMode)
     }
 }
 
+/// Whether FileName is the open database or a part of it.
+bool CBBS::IsDatabase(const QString& FileName) const
+{
+    const QString database = QFileInfo(m_app.DatabaseFileName()).canonicalFilePath();
+    const QString chosen = QFileInfo(FileName).canonicalFilePath();
+    return chosen == database || chosen == database + u"-wal"_s || chosen == database + u"-shm"_s;
+}
+
 /// Stores what can be read of the file; what cannot is told. True when all of it was log text.
 bool CBBS::ImportBlocks(qint32 BBS_ID, const QString& FileName, bool ReadMode)
 {
+    if (IsDatabase(FileName)) { // to open and close it would be to lose the locks on it
+        TellOfFile(u"「"_s + QFileInfo(FileName).fileName() +
+                   u"」はこのプログラムのデータベースなので取り込めません。"_s);
+        return false;
+    }
     CLogFile file(FileName);
     bool isSound = true;
     const auto goesOn = [this] {

@@ -3,6 +3,7 @@
 
 #include "platform/desktop/CDesktopQt.h"
 
+#include "platform/desktop/CFileKinds.h"
 #include "platform/desktop/FileFilter.h"
 #include "platform/desktop/ShellTarget.h"
 #include "platform/desktop/TallBox.h"
@@ -145,12 +146,12 @@ std::optional<QString> CDesktopQt::InputBox(const QString& Prompt, const QString
 QStringList CDesktopQt::OpenFileDialog(const QString& Title, const QString& InitialDir, const QString& InitialFile,
                                        const QString& Filter)
 {
-    QFileDialog dialog(BoxParent(), Title.isEmpty() ? u"ﾌｧｲﾙを開く"_s : Title);
+    CFileKinds kinds;
+    QFileDialog dialog(BoxParent(), Title.isEmpty() ? u"ﾌｧｲﾙを開く"_s : Title, CFileKinds::FirstFolder());
+    kinds.Serve(dialog, InitialDir);
     dialog.setObjectName(u"OpenFileDialog"_s);
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setNameFilters(mdlFileFilter::NameFilters(Filter));
-    if (!InitialDir.isEmpty() && QFileInfo(InitialDir).isDir())
-        dialog.setDirectory(InitialDir);
     if (!InitialFile.isEmpty())
         dialog.selectFile(InitialFile);
     if (dialog.exec() != QDialog::Accepted)
@@ -164,12 +165,12 @@ QStringList CDesktopQt::OpenFileDialog(const QString& Title, const QString& Init
 
 QString CDesktopQt::FolderDialog(const QString& Title, const QString& InitialDir)
 {
-    QFileDialog dialog(BoxParent(), Title);
+    CFileKinds kinds;
+    QFileDialog dialog(BoxParent(), Title, CFileKinds::FirstFolder());
+    kinds.Serve(dialog, InitialDir);
     dialog.setObjectName(u"FolderDialog"_s);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    if (!InitialDir.isEmpty() && QFileInfo(InitialDir).isDir())
-        dialog.setDirectory(InitialDir);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 

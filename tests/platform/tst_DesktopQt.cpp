@@ -13,8 +13,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using Answer = Desktop::Answer;
@@ -71,6 +75,7 @@ private Q_SLOTS:
     void Keys();
     void BoxBelongsToTheActiveWindow();
     void Input();
+    void DialogsLeaveFilesAlone();
     void RefusedTargetIsTold();
     void MissingOwnFileIsNotOpened();
     void Twips();
@@ -162,6 +167,37 @@ void tst_DesktopQt::Input()
     QCOMPARE(desktop.InputBox(u"名前"_s, u"題"_s, u"前"_s), std::optional(u"前"_s));
     Press(Qt::Key_Escape, &seen);
     QCOMPARE(desktop.InputBox(u"名前"_s, u"題"_s, u"前"_s), std::nullopt);
+}
+
+/// Locks of the database are lost when anything in this process opens and closes one of its files.
+void tst_DesktopQt::DialogsLeaveFilesAlone()
+{
+    QTemporaryDir folder;
+    QFile held(folder.filePath(u"log.mdb-shm"_s));
+    QVERIFY(held.open(QIODevice::ReadWrite) && held.write("%PDF-1.4") > 0 && held.flush());
+    struct flock wanted = {};
+    wanted.l_type = F_RDLCK;
+    QCOMPARE(::fcntl(held.handle(), F_SETLK, &wanted), 0);
+    for (const QString& name : {u"OpenFileDialog"_s, u"FolderDialog"_s}) {
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&, rounds = 0]() mutable {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            const auto* view = dialog ? dialog->findChild<QAbstractItemView*>(u"treeView"_s) : nullptr;
+            const bool isRead = view && view->model()->index(0, 2, view->rootIndex()).data().isValid();
+            if (dialog && (isRead || ++rounds > 50))
+                dialog->reject();
+        });
+        poll.start(20);
+        if (name == "OpenFileDialog"_L1)
+            CDesktopQt().OpenFileDialog({}, folder.path(), {}, u"All|*"_s);
+        else
+            CDesktopQt().FolderDialog({}, folder.path());
+        QFile locks(u"/proc/locks"_s);
+        QVERIFY(locks.open(QIODevice::ReadOnly));
+        struct stat status = {};
+        QCOMPARE(::fstat(held.handle(), &status), 0);
+        QVERIFY2(locks.readAll().contains(':' + QByteArray::number(quint64(status.st_ino)) + ' '), qPrintable(name));
+    }
 }
 
 void tst_DesktopQt::RefusedTargetIsTold()
