@@ -10,6 +10,7 @@
 #include "platform/dao/Error.h"
 #include "viewer/CViewer.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 
 #include <array>
@@ -235,6 +236,7 @@ private:
     BusyState m_busyBefore = BusyState::None; // a receive may be under way when a query takes long
     int m_styleBefore = 0;                    // of the status bar, as the text
     QString m_statusBefore;
+    QElapsedTimer m_sinceCount;       // since a board's count was shown
     mdlPosition::Position m_position; // as it was when the window was closed
     int m_iconFrame = 0;
     qint32 m_optionTab = 1; // shown last

@@ -36,6 +36,7 @@ namespace
 {
 
 constexpr int NormalFrame = 4; // SMALLICON4
+constexpr int CountEveryMs = 200;
 
 bool IsSearch(Work What) { return What == Work::Query || What == Work::Find; }
 
@@ -239,7 +240,15 @@ void frmView::ViewMenuChanged()
     UpdateEnabled();
 }
 
-void frmView::BoardCountChanged(qint32 BBS_ID, int UnreadCount) { m_boardMenus->SetCount(BBS_ID, UnreadCount); }
+/// An import tells of every message, and a desktop that draws menus or the tray's menu itself would be sent each number.
+/// The end of the run shows what is left out here.
+void frmView::BoardCountChanged(qint32 BBS_ID, int UnreadCount)
+{
+    if (m_bbs->IsImport() && m_sinceCount.isValid() && !m_sinceCount.hasExpired(CountEveryMs))
+        return;
+    m_sinceCount.start();
+    m_boardMenus->SetCount(BBS_ID, UnreadCount);
+}
 
 void frmView::MarksChanged()
 {

@@ -84,6 +84,7 @@ void tst_Import::ByTheMenu()
     QCOMPARE(w.List().Item(99).Message.ID, 61);
     QVERIFY(w.Action(u"mnuFileImport"_s)->isEnabled());
     QVERIFY(w.Action(u"mnuBBSViewSub2"_s)->isEnabled()); // the older ones
+    QVERIFY(w.Action(u"mnuTrayBBSSub1"_s)->text().endsWith(u"(160)"_s));
     QCOMPARE(w.Log(), u"150件目のログが壊れていました。\n"_s + file +
                           u"には取り込めない記録が1件ありました。取り込んだ新しいメッセージは160件です。\n"
                           "160件インポートしました。\n"_s);
