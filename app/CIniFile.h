@@ -81,8 +81,8 @@ private:
         bool IsGone = false;
     };
 
-    /// Entries are only marked as gone, so that an INI file of junk is not gone through again for each of its lines; they
-    /// are thrown out when they have become more than the others.
+    /// Entries are only marked as gone, so that an INI file of junk is not gone through again for each of its lines;
+    /// they are thrown out when they have become more than the others.
     struct Section
     {
         QString Name;

@@ -71,7 +71,8 @@ QStringList CurlArguments(const QString& Folder)
 {
     QStringList arguments{u"-s"_s};
     for (int page = 0; page < PageCount; ++page)
-        arguments << u"-o"_s << (Folder.isEmpty() ? u"/dev/null"_s : Folder + u'/' + QString::number(page)) << PageUrl(page);
+        arguments << u"-o"_s << (Folder.isEmpty() ? u"/dev/null"_s : Folder + u'/' + QString::number(page))
+                  << PageUrl(page);
     return arguments;
 }
 

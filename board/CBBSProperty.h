@@ -24,11 +24,11 @@ struct CVisitor
     bool operator==(const CVisitor&) const = default;
 };
 
-/// One board. GetProperty fills the fields; the cookie's settings are read from the shared cookie store on every get and
-/// written to it on every set, so the board's own pages and the reader always see the same values.
+/// One board. GetProperty fills the fields; the cookie's settings are read from the shared cookie store on every get
+/// and written to it on every set, so the board's own pages and the reader always see the same values.
 ///
-/// Both sides of a two-sided board are rows of their own with one address, and so share one cookie. Every set leaves all
-/// other fields as they are, and tells whether it reached the cookie file: not without an address, with one that no
+/// Both sides of a two-sided board are rows of their own with one address, and so share one cookie. Every set leaves
+/// all other fields as they are, and tells whether it reached the cookie file: not without an address, with one that no
 /// cookie can be kept for, or when the file cannot be written.
 /// What the database refuses reaches the caller as dao::Error.
 class CBBSProperty

@@ -27,8 +27,8 @@ public:
     /// MayHide: whether the window would come back. It becomes the parent.
     CTrayHiding(QWidget& Window, std::function<bool()> MayHide);
 
-    /// Hides the window at once, without the detour by which a window manager minimises. False, doing nothing, where that
-    /// is not allowed: then it can only be minimised.
+    /// Hides the window at once, without the detour by which a window manager minimises. False, doing nothing, where
+    /// that is not allowed: then it can only be minimised.
     bool Hide();
 
     /// Shows the window as it was before it was minimised; nothing when it is not hidden.

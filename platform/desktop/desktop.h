@@ -39,8 +39,8 @@ public:
     virtual QStringList OpenFileDialog(const QString& Title, const QString& InitialDir, const QString& InitialFile,
                                        const QString& Filter) = 0;
 
-    /// Lets the user choose an existing folder, beginning with InitialDir where that exists. Its full path; empty when he
-    /// cancelled.
+    /// Lets the user choose an existing folder, beginning with InitialDir where that exists. Its full path; empty when
+    /// he cancelled.
     virtual QString FolderDialog(const QString& Title, const QString& InitialDir) = 0;
 
     /// Opens what a message or a web page named. Only http, https, ftp and mailto are handed on ("www.…" becomes

@@ -129,11 +129,13 @@ void tst_CBBSProperty::TextsCannotDamageOtherFields()
     QCOMPARE(board.NoReadPoint(), 77);
 }
 
-/// Texts of characters that mean something to cookies, headers and the cookie file, set in any order on boards that share
-/// a host, two of them a cookie, with a field that the program does not know. Each changes its own field and no other.
+/// Texts of characters that mean something to cookies, headers and the cookie file, set in any order on boards that
+/// share a host, two of them a cookie, with a field that the program does not know. Each changes its own field and no
+/// other.
 void tst_CBBSProperty::NoTextDamagesAnything()
 {
-    const QString awkward = u",;%= \t\r\n\"\\&+ソ表ー①ｶﾞ〜−é\u00a0\u200b\ufeff\u2028a0"_s + QChar(u'\0') + QChar(0xd83d);
+    const QString awkward =
+        u",;%= \t\r\n\"\\&+ソ表ー①ｶﾞ〜−é\u00a0\u200b\ufeff\u2028a0"_s + QChar(u'\0') + QChar(0xd83d);
     using Set = bool (CBBSProperty::*)(const QString&);
     const Set sets[] = {&CBBSProperty::SetPostName, &CBBSProperty::SetMail, &CBBSProperty::SetHomePage,
                         &CBBSProperty::SetPassword};

@@ -610,8 +610,8 @@ void tst_CBoardServer::SiteIsWhole()
         }
     }
     for (const QString& page : {u"/tavora/"_s, u"/kakolog/"_s, u"/kakolog/keyaki_kako.txt"_s,
-                                u"/kakolog/keyaki_kako.lzh"_s, u"/howto/kyoutsuu.html"_s,
-                                u"/howto/keyaki.html"_s, u"/icon/keyaki.png"_s, u"/cgi-bin/yanagi.cgi?rightonly=1"_s})
+                                u"/kakolog/keyaki_kako.lzh"_s, u"/howto/kyoutsuu.html"_s, u"/howto/keyaki.html"_s,
+                                u"/icon/keyaki.png"_s, u"/cgi-bin/yanagi.cgi?rightonly=1"_s})
         QVERIFY2(seen.contains(page), qPrintable(page));
     QVERIFY(Get(*server, "/icon/keyaki.png").Body.startsWith("\x89PNG\r\n\x1a\n"));
     QCOMPARE(Get(*server, "/howto/yanagi.html").Status(), QByteArray("HTTP/1.1 200 OK"));

@@ -45,7 +45,10 @@ struct CWindowFixture
     ~CWindowFixture() { End(); }
 
     /// What the settings file holds before the start.
-    void WriteIni(const QByteArray& Text) const { mdlFiles::Write(Folder.filePath(QStringLiteral("Tavora.ini")), Text); }
+    void WriteIni(const QByteArray& Text) const
+    {
+        mdlFiles::Write(Folder.filePath(QStringLiteral("Tavora.ini")), Text);
+    }
 
     /// Starts the program; what Open says.
     bool Start()

@@ -67,8 +67,8 @@ void tst_LongUse::Query(CWindowFixture& F, int Round)
 {
     QTimer::singleShot(0, F.Window.get(), [&F, Round] {
         auto* dialog = F.Window->findChild<frmSQL*>();
-        dialog->findChild<CStatementBox*>()->ReplaceStatement(Round % 2 ? u"SELECT * FROM Message"_s
-                                                                        : u"SELECT BBS_ID AS a%1 FROM BBS"_s.arg(Round));
+        dialog->findChild<CStatementBox*>()->ReplaceStatement(
+            Round % 2 ? u"SELECT * FROM Message"_s : u"SELECT BBS_ID AS a%1 FROM BBS"_s.arg(Round));
         dialog->findChild<QPushButton*>(u"cmdExec"_s)->click();
     });
     F.Action(u"mnuMsgQuery"_s)->trigger();

@@ -270,8 +270,8 @@ void tst_LoadDrivers::ImportQuestion()
     const CShownBox& box = fixture.Desk.Boxes.at(0);
     QCOMPARE(box.Text, (isOther ? u"くすのき掲示板用のログファイルと思われるファイルが指定されています。\r\n"
                                   "このままけやき掲示板に下記のファイルをインポートしてもよろしいですか？"_s
-                                : u"けやき掲示板に下記のファイルをインポートします。\r\nよろしいですか？"_s)
-                           + paths);
+                                : u"けやき掲示板に下記のファイルをインポートします。\r\nよろしいですか？"_s) +
+                           paths);
     QCOMPARE(box.Default, isOther ? Desktop::Answer::No : Desktop::Answer::Yes);
     QCOMPARE(box.Icon, Desktop::Icon::Information);
     QCOMPARE(box.Caption, u"Tavora Ver.0.50"_s);
@@ -293,7 +293,8 @@ void tst_LoadDrivers::ManyFilesStayInTheQuestion()
 void tst_LoadDrivers::ImportAsksForFiles()
 {
     CDriverFixture fixture;
-    const QString types = u"テキストファイル(*.txt;*.log)|*.txt;*.log|LHA書庫ファイル(*.lzh)|*.lzh|全てのファイル(*.*)|*.*"_s;
+    const QString types =
+        u"テキストファイル(*.txt;*.log)|*.txt;*.log|LHA書庫ファイル(*.lzh)|*.lzh|全てのファイル(*.*)|*.*"_s;
     fixture.Run(u"UPDATE BBS SET DefaultLogFile = ''"_s);
     fixture.Desk.ExpectFiles({}, {});
     fixture.Drivers.ExecuteCommand(1);
@@ -314,8 +315,8 @@ void tst_LoadDrivers::ImportAsksForFiles()
     QCOMPARE(fixture.Desk.LastFolder, fixture.Folder.path());
     QCOMPARE(fixture.Host.Events, QStringList({u"import"_s, u"2件インポートしました。"_s, u"ended"_s, u"import"_s,
                                                u"インポートできるログはありませんでした。"_s, u"ended"_s}));
-    QCOMPARE(fixture.Log(), QStringList({file + u"から0件インポートしました。"_s,
-                                         u"インポートできるログはありませんでした。"_s}));
+    QCOMPARE(fixture.Log(),
+             QStringList({file + u"から0件インポートしました。"_s, u"インポートできるログはありませんでした。"_s}));
     QCOMPARE(fixture.Dialog.windowTitle(), u"完了 - Tavora Ver.0.50"_s);
     QCOMPARE(fixture.Dialog.Infomation().section(u"\r\n"_s, 0, 0), file + u"のインポート中...(1/1)"_s);
     QCOMPARE(fixture.Dialog.ButtonMode(), qint16(frmLoadDlg::OkMode));
@@ -356,7 +357,8 @@ void tst_LoadDrivers::ImportSummaries()
 void tst_LoadDrivers::CancelOfAnImportLeavesOutTheRest()
 {
     CDriverFixture fixture;
-    const QStringList files{fixture.LogFile(u"a"_s, 1, 2), fixture.LogFile(u"b"_s, 11, 15), fixture.LogFile(u"c"_s, 21, 22)};
+    const QStringList files{fixture.LogFile(u"a"_s, 1, 2), fixture.LogFile(u"b"_s, 11, 15),
+                            fixture.LogFile(u"c"_s, 21, 22)};
     connect(&fixture.Board, &CBBS::AddMessage, this, [&](const CMessage& Msg) {
         if (Msg.ID == 13)
             fixture.Dialog.reject();
