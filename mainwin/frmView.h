@@ -99,8 +99,8 @@ private:
     void RunCommand(Command Handler, int Argument);
     bool OnKey(const mdlCommands::Key& Key);
     /// Runs something that the user, a timer or the system asked for; nothing while a statement works, whose wait may
-    /// have let the asking through. What the database refuses is told, and closing
-    /// waits until the outermost of these has returned.
+    /// have let the asking through. What the database refuses is told, and closing waits until the outermost of these
+    /// has returned.
     template<typename Function> void Perform(Function Action);
     void Leave();
     void ReportError(const dao::Error& Error);

@@ -25,15 +25,15 @@ constexpr int StartMs = 5000;
 constexpr QPoint IconPlace(1014, 758); // the panel lies in the right lower corner and holds nothing else
 
 /// Ends when it goes out of scope, and with this program, whichever way that ends.
-class CHelper : public QProcess
+class CChildProgram : public QProcess
 {
 public:
-    CHelper()
+    CChildProgram()
     {
         setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
         setProcessChannelMode(ForwardedErrorChannel);
     }
-    ~CHelper() override { End(); }
+    ~CChildProgram() override { End(); }
 
     bool Run(const QString& Program, const QStringList& Arguments = {})
     {
@@ -51,9 +51,9 @@ public:
 /// The screen must be there before the toolkit looks for one.
 struct CStage
 {
-    CHelper Screen;
-    CHelper Manager;
-    CHelper Panel;
+    CChildProgram Screen;
+    CChildProgram Manager;
+    CChildProgram Panel;
 
     QString Begin()
     {
