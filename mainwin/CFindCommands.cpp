@@ -97,6 +97,12 @@ void CFindCommands::CloseDialog()
         m_dialog->close();
 }
 
+void CFindCommands::AdoptSettings()
+{
+    if (m_dialog)
+        m_dialog->TakeSettings();
+}
+
 void CFindCommands::SetFindAllowed(bool IsAllowed)
 {
     m_isAllowed = IsAllowed;

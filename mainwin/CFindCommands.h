@@ -33,6 +33,8 @@ public:
     /// Opens the find dialog with the selected text of the pane, or with the box's.
     void OpenDialog();
     void CloseDialog();
+    /// The settings of the search were changed elsewhere.
+    void AdoptSettings();
     /// Finds the box's text; with an empty box it goes there and remembers the direction for Enter.
     void FindNext();
     void FindPrev();

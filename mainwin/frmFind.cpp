@@ -129,6 +129,11 @@ void frmFind::Prepare(const QStringList& History)
         m_history->AddMRU(text, false);
     m_cmbFindText->clearEditText();
     mdlWindow::AdjustComboDropDown(m_cmbFindText, 0);
+    TakeSettings();
+}
+
+void frmFind::TakeSettings()
+{
     m_chkUseRegExp->setChecked(m_app.Option().UseRegExp);
     m_chkIgnoreCase->setChecked(!m_app.Option().IgnoreCase);
     UpdateEnabled();

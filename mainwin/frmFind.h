@@ -29,6 +29,9 @@ public:
     /// comes to the front and takes Text, unless that is empty.
     void ShowDialog(const QString& Text, const QStringList& History);
 
+    /// Shows the settings anew, when they were changed elsewhere: the next find would change them back.
+    void TakeSettings();
+
     /// While it is not allowed, the buttons are disabled.
     void SetFindAllowed(bool IsAllowed);
 

@@ -5,6 +5,7 @@
 
 #include "app/Application.h"
 #include "board/CBBS.h"
+#include "mainwin/CFindCommands.h"
 #include "mainwin/CListView.h"
 #include "mainwin/CTrayPresence.h"
 #include "settings_ui/frmProperty.h"
@@ -55,6 +56,7 @@ void frmView::AdoptSettings()
     if (m_isClosing) // while a box of the dialog was open; the icon has left the tray
         return;
     m_tray->Adopt();
+    m_find->AdoptSettings();
     m_bbs->SetTimeout(m_app.Option().Timeout);
     MakeBBSMenu();
     m_viewer->ChangeBBSViewMenu(); // its captions tell the size of a page

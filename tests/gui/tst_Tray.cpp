@@ -208,14 +208,17 @@ void tst_Tray::Options()
     });
     f.Action(u"mnuToolOption"_s)->trigger();
     QVERIFY(TrayOf(f).Visible()); // nothing was confirmed
+    f.Action(u"mnuMsgFind"_s)->trigger();
     InBox(f, [](QWidget& Box) {
         QVERIFY(Box.findChild<QWidget*>(u"uspnTimeout"_s)->isVisible()); // the tab that was left
+        Box.findChild<QCheckBox*>(u"chkUseRegExp"_s)->click();
         Box.findChild<QCheckBox*>(u"chkAddTaskTray"_s)->setChecked(false);
         Box.findChild<QWidget*>(u"uspnAddMax"_s)->setProperty("value", 20);
         PressOk(Box);
     });
     f.Action(u"ToolbarOption"_s)->trigger();
     QVERIFY(!TrayOf(f).Visible());
+    QCOMPARE(f.Find<QCheckBox>(u"chkUseRegExp"_s)->isChecked(), f.App->Option().UseRegExp); // of the find dialog
     QCOMPARE(f.Action(u"mnuBBSViewSub0"_s)->text(), u"最新の20件(&T)"_s);
     InBox(f, [](QWidget& Box) {
         Box.findChild<QCheckBox*>(u"chkAddTaskTray"_s)->setChecked(true);
