@@ -225,7 +225,10 @@ void CListView::mousePressEvent(QMouseEvent* Event)
     LayOutNow();
     executeDelayedItemsLayout();
     const bool onRow = indexAt(Event->position().toPoint()).isValid();
+    const bool isShift = Event->modifiers() & Qt::ShiftModifier;
+    BeginExtending(isShift);
     QTreeView::mousePressEvent(Event);
+    EndExtending(isShift);
     m_focusAtPress = m_list.Focus();
     if (onRow && m_focusAtPress >= 0)
         Q_EMIT RowClicked(m_focusAtPress);
@@ -249,8 +252,35 @@ void CListView::keyPressEvent(QKeyEvent* Event)
     }
     LayOutNow();
     const int before = m_list.Focus();
+    const bool isShift = Event->modifiers() & Qt::ShiftModifier;
+    BeginExtending(isShift);
     QTreeView::keyPressEvent(Event);
+    EndExtending(isShift || m_list.Focus() == before);
     TellIfFocusMoved(before);
+}
+
+// The base class knows only the row that was last clicked or gone to by its own keys as the one that Shift extends
+// from.
+
+void CListView::BeginExtending(bool IsShift)
+{
+    m_extends = IsShift;
+    if (!m_anchor.isValid() || m_list.SelectedCount() <= 1)
+        m_anchor = model()->index(m_list.Focus(), 0);
+}
+
+void CListView::EndExtending(bool KeepsAnchor)
+{
+    m_extends = false;
+    if (!KeepsAnchor)
+        m_anchor = model()->index(m_list.Focus(), 0);
+}
+
+void CListView::setSelection(const QRect& Rect, QItemSelectionModel::SelectionFlags Command)
+{
+    const bool isFromAnchor = m_extends && (Command & QItemSelectionModel::Current) && m_anchor.isValid();
+    const QPoint start = isFromAnchor ? visualRect(m_anchor).center() : Rect.topLeft();
+    QTreeView::setSelection(QRect(start, Rect.bottomRight()), Command);
 }
 
 void CListView::TellIfFocusMoved(int RowBefore)

@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 #include <QIcon>
+#include <QPersistentModelIndex>
 #include <QTreeView>
 
 #include <functional>
@@ -67,6 +68,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
+    void setSelection(const QRect& Rect, QItemSelectionModel::SelectionFlags Command) override;
     void updateGeometries() override;
     /// Laying out and painting anew for each message that a receive brings would take longer than the receive. The rows
     /// lie one below the other, so for a moment the old layout does for the new rows as well.
@@ -84,6 +86,8 @@ private:
     void RememberTop();
     void FindTop();
     bool BeginsWith(int Row, const QString& FoldedStart) const;
+    void BeginExtending(bool IsShift);
+    void EndExtending(bool KeepsAnchor);
     void TellIfFocusMoved(int RowBefore);
     QRect RowRect(int Row) const;
 
@@ -97,6 +101,8 @@ private:
     qint64 m_typedAt = 0;             // milliseconds, when its last character came
     int m_updateDepth = 0;
     int m_focusAtPress = -1;
+    QPersistentModelIndex m_anchor; // where a selection by Shift begins
+    bool m_extends = false;         // a press with Shift is being handled
 };
 
 #endif

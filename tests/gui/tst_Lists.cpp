@@ -19,6 +19,7 @@ class tst_Lists : public QObject
 
 private Q_SLOTS:
     void ManyRowsAreAsQuickAsFew();
+    void ShiftExtendsFromTheFocus();
     void ManyRowsTakeArrivals();
     void ScrollPlaceIsKept_data();
     void ScrollPlaceIsKept();
@@ -94,6 +95,26 @@ void tst_Lists::ManyRowsAreAsQuickAsFew()
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
     QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(f.List().SelectedCount(), count);
+}
+
+void tst_Lists::ShiftExtendsFromTheFocus()
+{
+    CWindowFixture f;
+    QVERIFY(f.Start());
+    Fill(f, 20);
+    CListView* list = View(f);
+    Click(list, 0, Qt::NoModifier);
+    f.List().SetSelection({{2, 2}}, 2); // as J, Space and the find do
+    list->TakeSelection();
+    QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(f.List().SelectedRows(), (std::vector{2, 3, 4}));
+    QTest::keyClicks(list, u"a"_s); // no subject begins so
+    Click(list, 1, Qt::ShiftModifier);
+    QCOMPARE(f.List().SelectedRows(), (std::vector{1, 2}));
+    Click(list, 8, Qt::ControlModifier);
+    QTest::keyClick(list, Qt::Key_Up, Qt::ShiftModifier);
+    QVERIFY(f.List().IsSelected(7) && f.List().IsSelected(8) && !f.List().IsSelected(5));
 }
 
 /// A list is not laid out anew for each message; what stands where is right all the same.
