@@ -112,11 +112,15 @@ bool CCookieStore::Load()
     file.setPermissions(OwnerOnly); // a copy from elsewhere may have come readable for all
     const QByteArrayList lines = file.read(MaxFileBytes).split('\n');
     const QDateTime now = QDateTime::currentDateTimeUtc();
+    bool isDamaged = false;
     for (const QByteArray& line : lines) {
         std::optional<CCookie> cookie = mdlCookieText::FromLine(line);
+        isDamaged |= !cookie && !line.isEmpty() && !line.startsWith('#');
         if (cookie && !IsOver(*cookie, now))
             Insert(std::move(*cookie));
     }
+    if (isDamaged) // the next Save leaves out what may be somebody's password
+        QFile::copy(m_fileName, m_fileName + QStringLiteral(".bak"));
     return true;
 }
 

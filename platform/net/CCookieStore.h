@@ -51,7 +51,8 @@ public:
     ~CCookieStore() override;
 
     /// Reads the file in place of what is held. A missing file is an empty store; lines that make no cookie are
-    /// dropped. False: the file is there but cannot be read; it is then never overwritten by this store.
+    /// dropped, and a copy of such a file stays beside it as FileName + ".bak", if there is none yet. False: the file
+    /// is there but cannot be read; it is then never overwritten by this store.
     bool Load();
 
     /// Replaces the file at once or not at all, synced to the disk. False: the old file is still there.

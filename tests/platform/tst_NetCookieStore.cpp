@@ -205,6 +205,7 @@ void tst_NetCookieStore::ReadsAFileOfAnotherRun()
     CCookieStore store(FileName());
     QVERIFY(store.Load());
     QCOMPARE(store.Get(At("http://h.jp/")), QByteArray("good=v1; later=v2; last=no line end"));
+    QCOMPARE(QFileInfo(FileName() + u".bak"_s).size(), QFileInfo(FileName()).size());
 }
 
 void tst_NetCookieStore::FileIsTheOwnersOnly()
