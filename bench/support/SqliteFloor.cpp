@@ -1,0 +1,76 @@
+// bench/support/SqliteFloor.cpp
+// The least that storing messages can cost: one prepared SQLite statement that inserts the same rows.
+
+#include "bench/support/SqliteFloor.h"
+
+#include "bench/support/Samples.h"
+#include "platform/dao/Database.h"
+#include "store/Store.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+void BindText(sqlite3_stmt* Statement, int Index, const QByteArray& Text)
+{
+    sqlite3_bind_text(Statement, Index, Text.constData(), int(Text.size()), SQLITE_STATIC);
+}
+
+bool InsertRow(sqlite3_stmt* Insert, const mdlSqliteFloor::CRow& Row)
+{
+    sqlite3_bind_int(Insert, 1, Row.Msg.BBS_ID);
+    sqlite3_bind_int(Insert, 2, Row.Msg.ID);
+    sqlite3_bind_int(Insert, 3, 0);
+    for (std::size_t text = 0; text < 4; ++text)
+        BindText(Insert, 4 + int(text), Row.Texts[text]);
+    sqlite3_bind_double(Insert, 8, Row.Msg.PostDate);
+    sqlite3_bind_int(Insert, 9, Row.Msg.InReplyTo);
+    BindText(Insert, 10, Row.Texts[4]);
+    sqlite3_bind_int(Insert, 11, Row.Msg.InReplyTo > 0 ? Row.Msg.InReplyTo : Row.Msg.ID);
+    sqlite3_bind_int(Insert, 12, 0);
+    const bool isStored = sqlite3_step(Insert) == SQLITE_DONE;
+    return sqlite3_reset(Insert) == SQLITE_OK && isStored;
+}
+} // namespace
+
+CEmptyDatabase::CEmptyDatabase()
+    : FileName(Folder.path() + u"/log.mdb"_s)
+{
+    mdlStore::CreateNewDatabase(FileName)->Close();
+}
+
+std::vector<mdlSqliteFloor::CRow> mdlSqliteFloor::MakeRows(qint32 BBS_ID, int Count)
+{
+    std::vector<CRow> rows;
+    for (int id = 1; id <= Count; ++id) {
+        const CMessage msg = mdlSamples::MakeMessage(BBS_ID, id);
+        rows.push_back({msg,
+                        {msg.Subject.toUtf8(), msg.HomePage.toUtf8(), msg.Mail.toUtf8(), msg.PostName.toUtf8(),
+                         msg.Body.toUtf8()}});
+    }
+    return rows;
+}
+
+bool mdlSqliteFloor::Insert(const QString& FileName, const std::vector<CRow>& Rows, std::size_t PerTransaction)
+{
+    sqlite3* db = nullptr;
+    sqlite3_open(QFile::encodeName(FileName).constData(), &db);
+    sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+    sqlite3_stmt* insert = nullptr;
+    bool isDone = sqlite3_prepare_v2(db, "INSERT INTO Message VALUES(?,?,?,?,?,?,?,?,?,?,?,?)", -1, &insert, nullptr) ==
+                  SQLITE_OK;
+    for (std::size_t at = 0; at < Rows.size() && isDone; ++at) {
+        if (at % PerTransaction == 0)
+            sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
+        isDone = InsertRow(insert, Rows[at]);
+        if (at % PerTransaction == PerTransaction - 1 || at + 1 == Rows.size())
+            sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+    }
+    sqlite3_finalize(insert);
+    sqlite3_close(db);
+    return isDone;
+}
