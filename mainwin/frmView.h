@@ -121,7 +121,7 @@ private:
     void DoTimer();
     void DoOptions();
     void DoBoardProperties();
-    void StoreBoard(CBBSProperty& Edited);
+    bool StoreBoard(CBBSProperty& Edited);
     void AdoptSettings();
     void DoEscape();
     void LeaveResults();

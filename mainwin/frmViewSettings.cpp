@@ -11,20 +11,27 @@
 #include "settings_ui/frmProperty.h"
 #include "viewer/CViewer.h"
 
-/// The key comes here also while the item is disabled.
+/// The key comes here also while the item is disabled. What the database refuses is shown again, as it was entered.
 void frmView::DoBoardProperties()
 {
     if (m_busy != BusyState::None)
         return;
     CBBSProperty& board = m_viewer->BoardProperty();
-    if (!frmProperty(m_app, this).ShowProperty(board, m_boardTab))
+    bool isEntered = false;
+    bool isStored = false;
+    while (!isStored && frmProperty(m_app, this).ShowProperty(board, m_boardTab)) {
+        isEntered = true;
+        isStored = StoreBoard(board);
+    }
+    if (!isEntered)
         return;
-    StoreBoard(board);
-    AdoptSettings();
+    if (!isStored)
+        board.GetProperty(board.ID());
+    AdoptSettings(); // what the other pages have stored stays
 }
 
 /// Visits and places have been written by pages of their own, and Edited has them as they were before.
-void frmView::StoreBoard(CBBSProperty& Edited)
+bool frmView::StoreBoard(CBBSProperty& Edited)
 {
     try {
         CBBSProperty stored(m_app);
@@ -33,9 +40,10 @@ void frmView::StoreBoard(CBBSProperty& Edited)
             Edited.ListOrder = stored.ListOrder;
         }
         Edited.SetProperty();
+        return true;
     } catch (const dao::Error& error) {
         ReportError(error);
-        Edited.GetProperty(Edited.ID());
+        return false;
     }
 }
 
