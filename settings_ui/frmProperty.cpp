@@ -240,7 +240,8 @@ void frmProperty::FocusPage()
         const bool takesFocus = next->isEnabledTo(this) && (next->focusPolicy() & Qt::TabFocus) && !next->focusProxy();
         if (takesFocus && page->isAncestorOf(next)) {
             next->clearFocus();                 // where the tabs have put it themselves, it would not come in again
-            next->setFocus(Qt::TabFocusReason); // as Tab does it: its text selected, its rim drawn
+            next->setFocus(Qt::TabFocusReason); // as Tab does it: its text is selected
+            setAttribute(Qt::WA_KeyboardFocusChange); // and a rim drawn
             return;
         }
     }
