@@ -143,6 +143,10 @@ void tst_CStatementBox::UndoAndTextAreLeftAlone()
     box.undo();
     QCOMPARE(box.Statement(), u"SELECT 1"_s);
     QVERIFY(!box.document()->isUndoAvailable() && !box.document()->isModified());
+    QTest::keyClicks(&box, u" WHERE "_s);
+    box.Insert(u"ID = "_s, 5);
+    box.undo(); // the field alone
+    QCOMPARE(box.Statement(), u"SELECT 1 WHERE "_s);
 }
 
 void tst_CStatementBox::ComposingIsLeftAlone()
