@@ -154,8 +154,10 @@ void CBBS::MoveNoReadPoint(qint32 BBS_ID)
         return;
     const QString number = QString::number(m_state->HighestNumber);
     Q_EMIT ChangeState(u"未読位置を"_s + number + u"に変更しています。"_s, false, false);
-    property.SetNoReadPoint(m_state->HighestNumber);
-    Q_EMIT ChangeState(u"未読位置を"_s + number + u"に設定しました。"_s, false, false);
+    if (property.SetNoReadPoint(m_state->HighestNumber))
+        Q_EMIT ChangeState(u"未読位置を"_s + number + u"に設定しました。"_s, false, false);
+    else // nothing is lost: what is received twice is stored once
+        Q_EMIT ChangeState(u"未読位置を保存できませんでした。"_s, true, true);
 }
 
 void CBBS::Fail(const QString& Message)

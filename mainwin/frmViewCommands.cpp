@@ -249,7 +249,8 @@ void frmView::DoSetNoRead()
 
 void frmView::StoreNoReadPoint(qint32 Value)
 {
-    m_viewer->BoardProperty().SetNoReadPoint(Value);
+    if (!m_viewer->BoardProperty().SetNoReadPoint(Value))
+        m_app.Shell.MessageBox(u"未読位置を保存できませんでした。"_s, m_app.AppTitle(), Desktop::Icon::Exclamation);
     m_viewer->ShowNoReadPoint();
 }
 

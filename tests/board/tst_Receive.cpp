@@ -9,6 +9,7 @@
 #include "tests/support/CLoopServer.h"
 #include "tests/support/Table.h"
 
+#include <QDir>
 #include <QTest>
 #include <QTimer>
 
@@ -81,6 +82,7 @@ private Q_SLOTS:
     void BytesAreCounted();
     void UnreadPositionFollowsTheCommit();
     void UnreadPositionOnlyGoesUp();
+    void UnreadPositionThatIsNotStoredIsTold();
     void UnreadPositionStaysWhenTheDiskIsFull();
     void ServersCookieIsKept();
     void UnknownBoard();
@@ -342,6 +344,17 @@ void tst_Receive::UnreadPositionOnlyGoesUp()
     QVERIFY(fixture.Load());
     QCOMPARE(fixture.Property().NoReadPoint(), 500);
     QVERIFY(fixture.States.filter(u"未読位置"_s).isEmpty());
+}
+
+void tst_Receive::UnreadPositionThatIsNotStoredIsTold()
+{
+    CReceiveFixture fixture({Log(Plain(2, 2))});
+    fixture.When(u"未読位置を2に変更しています"_s, [&] {
+        QFile::remove(fixture.App.CookieFileName());
+        QVERIFY(QDir().mkpath(fixture.App.CookieFileName())); // so that it cannot be written
+    });
+    QVERIFY(fixture.Load());
+    QCOMPARE(fixture.Errors, QStringList(u"未読位置を保存できませんでした。"_s));
 }
 
 void tst_Receive::UnreadPositionStaysWhenTheDiskIsFull()
