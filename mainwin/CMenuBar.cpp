@@ -46,5 +46,7 @@ void CMenuBar::paintEvent(QPaintEvent* Event)
     initStyleOption(&option, active);
     option.rect = actionGeometry(active);
     option.state |= QStyle::State_Selected | QStyle::State_Sunken | QStyle::State_HasFocus;
-    QStylePainter(this).drawControl(QStyle::CE_MenuBarItem, option);
+    QStylePainter painter(this);
+    painter.setClipRect(option.rect); // an outline beyond it would stay when the next item is marked
+    painter.drawControl(QStyle::CE_MenuBarItem, option);
 }
