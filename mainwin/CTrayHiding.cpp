@@ -28,10 +28,7 @@ CTrayHiding::CTrayHiding(QWidget& Window, std::function<bool()> MayHide)
 {
     m_hide->setSingleShot(true);
     m_hide->setInterval(SettleMs);
-    connect(m_hide, &QTimer::timeout, this, [this] {
-        if (m_window.isMinimized())
-            Hide();
-    });
+    connect(m_hide, &QTimer::timeout, this, &CTrayHiding::Settle);
     m_look->setObjectName(QStringLiteral("tmrLookForTray"));
     m_look->setInterval(LookEveryMs);
     connect(m_look, &QTimer::timeout, this, &CTrayHiding::Look);
@@ -55,6 +52,21 @@ void CTrayHiding::OnState()
         m_hide->start();
 }
 
+/// Minimised so soon after it was brought back, it is as the window manager was told when it was minimised the last
+/// time.
+void CTrayHiding::Settle()
+{
+    if (!m_window.isMinimized())
+        return;
+    if (!m_sinceBack.isValid() || m_sinceBack.hasExpired(ComingMs)) {
+        Hide();
+        return;
+    }
+    m_sinceBack.invalidate(); // once: whoever insists gets his way
+    m_window.setWindowState(m_isMaximised ? Qt::WindowMaximized : Qt::WindowNoState);
+    m_window.activateWindow();
+}
+
 bool CTrayHiding::Hide()
 {
     if (!m_window.isVisible() || QApplication::activeModalWidget() || !m_mayHide())
@@ -75,6 +87,7 @@ void CTrayHiding::BringBack()
 {
     if (!std::exchange(m_isHidden, false))
         return;
+    m_sinceBack.start();
     m_window.show();
     m_window.setWindowState(m_isMaximised ? Qt::WindowMaximized : Qt::WindowNoState);
 }

@@ -4,6 +4,7 @@
 #ifndef MAINWIN_CTRAYHIDING_H
 #define MAINWIN_CTRAYHIDING_H
 
+#include <QElapsedTimer>
 #include <QObject>
 
 #include <functional>
@@ -24,6 +25,9 @@ public:
     /// not only being restarted. Nobody tells of that on every desktop.
     static constexpr int LookEveryMs = 2000;
 
+    /// So soon after it was brought back nobody minimises the window himself; some window managers do.
+    static constexpr int ComingMs = 400;
+
     /// MayHide: whether the window would come back. It becomes the parent.
     CTrayHiding(QWidget& Window, std::function<bool()> MayHide);
 
@@ -43,12 +47,14 @@ protected:
 
 private:
     void OnState();
+    void Settle();
     void Look();
 
     QWidget& m_window;
     std::function<bool()> m_mayHide;
     QTimer* m_hide; // children
     QTimer* m_look;
+    QElapsedTimer m_sinceBack;
     int m_missing = 0;
     bool m_wasOpen = false;
     bool m_isHidden = false;
