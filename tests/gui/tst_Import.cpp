@@ -56,7 +56,7 @@ class tst_Import : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void ByTheMenu();
-    void OlderMessagesLeaveTheListInPlace();
+    void TheListTakesNewerAndOlderMessages();
     void ByDropping();
     void WhatIsNotDropped();
     void ClosingTheWindowEndsIt();
@@ -92,7 +92,7 @@ void tst_Import::ByTheMenu()
     QVERIFY(bad.open(QIODevice::ReadOnly) && bad.readAll().startsWith(mdlRecords::Bytes(u"こわれた\r\n"_s)));
 }
 
-void tst_Import::OlderMessagesLeaveTheListInPlace()
+void tst_Import::TheListTakesNewerAndOlderMessages()
 {
     CImportWindow w;
     w.Add(500, 510);
@@ -106,7 +106,7 @@ void tst_Import::OlderMessagesLeaveTheListInPlace()
     QStringList shown;
     for (int row = 0; row < w.List().Count(); ++row)
         shown << QString::number(w.List().Item(row).Message.ID);
-    QCOMPARE(shown.join(u' '), u"512 511 510 509 508 507 506 505 504 503 502 501 500"_s);
+    QCOMPARE(shown.join(u' '), u"512 511 510 509 508 507 506 505 504 503 502 501 500 3 2 1"_s);
 }
 
 void tst_Import::ByDropping()
