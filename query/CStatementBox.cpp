@@ -7,6 +7,7 @@
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QMimeData>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -94,4 +95,12 @@ void CStatementBox::showEvent(QShowEvent* Event)
 {
     QPlainTextEdit::showEvent(Event);
     ensureCursorVisible();
+}
+
+/// The toolkit takes the first of Source's formats without asking whether there is one. There is none when nobody owns
+/// the clipboard, as after the end of the program that text was copied in.
+void CStatementBox::insertFromMimeData(const QMimeData* Source)
+{
+    if (Source && !Source->formats().isEmpty())
+        QPlainTextEdit::insertFromMimeData(Source);
 }

@@ -30,6 +30,7 @@ public:
 protected:
     void changeEvent(QEvent* Event) override;
     void showEvent(QShowEvent* Event) override;
+    void insertFromMimeData(const QMimeData* Source) override;
 
 private:
     CStatementColours* m_colours; // the document's

@@ -5,7 +5,10 @@
 #include "query/CStatementBox.h"
 #include "query/CStatementColours.h"
 
+#include <QClipboard>
 #include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTextBlock>
@@ -56,6 +59,7 @@ private Q_SLOTS:
     void ColoursCanBeRead_data();
     void ColoursCanBeRead();
     void UndoAndTextAreLeftAlone();
+    void NothingToPaste();
     void ComposingIsLeftAlone();
     void LongStatement_data();
     void LongStatement();
@@ -147,6 +151,19 @@ void tst_CStatementBox::UndoAndTextAreLeftAlone()
     box.Insert(u"ID = "_s, 5);
     box.undo(); // the field alone
     QCOMPARE(box.Statement(), u"SELECT 1 WHERE "_s);
+}
+
+/// A clipboard without an owner has data of no format at all.
+void tst_CStatementBox::NothingToPaste()
+{
+    CStatementBox box;
+    box.SetStatement(u"SELECT 1"_s);
+    QGuiApplication::clipboard()->setMimeData(new QMimeData);
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(box.Statement(), u"SELECT 1"_s);
+    QGuiApplication::clipboard()->setText(u"a\nb"_s);
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(box.Statement(), u"a\r\nb"_s);
 }
 
 void tst_CStatementBox::ComposingIsLeftAlone()
