@@ -33,7 +33,8 @@ std::optional<QByteArray> ReadAll(const QString& FileName)
 bool WriteAll(const QString& FileName, const QByteArray& Bytes)
 {
     QSaveFile file(FileName);
-    // What fails while the last of the bytes leave the buffer, commit() does not notice: a full disk would empty the file.
+    // What fails while the last of the bytes leave the buffer, commit() does not notice: a full disk would empty the
+    // file.
     return file.open(QIODevice::WriteOnly) && file.write(Bytes) == Bytes.size() && file.flush() && file.commit();
 }
 

@@ -1,6 +1,6 @@
 // bench/bench_Receive.cpp
-// A receive of 100 full pages from tavora-boardd: at most what storing the same pages takes plus 1.5 times what curl takes
-// to fetch the same addresses over one connection.
+// A receive of 100 full pages from tavora-boardd: at most what storing the same pages takes plus 1.5 times what curl
+// takes to fetch the same addresses over one connection.
 
 #include "bench/support/CRatioReporter.h"
 #include "bench/support/CServerProcess.h"

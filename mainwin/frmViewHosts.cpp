@@ -240,8 +240,8 @@ void frmView::ViewMenuChanged()
     UpdateEnabled();
 }
 
-/// An import tells of every message, and a desktop that draws menus or the tray's menu itself would be sent each number.
-/// The end of the run shows what is left out here.
+/// An import tells of every message, and a desktop that draws menus or the tray's menu itself would be sent each
+/// number. The end of the run shows what is left out here.
 void frmView::BoardCountChanged(qint32 BBS_ID, int UnreadCount)
 {
     if (m_bbs->IsImport() && m_sinceCount.isValid() && !m_sinceCount.hasExpired(CountEveryMs))
