@@ -19,7 +19,7 @@ void frmView::DoBoardProperties()
     CBBSProperty& board = m_viewer->BoardProperty();
     bool isEntered = false;
     bool isStored = false;
-    while (!isStored && frmProperty(m_app, this).ShowProperty(board, m_boardTab)) {
+    while (!isStored && !m_isClosing && frmProperty(m_app, this).ShowProperty(board, m_boardTab)) {
         isEntered = true;
         isStored = StoreBoard(board);
     }
