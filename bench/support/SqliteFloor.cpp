@@ -20,6 +20,8 @@ void BindText(sqlite3_stmt* Statement, int Index, const QByteArray& Text)
     sqlite3_bind_text(Statement, Index, Text.constData(), int(Text.size()), SQLITE_STATIC);
 }
 
+bool Run(sqlite3* Db, const char* Sql) { return sqlite3_exec(Db, Sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
+
 bool InsertRow(sqlite3_stmt* Insert, const mdlSqliteFloor::CRow& Row)
 {
     sqlite3_bind_int(Insert, 1, Row.Msg.BBS_ID);
@@ -59,16 +61,16 @@ bool mdlSqliteFloor::Insert(const QString& FileName, const std::vector<CRow>& Ro
 {
     sqlite3* db = nullptr;
     sqlite3_open(QFile::encodeName(FileName).constData(), &db);
-    sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
     sqlite3_stmt* insert = nullptr;
-    bool isDone = sqlite3_prepare_v2(db, "INSERT INTO Message VALUES(?,?,?,?,?,?,?,?,?,?,?,?)", -1, &insert, nullptr) ==
-                  SQLITE_OK;
+    bool isDone = Run(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL") &&
+                  sqlite3_prepare_v2(db, "INSERT INTO Message VALUES(?,?,?,?,?,?,?,?,?,?,?,?)", -1, &insert, nullptr) ==
+                      SQLITE_OK;
     for (std::size_t at = 0; at < Rows.size() && isDone; ++at) {
         if (at % PerTransaction == 0)
-            sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
-        isDone = InsertRow(insert, Rows[at]);
+            isDone = Run(db, "BEGIN");
+        isDone = isDone && InsertRow(insert, Rows[at]);
         if (at % PerTransaction == PerTransaction - 1 || at + 1 == Rows.size())
-            sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+            isDone = isDone && Run(db, "COMMIT");
     }
     sqlite3_finalize(insert);
     sqlite3_close(db);
