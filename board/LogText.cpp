@@ -111,21 +111,33 @@ QString WithLogLineEnds(QString Text)
 
 /// Old systems end a text with this mark, and some fill the rest of a disk sector with it or with zeros.
 constexpr QChar EndMark(0x1A);
+bool IsEndFill(QChar Unit) { return Unit == EndMark || Unit.isNull(); }
 
 void TakeEndMarks(QString& Text)
 {
     qsizetype end = Text.size();
-    while (end > 0 && (Text[end - 1] == EndMark || Text[end - 1].isNull()))
+    while (end > 0 && IsEndFill(Text[end - 1]))
         --end;
     if (QStringView(Text).sliced(end).contains(EndMark))
         Text.truncate(end);
 }
 
-/// Logs that were joined into one file have the mark between them.
+/// Logs that were joined into one file have the marks between them.
 void TakeInnerEndMarks(QString& Text)
 {
-    const QString before = CRecordCutter::SeparatorLine().toString() + u"\r\n"_s;
-    Text.replace(before + EndMark, before);
+    const QString seam = CRecordCutter::SeparatorLine().toString() + u"\r\n"_s + EndMark;
+    QString result;
+    qsizetype done = 0;
+    for (qsizetype i = Text.indexOf(seam); i >= 0; i = Text.indexOf(seam, done)) {
+        const qsizetype end = i + seam.size() - 1;
+        result += QStringView(Text).sliced(done, end - done);
+        for (done = end; done < Text.size() && IsEndFill(Text[done]);)
+            ++done;
+    }
+    if (done == 0)
+        return;
+    result += QStringView(Text).sliced(done);
+    Text = std::move(result);
 }
 
 /// Whether no text has such a line: control characters, or bytes that no character has. A lead byte at the end is no

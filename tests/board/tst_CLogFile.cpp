@@ -106,6 +106,8 @@ void tst_CLogFile::Texts_data()
         << With(sjis.sliced(sjis.indexOf("Number:2")), "\n").chopped(1) + "\x1A"
         << log.mid(log.indexOf(u"Number:2")).chopped(2);
     QTest::newRow("joined with end marks") << sjis + "\x1A" + sjis + "\x1A" << log + log;
+    QTest::newRow("joined by sectors") << sjis + QByteArray("\x1A\x1A\0\0", 4) + sjis + "\x1A" + sjis
+                                       << log + log + log;
     const QString large = u"表"_s.repeated(700000) + u"\r\n"_s + log.repeated(9000); // of several portions
     QTest::newRow("large") << text::To932(large) << large;
     QTest::newRow("large UTF-8") << large.toUtf8() << large;
