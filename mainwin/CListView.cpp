@@ -234,6 +234,14 @@ void CListView::mousePressEvent(QMouseEvent* Event)
         Q_EMIT RowClicked(m_focusAtPress);
 }
 
+/// A press with Shift often moves the pointer a little.
+void CListView::mouseMoveEvent(QMouseEvent* Event)
+{
+    m_extends = (Event->buttons() & Qt::LeftButton) && (Event->modifiers() & Qt::ShiftModifier);
+    QTreeView::mouseMoveEvent(Event);
+    m_extends = false;
+}
+
 void CListView::mouseReleaseEvent(QMouseEvent* Event)
 {
     QTreeView::mouseReleaseEvent(Event);

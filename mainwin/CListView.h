@@ -65,6 +65,7 @@ Q_SIGNALS:
 
 protected:
     void mousePressEvent(QMouseEvent* Event) override;
+    void mouseMoveEvent(QMouseEvent* Event) override;
     void mouseReleaseEvent(QMouseEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
     void contextMenuEvent(QContextMenuEvent* Event) override;
@@ -102,7 +103,7 @@ private:
     int m_updateDepth = 0;
     int m_focusAtPress = -1;
     QPersistentModelIndex m_anchor; // where a selection by Shift begins
-    bool m_extends = false;         // a press with Shift is being handled
+    bool m_extends = false;         // a press or drag with Shift is being handled
 };
 
 #endif

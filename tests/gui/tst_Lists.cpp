@@ -112,6 +112,12 @@ void tst_Lists::ShiftExtendsFromTheFocus()
     QTest::keyClicks(list, u"a"_s); // no subject begins so
     Click(list, 1, Qt::ShiftModifier);
     QCOMPARE(f.List().SelectedRows(), (std::vector{1, 2}));
+    const QPointF shaken = list->visualRect(list->model()->index(1, 0)).center() + QPoint(3, 1);
+    QMouseEvent move(QEvent::MouseMove, shaken, list->viewport()->mapToGlobal(shaken), Qt::NoButton, Qt::LeftButton,
+                     Qt::ShiftModifier);
+    QCoreApplication::sendEvent(list->viewport(), &move);
+    QTest::mouseRelease(list->viewport(), Qt::LeftButton, Qt::ShiftModifier, shaken.toPoint());
+    QCOMPARE(f.List().SelectedRows(), (std::vector{1, 2}));
     Click(list, 8, Qt::ControlModifier);
     QTest::keyClick(list, Qt::Key_Up, Qt::ShiftModifier);
     QVERIFY(f.List().IsSelected(7) && f.List().IsSelected(8) && !f.List().IsSelected(5));
