@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLocale>
 #include <QMimeDatabase>
+#include <QScreen>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -18,7 +19,8 @@ namespace
 {
 enum Column : quint8 { NameColumn, SizeColumn, KindColumn, DateColumn };
 
-/// The toolkit's own widths cut kinds, sizes and dates; a dialog as wide as its columns shows them all.
+/// The toolkit's own widths cut kinds, sizes and dates; a dialog as wide as its columns shows them all where the screen
+/// has the room.
 void FitColumns(QFileDialog& Dialog)
 {
     auto* tree = Dialog.findChild<QTreeView*>(u"treeView"_s);
@@ -32,7 +34,8 @@ void FitColumns(QFileDialog& Dialog)
     fit(SizeColumn, u"1023.99 MiB"_s);
     fit(KindColumn, u"平文テキストドキュメント"_s);
     fit(DateColumn, QLocale::system().toString(QDateTime({2000, 12, 30}, {20, 20, 20}), QLocale::ShortFormat));
-    Dialog.resize(tree->header()->length() + metrics.horizontalAdvance(QString(13, u'あ')), Dialog.height());
+    const int wanted = tree->header()->length() + metrics.horizontalAdvance(QString(13, u'あ'));
+    Dialog.resize(qMin(wanted, Dialog.screen()->availableGeometry().width() * 9 / 10), Dialog.height());
 }
 
 QMimeType KindOf(const QFileInfo& File)
