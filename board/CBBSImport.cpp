@@ -12,8 +12,11 @@
 #include "platform/dao/Error.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
+
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -43,12 +46,16 @@ bool CBBS::ImportLog(qint32 BBS_ID, const QString& FileName, bool ReadMode)
     }
 }
 
-/// Whether FileName is the open database or a part of it.
+/// Whether FileName is the open database or a part of it. A second name of one, as of a backup made by links, is too:
+/// locks belong to the file.
 bool CBBS::IsDatabase(const QString& FileName) const
 {
-    const QString database = QFileInfo(m_app.DatabaseFileName()).canonicalFilePath();
-    const QString chosen = QFileInfo(FileName).canonicalFilePath();
-    return chosen == database || chosen == database + u"-wal"_s || chosen == database + u"-shm"_s;
+    const auto isChosen = [chosen = QFile::encodeName(FileName).toStdString()](const QString& Name) {
+        std::error_code missing;
+        return std::filesystem::equivalent(chosen, QFile::encodeName(Name).toStdString(), missing);
+    };
+    const QString database = m_app.DatabaseFileName();
+    return isChosen(database) || isChosen(database + u"-wal"_s) || isChosen(database + u"-shm"_s);
 }
 
 /// Stores what can be read of the file; what cannot is told. True when all of it was log text.

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 using mdlRecords::Block;
 using mdlRecords::Bytes;
@@ -61,6 +63,7 @@ private Q_SLOTS:
     void Files_data();
     void Files();
     void FilesThatCannotBeRead();
+    void TheDatabaseItself();
     void TellsWhatItDoes();
     void TwiceIsOnce();
     void TheReadFlagAndTheUnreadPosition();
@@ -131,6 +134,19 @@ void tst_ImportLog::FilesThatCannotBeRead()
     QVERIFY(!fixture.Board.ImportLog(99, fixture.Write(u"log.txt"_s, Bytes(Plain(1, 1))), false));
     QCOMPARE(fixture.Errors, QStringList{u"掲示板の情報が見つかりません。"_s});
     QCOMPARE(fixture.Rows(u"SELECT Count(*) FROM Message"_s), u"0"_s);
+}
+
+void tst_ImportLog::TheDatabaseItself()
+{
+    CImportFixture fixture;
+    QVERIFY(fixture.Import(Bytes(Plain(1, 1)))); // now its log is there, too
+    const QString database = fixture.App.DatabaseFileName();
+    const QString second = fixture.Folder.filePath(u"backup.txt"_s);
+    std::filesystem::create_hard_link(database.toStdString(), second.toStdString());
+    for (const QString& name : {database, database + u"-wal"_s, database + u"-shm"_s, second}) {
+        QVERIFY2(QFile::exists(name) && !fixture.Board.ImportLog(3, name, false), qPrintable(name));
+        QVERIFY2(fixture.Log.last().contains(u"データベースなので"_s), qPrintable(fixture.Log.last()));
+    }
 }
 
 void tst_ImportLog::TellsWhatItDoes()
