@@ -196,8 +196,10 @@ int main(int argc, char** argv)
     QPixmapCache::setCacheLimit(0); // what the style has drawn is kept up to 10 MiB, which takes thousands of rounds
     const CServerProcess server(QStringLiteral(TAVORA_BINARY_DIR "/boardd/tavora-boardd"), ServedCount);
     CEvening evening(server.BoardUrl());
-    if (!evening.Start())
+    if (!evening.Start()) {
+        std::fprintf(stderr, "the window did not open, or the sample boards did not answer\n");
         return 1;
+    }
     bool isKept = Measure("board changes", [&](int Round) { evening.ChangeBoard(Round); });
     isKept &= Measure("receives", [&](int Round) { evening.Receive(Round); });
     isKept &= Measure("queries", [&](int Round) { evening.Query(Round); });
