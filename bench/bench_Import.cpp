@@ -55,17 +55,7 @@ void BM_Import(benchmark::State& State)
 }
 BENCHMARK(BM_Import)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3);
 
-void BM_Floor(benchmark::State& State)
-{
-    const auto rows = mdlSqliteFloor::MakeRows(Board, MessageCount);
-    for (auto _ : State) {
-        State.PauseTiming();
-        const CEmptyDatabase round;
-        State.ResumeTiming();
-        if (!mdlSqliteFloor::Insert(round.FileName, rows, CBlockStore::MaxBatchRecords))
-            State.SkipWithError("not all rows were inserted");
-    }
-}
+void BM_Floor(benchmark::State& State) { RunSqliteFloor(State, Board, MessageCount, CBlockStore::MaxBatchRecords); }
 BENCHMARK(BM_Floor)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3);
 } // namespace
 

@@ -45,17 +45,7 @@ void BM_Store(benchmark::State& State)
 }
 BENCHMARK(BM_Store)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3);
 
-void BM_Floor(benchmark::State& State)
-{
-    const auto rows = mdlSqliteFloor::MakeRows(Board, MessageCount);
-    for (auto _ : State) {
-        State.PauseTiming();
-        const CEmptyDatabase round;
-        State.ResumeTiming();
-        if (!mdlSqliteFloor::Insert(round.FileName, rows, PerBlock))
-            State.SkipWithError("not all rows were inserted");
-    }
-}
+void BM_Floor(benchmark::State& State) { RunSqliteFloor(State, Board, MessageCount, PerBlock); }
 BENCHMARK(BM_Floor)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3);
 } // namespace
 

@@ -7,7 +7,11 @@
 #include "platform/dao/Database.h"
 #include "store/Store.h"
 
+#include <QByteArray>
 #include <QFile>
+
+#include <array>
+#include <vector>
 
 #include <sqlite3.h>
 
@@ -15,6 +19,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// A message with its texts ready to be bound.
+struct CRow
+{
+    CMessage Msg;
+    std::array<QByteArray, 5> Texts;
+};
+
 void BindText(sqlite3_stmt* Statement, int Index, const QByteArray& Text)
 {
     sqlite3_bind_text(Statement, Index, Text.constData(), int(Text.size()), SQLITE_STATIC);
@@ -22,7 +33,7 @@ void BindText(sqlite3_stmt* Statement, int Index, const QByteArray& Text)
 
 bool Run(sqlite3* Db, const char* Sql) { return sqlite3_exec(Db, Sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
 
-bool InsertRow(sqlite3_stmt* Insert, const mdlSqliteFloor::CRow& Row)
+bool InsertRow(sqlite3_stmt* Insert, const CRow& Row)
 {
     sqlite3_bind_int(Insert, 1, Row.Msg.BBS_ID);
     sqlite3_bind_int(Insert, 2, Row.Msg.ID);
@@ -37,15 +48,8 @@ bool InsertRow(sqlite3_stmt* Insert, const mdlSqliteFloor::CRow& Row)
     const bool isStored = sqlite3_step(Insert) == SQLITE_DONE;
     return sqlite3_reset(Insert) == SQLITE_OK && isStored;
 }
-} // namespace
 
-CEmptyDatabase::CEmptyDatabase()
-    : FileName(Folder.path() + u"/log.mdb"_s)
-{
-    mdlStore::CreateNewDatabase(FileName)->Close();
-}
-
-std::vector<mdlSqliteFloor::CRow> mdlSqliteFloor::MakeRows(qint32 BBS_ID, int Count)
+std::vector<CRow> MakeRows(qint32 BBS_ID, int Count)
 {
     std::vector<CRow> rows;
     for (int id = 1; id <= Count; ++id) {
@@ -57,7 +61,7 @@ std::vector<mdlSqliteFloor::CRow> mdlSqliteFloor::MakeRows(qint32 BBS_ID, int Co
     return rows;
 }
 
-bool mdlSqliteFloor::Insert(const QString& FileName, const std::vector<CRow>& Rows, std::size_t PerTransaction)
+bool Insert(const QString& FileName, const std::vector<CRow>& Rows, std::size_t PerTransaction)
 {
     sqlite3* db = nullptr;
     sqlite3_open(QFile::encodeName(FileName).constData(), &db);
@@ -75,4 +79,23 @@ bool mdlSqliteFloor::Insert(const QString& FileName, const std::vector<CRow>& Ro
     sqlite3_finalize(insert);
     sqlite3_close(db);
     return isDone;
+}
+} // namespace
+
+CEmptyDatabase::CEmptyDatabase()
+    : FileName(Folder.path() + u"/log.mdb"_s)
+{
+    mdlStore::CreateNewDatabase(FileName)->Close();
+}
+
+void RunSqliteFloor(benchmark::State& State, qint32 BBS_ID, int Count, int PerTransaction)
+{
+    const std::vector<CRow> rows = MakeRows(BBS_ID, Count);
+    for (auto _ : State) {
+        State.PauseTiming();
+        const CEmptyDatabase round;
+        State.ResumeTiming();
+        if (!Insert(round.FileName, rows, std::size_t(PerTransaction)))
+            State.SkipWithError("not all rows were inserted");
+    }
 }

@@ -4,14 +4,10 @@
 #ifndef BENCH_SUPPORT_SQLITEFLOOR_H
 #define BENCH_SUPPORT_SQLITEFLOOR_H
 
-#include "board/CMessage.h"
-
-#include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
 
-#include <array>
-#include <vector>
+#include <benchmark/benchmark.h>
 
 /// A new, empty database in a folder of its own, for one round of a benchmark.
 struct CEmptyDatabase
@@ -22,20 +18,8 @@ struct CEmptyDatabase
     CEmptyDatabase();
 };
 
-namespace mdlSqliteFloor
-{
-/// A message with its texts ready to be bound.
-struct CRow
-{
-    CMessage Msg;
-    std::array<QByteArray, 5> Texts;
-};
-
-/// The sample messages 1 to Count of board BBS_ID.
-std::vector<CRow> MakeRows(qint32 BBS_ID, int Count);
-
-/// Inserts Rows at the sync level of the program, PerTransaction at a time. False when SQLite refused something.
-bool Insert(const QString& FileName, const std::vector<CRow>& Rows, std::size_t PerTransaction);
-} // namespace mdlSqliteFloor
+/// The floor as a benchmark: the sample messages 1 to Count of board BBS_ID are inserted into an empty database at the
+/// sync level of the program, PerTransaction at a time.
+void RunSqliteFloor(benchmark::State& State, qint32 BBS_ID, int Count, int PerTransaction);
 
 #endif
